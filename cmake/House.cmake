@@ -1,0 +1,78 @@
+# What every room's CMakeLists.txt uses: qx_room, qx_tests, qx_fuzzer, qx_bench, and the switches behind the presets.
+include(GNUInstallDirs)
+
+set(QX_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them: address,undefined or thread")
+option(QX_FUZZ "Build the fuzzers (clang only)" OFF)
+option(QX_BENCH "Build the bench programs" OFF)
+option(QX_WERROR "Treat warnings as errors" ON)
+
+add_library(qx_options INTERFACE)
+target_include_directories(qx_options INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_options(qx_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion $<$<BOOL:${QX_WERROR}>:-Werror>)
+if(QX_SANITIZE)
+  target_compile_options(qx_options INTERFACE -fsanitize=${QX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(qx_options INTERFACE -fsanitize=${QX_SANITIZE})
+endif()
+if(QX_FUZZ)
+  target_compile_options(qx_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(WIN32)
+  target_compile_definitions(qx_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+endif()
+
+find_program(QX_CCACHE ccache)
+if(QX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_C_COMPILER_LAUNCHER ${QX_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${QX_CCACHE})
+endif()
+
+# qx_room(name SOURCES ... LINKS ...): a room as a static library; what it links, it may include.
+function(qx_room name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC qx_options ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+endfunction()
+
+# GoogleTest from Debian's source package serves both systems alike.
+if(NOT TARGET gtest AND EXISTS /usr/src/googletest/CMakeLists.txt)
+  set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
+  if(QX_SANITIZE)
+    target_compile_options(gtest PRIVATE -fsanitize=${QX_SANITIZE})
+  endif()
+endif()
+
+# qx_tests(name SOURCES ... LINKS ...): one test program a room, each test known to ctest by its own name.
+function(qx_tests name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINKS} gtest gtest_main)
+  target_compile_definitions(${name} PRIVATE QX_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QX_BINARY_DIR="${CMAKE_BINARY_DIR}/bin")
+  include(GoogleTest)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
+                       PROPERTIES TIMEOUT 120 ENVIRONMENT "${ARG_ENVIRONMENT}")
+endfunction()
+
+# qx_fuzzer(name SOURCE file LINKS ...): a libFuzzer program, built by the fuzz preset only.
+function(qx_fuzzer name)
+  cmake_parse_arguments(ARG "" "SOURCE" "LINKS" ${ARGN})
+  if(NOT QX_FUZZ)
+    return()
+  endif()
+  add_executable(${name} ${ARG_SOURCE})
+  target_link_libraries(${name} PRIVATE ${ARG_LINKS})
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  set_property(GLOBAL APPEND PROPERTY QX_FUZZERS ${name})
+endfunction()
+
+# qx_bench(name SOURCE file LINKS ...): a Google Benchmark program, run by hand or by the performance table.
+function(qx_bench name)
+  cmake_parse_arguments(ARG "" "SOURCE" "LINKS" ${ARGN})
+  if(NOT QX_BENCH)
+    return()
+  endif()
+  find_package(benchmark REQUIRED)
+  add_executable(${name} ${ARG_SOURCE})
+  target_link_libraries(${name} PRIVATE ${ARG_LINKS} benchmark::benchmark benchmark::benchmark_main)
+endfunction()
