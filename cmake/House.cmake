@@ -44,14 +44,17 @@ if(NOT TARGET gtest AND EXISTS /usr/src/googletest/CMakeLists.txt)
 endif()
 
 # qx_tests(name SOURCES ... LINKS ...): one test program a room, each test known to ctest by its own name.
+# LABELS threads marks the programs that the thread sanitizer's run takes.
 function(qx_tests name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;ENVIRONMENT;LABELS" ${ARGN})
+  set(drive "$<$<BOOL:${WIN32}>:Z:>")  # Wine's drive Z is the root of this file system
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} gtest gtest_main)
-  target_compile_definitions(${name} PRIVATE QX_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QX_BINARY_DIR="${CMAKE_BINARY_DIR}/bin")
+  target_compile_definitions(${name} PRIVATE QX_SOURCE_DIR="${drive}${CMAKE_SOURCE_DIR}"
+                             QX_BINARY_DIR="${drive}${CMAKE_BINARY_DIR}/bin")
   include(GoogleTest)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
-                       PROPERTIES TIMEOUT 120 ENVIRONMENT "${ARG_ENVIRONMENT}")
+                       PROPERTIES TIMEOUT 120 ENVIRONMENT "${ARG_ENVIRONMENT}" LABELS "${ARG_LABELS}")
 endfunction()
 
 # qx_fuzzer(name SOURCE file LINKS ...): a libFuzzer program, built by the fuzz preset only.
@@ -64,6 +67,7 @@ function(qx_fuzzer name)
   target_link_libraries(${name} PRIVATE ${ARG_LINKS})
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   set_property(GLOBAL APPEND PROPERTY QX_FUZZERS ${name})
+  set_property(GLOBAL APPEND PROPERTY QX_FUZZER_LINES "${name} ${CMAKE_CURRENT_SOURCE_DIR}/testdata")
 endfunction()
 
 # qx_bench(name SOURCE file LINKS ...): a Google Benchmark program, run by hand or by the performance table.

@@ -1,0 +1,77 @@
+# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_cli11, qx_sodium.
+# Linux takes Debian's packages. The Windows build takes the header-only ones from the same packages and
+# compiles pugixml from Debian's source package, which scripts/setup leaves in the cache folder below.
+if(DEFINED ENV{XDG_CACHE_HOME})
+  set(qx_cache_default "$ENV{XDG_CACHE_HOME}/vsdotnet-package")
+else()
+  set(qx_cache_default "$ENV{HOME}/.cache/vsdotnet-package")
+endif()
+set(QX_CACHE_FOLDER "${qx_cache_default}" CACHE PATH "Where scripts/setup keeps sources for the Windows build")
+
+# qx_need(variable what): stops with advice when a library was not found.
+function(qx_need variable what)
+  if(NOT ${variable})
+    message(FATAL_ERROR "${what} was not found: run scripts/setup")
+  endif()
+endfunction()
+
+# qx_header_only(target header folder): a library of headers only. Cross builds see its folder through a link of
+# its own in the build folder: /usr/include as a whole would shadow the headers of the other system.
+function(qx_header_only target header folder)
+  find_path(${target}_HEADERS ${header} NO_CMAKE_FIND_ROOT_PATH)
+  qx_need(${target}_HEADERS ${header})
+  add_library(${target} INTERFACE)
+  if(CMAKE_CROSSCOMPILING)
+    set(links "${CMAKE_BINARY_DIR}/headers/${target}")
+    file(MAKE_DIRECTORY "${links}")
+    file(CREATE_LINK "${${target}_HEADERS}/${folder}" "${links}/${folder}" SYMBOLIC)
+    target_include_directories(${target} SYSTEM INTERFACE "${links}")
+  else()
+    target_include_directories(${target} SYSTEM INTERFACE "${${target}_HEADERS}")
+  endif()
+endfunction()
+
+qx_header_only(qx_json nlohmann/json.hpp nlohmann)
+qx_header_only(qx_cli11 CLI/CLI.hpp CLI)
+
+if(WIN32)
+  set(qx_pugixml_source "${QX_CACHE_FOLDER}/pugixml/src/pugixml.cpp")
+  if(NOT EXISTS "${qx_pugixml_source}")
+    message(FATAL_ERROR "${qx_pugixml_source} was not found: run scripts/setup")
+  endif()
+  add_library(qx_pugixml STATIC "${qx_pugixml_source}")
+  target_include_directories(qx_pugixml SYSTEM PUBLIC "${QX_CACHE_FOLDER}/pugixml/src")
+else()
+  # The archive rather than the shared library: installed programs then need nothing beside the C++ runtime for it.
+  find_library(QX_PUGIXML_ARCHIVE NAMES libpugixml.a)
+  find_path(QX_PUGIXML_HEADERS pugixml.hpp)
+  qx_need(QX_PUGIXML_ARCHIVE libpugixml.a)
+  qx_need(QX_PUGIXML_HEADERS pugixml.hpp)
+  add_library(qx_pugixml STATIC IMPORTED GLOBAL)
+  set_target_properties(qx_pugixml PROPERTIES IMPORTED_LOCATION "${QX_PUGIXML_ARCHIVE}"
+                        INTERFACE_INCLUDE_DIRECTORIES "${QX_PUGIXML_HEADERS}")
+
+  # Shared, so that the system's security updates reach it.
+  find_library(QX_SODIUM_LIBRARY NAMES sodium)
+  find_path(QX_SODIUM_HEADERS sodium.h)
+  qx_need(QX_SODIUM_LIBRARY libsodium)
+  qx_need(QX_SODIUM_HEADERS sodium.h)
+  add_library(qx_sodium SHARED IMPORTED GLOBAL)
+  set_target_properties(qx_sodium PROPERTIES IMPORTED_LOCATION "${QX_SODIUM_LIBRARY}"
+                        INTERFACE_INCLUDE_DIRECTORIES "${QX_SODIUM_HEADERS}")
+endif()
+
+# Windows programs share one C++ runtime, or an exception would not pass from one module to another. Its
+# libraries, stripped, stand beside the programs.
+if(MINGW)
+  file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  foreach(library libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+    execute_process(COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${library}
+                    OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+    set(copy "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${library}")
+    if(NOT EXISTS "${copy}")
+      execute_process(COMMAND "${CMAKE_STRIP}" -o "${copy}" "${path}" COMMAND_ERROR_IS_FATAL ANY)
+    endif()
+    install(FILES "${copy}" DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  endforeach()
+endif()
