@@ -80,3 +80,7 @@ function(qx_bench name)
   add_executable(${name} ${ARG_SOURCE})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} benchmark::benchmark benchmark::benchmark_main)
 endfunction()
+
+# The contract is headers only; who links it may include plugin/.
+add_library(qx_contract INTERFACE)
+target_link_libraries(qx_contract INTERFACE qx_options)
