@@ -1,0 +1,106 @@
+// The host's side of an action: what it is attached to (class record, log, variables, context), the state that the
+// host keeps for it, and the functions by which the host, a tool or a test makes an action and runs it.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/runtime/ActionLog.h"
+#include "host/runtime/Variables.h"
+#include "plugin/Qxaction.h"
+#include "plugin/Qxservices.h"
+
+namespace qx {
+
+// What surrounds an action. Everything outlives the action; null: the operation that needs it says so.
+struct ActionSurroundings {
+  ActionLog* log = nullptr;              // null: records are dropped
+  const Variables* variables = nullptr;  // null: only the environment's
+  int number = 1;                        // 1-based place in the build project, carried by the log's records
+  // Asked by StopSignalled: true while the build is being stopped. May be null.
+  const std::atomic<bool>* stopping = nullptr;
+};
+
+struct TCustomQXAction::HostSide {
+  const TQXActionClass* actionClass = nullptr;
+  ActionSurroundings surroundings;
+  InterfacePtr<IQXActionContext> context;
+  std::vector<std::string> dynamicProperties;  // in the order they were registered
+  std::string objectId;
+  std::string logTitle;     // empty: the action's name
+  std::string description;  // empty: the action's name
+  std::string descriptionKey;
+  std::string statusText;
+  int typeId = 0;
+  std::vector<TQXAction*> children;  // owned by who added them
+};
+
+// Makes an action of the class, attaches it and calls Create. Raises Exception when the class makes none.
+std::unique_ptr<TQXAction> MakeAction(const TQXActionClass& actionClass, const ActionSurroundings& surroundings);
+
+// Attaches an action that exists already, anew if it was attached before; Create is not called.
+void AttachAction(TQXAction& action, const TQXActionClass& actionClass, const ActionSurroundings& surroundings);
+
+// Moves an attached action into other surroundings (another log, other variables, another number).
+void MoveAction(TQXAction& action, const ActionSurroundings& surroundings);
+
+// Tells the log the clear text of every property that is kept secret, so that no record shows one. A secret that
+// cannot be decrypted is passed over: then nobody has its clear text.
+void GuardSecrets(TQXAction& action, ActionLog& log);
+
+// Whether the name stands in the action's list of properties that change while it runs, letter case aside.
+bool IsDynamicProperty(const TQXAction& action, std::string_view name);
+
+// Collects what Validate finds, in order; with a log, every error is recorded there too.
+class ValidationErrors : public AnswersUncounted<IQXActionValidationError> {
+ public:
+  struct Error {
+    std::string subject;
+    std::string message;
+    friend bool operator==(const Error&, const Error&) = default;
+  };
+  explicit ValidationErrors(ActionLog* log = nullptr, int action = 0) : log_(log), action_(action) {}
+  virtual ~ValidationErrors() = default;
+  void AddError(const std::string& subject, const std::string& message) override;
+  const std::vector<Error>& Errors() const { return errors_; }
+
+ private:
+  std::vector<Error> errors_;
+  ActionLog* log_;
+  int action_;
+};
+
+// Expands texts with the given variables, for code that has no action. The variables outlive it.
+InterfacePtr<IQXApplicationServices> MakeApplicationServices(const Variables& variables);
+
+// A host in miniature: a log kept in memory and variables that see no environment. Tests make their actions with it.
+class TestHost {
+ public:
+  TestHost();
+  // An action of the class, attached to this host and created; it must go before the host does.
+  std::unique_ptr<TQXAction> Make(const TQXActionClass& actionClass);
+  // The same with its own type, for a class whose objects are of that type; raises std::bad_cast otherwise.
+  template <class Action>
+  std::unique_ptr<Action> Make(const TQXActionClass& actionClass) {
+    std::unique_ptr<TQXAction> made = Make(actionClass);
+    Action& action = dynamic_cast<Action&>(*made);
+    static_cast<void>(made.release());
+    return std::unique_ptr<Action>(&action);
+  }
+
+  Variables variables;
+  ActionLog log;
+  std::atomic<bool> stopping{false};
+  const std::vector<LogEntry>& Entries() const { return memory_->Entries(); }
+  // The log as text, one element an entry.
+  std::vector<std::string> Lines() const { return memory_->Lines(); }
+
+ private:
+  MemorySink* memory_;
+};
+
+}  // namespace qx
