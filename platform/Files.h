@@ -1,0 +1,79 @@
+// Reading, replacing and locking files, so that no file is ever left half-written. Paths are UTF-8 with
+// either delimiter (Paths.h says how they are found); bytes that are not UTF-8 are taken in the system's code
+// page on Windows and as they stand elsewhere. Failures raise Exception with the file's name and the system's
+// reason.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Where the system's own header came first and made a macro of the name.
+#ifdef ReplaceFile
+#undef ReplaceFile
+#endif
+
+namespace qx {
+
+// The whole file. Raises "Cannot read FILE: REASON".
+std::string ReadFile(const std::string& path);
+// The same into a buffer that keeps its memory; false, with the reason in `*reason` when that is given, where
+// ReadFile would raise.
+bool TryReadFile(const std::string& path, std::string& bytes, std::string* reason = nullptr);
+
+// False for a folder, and for what cannot be looked at.
+bool FileExists(const std::string& path);
+bool FolderExists(const std::string& path);
+// Makes the folder and those above it. Raises "Cannot create folder FOLDER: REASON".
+void CreateFolders(const std::string& path);
+
+// Puts a file of these bytes in the place of the old one, or makes it: written beside it, flushed to the
+// disk, renamed over it. The old one's mode is kept and a link is followed to its target. A file that holds
+// these bytes already is left alone, its time too. Raises "Cannot write FILE: REASON"; a read-only file is
+// such a reason.
+void ReplaceFile(const std::string& path, std::string_view bytes);
+// A copy of the file under another name, whole or not at all, over what was there before, with the mode of
+// the original. Raises as ReadFile and ReplaceFile do.
+void CopyFileAside(const std::string& from, const std::string& to);
+// Raises "Cannot remove FILE: REASON"; a file that is not there is no error.
+void RemoveFile(const std::string& path);
+
+// Holds the right to change a file against other processes and other locks of this one, through a file named
+// FILE.lock beside it that goes away with the lock, or with the process.
+class FileLock {
+ public:
+  // Raises "FILE is in use by process N" when another holds it, "Cannot lock FILE: REASON" when it cannot
+  // be had at all.
+  explicit FileLock(const std::string& path);
+  ~FileLock();
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+// While one is alive in this process, ReplaceFile, CopyFileAside and RemoveFile change nothing on disk: they
+// record here, and ReadFile and FileExists see what was recorded. For dry runs. Any thread; one at a time.
+class WriteCapture {
+ public:
+  // One file that would have changed, by its path on disk.
+  struct Change {
+    std::string path;
+    std::optional<std::string> bytes;  // none: removed
+  };
+
+  WriteCapture();
+  ~WriteCapture();
+  WriteCapture(const WriteCapture&) = delete;
+  WriteCapture& operator=(const WriteCapture&) = delete;
+
+  // The last state of each file that was touched, in the order of first touch.
+  std::vector<Change> Changes() const;
+};
+
+}  // namespace qx

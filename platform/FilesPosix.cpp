@@ -1,0 +1,224 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include "platform/Files.h"
+#include "platform/FilesSystem.h"
+#include "platform/Paths.h"
+#include "plugin/Qxtypes.h"
+
+namespace qx {
+namespace {
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() { Close(); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int Number() const { return number_; }
+  bool IsOpen() const { return number_ >= 0; }
+  int Release() { return std::exchange(number_, -1); }
+  bool Close() {
+    const int number = std::exchange(number_, -1);
+    return number < 0 || close(number) == 0;
+  }
+
+ private:
+  int number_;
+};
+
+std::string LastError() { return std::strerror(errno); }
+
+int OpenToRead(const std::string& path) {
+  // Without blocking, or a pipe without a writer would hold us for ever.
+  return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+}
+
+// Reads to the end of the file, which may have grown or shrunk since its size was asked.
+bool Drain(int number, std::size_t size, std::string& bytes, std::string& reason) {
+  std::size_t used = 0;
+  for (;;) {
+    if (bytes.size() < used + 1 || used == 0) bytes.resize(used == 0 ? size + 1 : used * 2);
+    const ssize_t count = read(number, bytes.data() + used, bytes.size() - used);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) {
+      reason = LastError();
+      return false;
+    }
+    used += static_cast<std::size_t>(count);
+    // One byte more than the size was asked for: a short answer is the end.
+    if (count == 0 || used == size) break;
+  }
+  bytes.resize(used);
+  return true;
+}
+
+bool WriteAll(int number, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(number, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+// A new file beside the target, named so that nobody takes it for a source file.
+int CreateBeside(const std::string& target, std::string& name) {
+  static std::atomic<unsigned> counter{0};
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    name = FolderPart(target) + "." + FilePart(target) + "." + std::to_string(getpid()) + "-" +
+           std::to_string(counter++) + ".tmp";
+    const int number = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (number >= 0 || errno != EEXIST) return number;
+  }
+  return -1;
+}
+
+std::string AbsolutePath(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
+  return real ? std::string(real.get()) : std::string();
+}
+
+}  // namespace
+
+namespace system {
+
+bool Read(const std::string& path, std::string& bytes, std::string& reason) {
+  Descriptor file(OpenToRead(path));
+  if (!file.IsOpen()) {
+    const int error = errno;
+    std::string found = path;
+    if (error == ENOENT && PathFinder().FindFile(found) && found != path) return Read(found, bytes, reason);
+    reason = std::strerror(error);
+    return false;
+  }
+  struct stat status;
+  if (fstat(file.Number(), &status) != 0) {
+    reason = LastError();
+    return false;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    reason = S_ISDIR(status.st_mode) ? "it is a folder" : "it is not a regular file";
+    return false;
+  }
+  return Drain(file.Number(), static_cast<std::size_t>(status.st_size), bytes, reason);
+}
+
+std::string WriteTarget(const std::string& path) {
+  std::string name = FindExisting(path);
+  for (int links = 0; links < 40; ++links) {
+    if (name.empty()) {
+      std::string full = ExpandPath("", path);
+      const std::string folder = FindExisting(FolderPart(full));
+      name = folder.empty() ? full : WithTrailingDelimiter(folder) + FilePart(full);
+    }
+    if (std::string real = AbsolutePath(name); !real.empty()) return real;
+    // The file is not there; a link in its place says where it is to be made.
+    char target[PATH_MAX];
+    const ssize_t size = readlink(name.c_str(), target, sizeof target);
+    if (size < 0) break;
+    const std::string_view link(target, static_cast<std::size_t>(size));
+    name = link.starts_with('/') ? std::string(link) : FolderPart(name) + std::string(link);
+  }
+  const std::string folder = AbsolutePath(FolderPart(name).empty() ? "." : FolderPart(name));
+  return folder.empty() ? name : WithTrailingDelimiter(folder) + FilePart(name);
+}
+
+std::string WhyNotWritable(const std::string& target) {
+  struct stat status;
+  if (stat(target.c_str(), &status) != 0) return errno == ENOENT ? "" : LastError();
+  if (S_ISDIR(status.st_mode)) return "it is a folder";
+  if (!S_ISREG(status.st_mode)) return "it is not a regular file";
+  // The superuser may write everything: what counts is what the file's owner said.
+  const bool read_only = (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+  return read_only || access(target.c_str(), W_OK) != 0 ? "the file is read-only" : "";
+}
+
+bool Replace(const std::string& target, std::string_view bytes, const std::string& model,
+             std::string& reason) {
+  std::string name;
+  Descriptor file(CreateBeside(target, name));
+  if (!file.IsOpen()) {
+    reason = LastError();
+    return false;
+  }
+  struct stat status;
+  bool done = true;
+  if (stat(model.empty() ? target.c_str() : model.c_str(), &status) == 0) {
+    // Only the superuser can give files away: a file that cannot be given stays the writer's.
+    if (fchown(file.Number(), status.st_uid, status.st_gid) != 0) errno = 0;
+    const mode_t mode = status.st_mode & 07777;
+    done = fchmod(file.Number(), model.empty() ? mode : mode | S_IWUSR) == 0;
+  }
+  done = done && WriteAll(file.Number(), bytes) && fsync(file.Number()) == 0;
+  done = done && file.Close() && rename(name.c_str(), target.c_str()) == 0;
+  if (done) return true;
+  reason = LastError();
+  unlink(name.c_str());
+  return false;
+}
+
+bool Remove(const std::string& target, std::string& reason) {
+  if (unlink(target.c_str()) == 0) return true;
+  reason = LastError();
+  return false;
+}
+
+bool MakeFolder(const std::string& path, std::string& reason) {
+  if (mkdir(path.c_str(), 0777) == 0 || (errno == EEXIST && IsFolder(path))) return true;
+  reason = LastError();
+  return false;
+}
+
+bool IsFolder(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace system
+
+struct FileLock::State {
+  Descriptor file;
+  std::string name;
+};
+
+FileLock::FileLock(const std::string& path) {
+  const std::string name = system::WriteTarget(path) + ".lock";
+  for (;;) {
+    Descriptor file(open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666));
+    if (!file.IsOpen()) throw Exception("Cannot lock " + path + ": " + LastError());
+    if (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) {
+      if (errno != EWOULDBLOCK) throw Exception("Cannot lock " + path + ": " + LastError());
+      char holder[32];
+      const ssize_t size = pread(file.Number(), holder, sizeof holder, 0);
+      const std::string who = size > 0 ? std::string(holder, static_cast<std::size_t>(size)) : "unknown";
+      throw Exception(path + " is in use by process " + who);
+    }
+    // The last holder may have taken the name away between our opening and our locking.
+    struct stat mine, named;
+    const bool current = fstat(file.Number(), &mine) == 0 && stat(name.c_str(), &named) == 0 &&
+                         mine.st_ino == named.st_ino && mine.st_dev == named.st_dev;
+    if (!current) continue;
+    const std::string who = std::to_string(getpid());
+    if (ftruncate(file.Number(), 0) != 0 || !WriteAll(file.Number(), who)) {
+      throw Exception("Cannot lock " + path + ": " + LastError());
+    }
+    state_.reset(new State{Descriptor(file.Release()), name});
+    return;
+  }
+}
+
+FileLock::~FileLock() { unlink(state_->name.c_str()); }
+
+}  // namespace qx

@@ -1,0 +1,179 @@
+#include "platform/Files.h"
+
+#include <windows.h>
+
+#include <atomic>
+#include <utility>
+
+#include "platform/FilesSystem.h"
+#include "platform/Paths.h"
+#include "platform/WindowsText.h"
+#include "plugin/Qxtypes.h"
+
+namespace qx {
+namespace {
+
+class Handle {
+ public:
+  explicit Handle(HANDLE handle) : handle_(handle) {}
+  ~Handle() { Close(); }
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  HANDLE Get() const { return handle_; }
+  bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+  bool Close() {
+    const HANDLE handle = std::exchange(handle_, INVALID_HANDLE_VALUE);
+    return handle == INVALID_HANDLE_VALUE || CloseHandle(handle) != 0;
+  }
+  HANDLE Release() { return std::exchange(handle_, INVALID_HANDLE_VALUE); }
+
+ private:
+  HANDLE handle_;
+};
+
+// Calls of the system move at most 4 GB at once; 64 MB leaves no doubt.
+constexpr std::size_t kMostAtOnce = 1 << 26;
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+std::string LastError() { return system::ErrorText(GetLastError()); }
+
+bool ReadAll(HANDLE file, std::size_t size, std::string& bytes) {
+  bytes.resize(size);
+  std::size_t used = 0;
+  while (used < size) {
+    DWORD count = 0;
+    const DWORD wanted = static_cast<DWORD>(std::min(size - used, kMostAtOnce));
+    if (!::ReadFile(file, bytes.data() + used, wanted, &count, nullptr)) return false;
+    if (count == 0) break;  // it shrank meanwhile
+    used += count;
+  }
+  bytes.resize(used);
+  return true;
+}
+
+bool WriteAll(HANDLE file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    DWORD count = 0;
+    const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+    if (!::WriteFile(file, bytes.data(), wanted, &count, nullptr)) return false;
+    bytes.remove_prefix(count);
+  }
+  return true;
+}
+
+std::wstring BesideName(const std::string& target) {
+  static std::atomic<unsigned> counter{0};
+  return system::WidePath(target + "." + std::to_string(GetCurrentProcessId()) + "-" +
+                          std::to_string(counter++) + ".tmp");
+}
+
+}  // namespace
+
+namespace system {
+
+bool Read(const std::string& path, std::string& bytes, std::string& reason) {
+  const Handle file(CreateFileW(WidePath(path).c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
+  LARGE_INTEGER size;
+  if (file.IsOpen() && GetFileSizeEx(file.Get(), &size) &&
+      ReadAll(file.Get(), static_cast<std::size_t>(size.QuadPart), bytes)) {
+    return true;
+  }
+  reason = IsFolder(path) ? "it is a folder" : LastError();
+  return false;
+}
+
+std::string WriteTarget(const std::string& path) {
+  const std::string full = ExpandPath("", path);
+  const DWORD attributes = GetFileAttributesW(WidePath(full).c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return full;
+  const Handle file(CreateFileW(WidePath(full).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  std::wstring real(32768, L'\0');
+  if (!file.IsOpen()) return full;
+  real.resize(GetFinalPathNameByHandleW(file.Get(), real.data(), static_cast<DWORD>(real.size()), 0));
+  return real.empty() ? full : FromWide(real);
+}
+
+std::string WhyNotWritable(const std::string& target) {
+  const DWORD attributes = GetFileAttributesW(WidePath(target).c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return "";
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return "it is a folder";
+  return (attributes & FILE_ATTRIBUTE_READONLY) != 0 ? "the file is read-only" : "";
+}
+
+bool Replace(const std::string& target, std::string_view bytes, const std::string& model,
+             std::string& reason) {
+  const std::wstring name = BesideName(target);
+  const std::wstring wide = WidePath(target);
+  const DWORD old = GetFileAttributesW((model.empty() ? wide : WidePath(model)).c_str());
+  const DWORD kept = old == INVALID_FILE_ATTRIBUTES
+                         ? FILE_ATTRIBUTE_NORMAL
+                         : old & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE);
+  Handle file(CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, kept, nullptr));
+  if (!file.IsOpen()) {
+    reason = LastError();
+    return false;
+  }
+  bool done = WriteAll(file.Get(), bytes) && FlushFileBuffers(file.Get()) && file.Close();
+  if (done) {
+    // The first keeps the old file's access list; it does not make new files.
+    const bool exists = GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES;
+    done = (exists && ReplaceFileW(wide.c_str(), name.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                                   nullptr, nullptr)) ||
+           MoveFileExW(name.c_str(), wide.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+  }
+  if (done) return true;
+  reason = LastError();
+  file.Close();
+  DeleteFileW(name.c_str());
+  return false;
+}
+
+bool Remove(const std::string& target, std::string& reason) {
+  if (DeleteFileW(WidePath(target).c_str())) return true;
+  reason = LastError();
+  return false;
+}
+
+bool MakeFolder(const std::string& path, std::string& reason) {
+  if (CreateDirectoryW(WidePath(path).c_str(), nullptr) || IsFolder(path)) return true;
+  reason = LastError();
+  return false;
+}
+
+bool IsFolder(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(WidePath(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+}  // namespace system
+
+struct FileLock::State {
+  Handle file;
+};
+
+FileLock::FileLock(const std::string& path) {
+  const std::wstring name = system::WidePath(system::WriteTarget(path) + ".lock");
+  Handle file(CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
+                          FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS,
+                          FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+  if (!file.IsOpen()) {
+    const DWORD error = GetLastError();
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) {
+      throw Exception("Cannot lock " + path + ": " + system::ErrorText(error));
+    }
+    const Handle held(CreateFileW(name.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    std::string who;
+    if (!held.IsOpen() || !ReadAll(held.Get(), 32, who) || who.empty()) who = "unknown";
+    throw Exception(path + " is in use by process " + who);
+  }
+  if (!WriteAll(file.Get(), std::to_string(GetCurrentProcessId()))) {
+    throw Exception("Cannot lock " + path + ": " + LastError());
+  }
+  state_.reset(new State{Handle(file.Release())});
+}
+
+FileLock::~FileLock() = default;
+
+}  // namespace qx
