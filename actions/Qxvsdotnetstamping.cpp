@@ -1,0 +1,82 @@
+// The stamping phase of a run: raises the numbers, has the assembly attributes and the version resources of
+// the chosen projects rewritten. It comes before any compiler run, and a failure keeps the compiler from
+// running.
+#include "actions/Qxvsdotnetaction.h"
+#include "solution/Vsnetsln.h"
+
+namespace qx {
+
+bool TQXCustomVSDotNetAction::RunStampingPhase(const InterfacePtr<IVSDotNetSolution>& solution) {
+  if (settings_.updateAssemblyInfo) {
+    RaiseAssemblyNumbers();
+    if (!UpdateAssemblyAttributes(solution)) return false;
+  }
+  if (settings_.updateWin32Resource) {
+    if (!DoUpdateWin32VersionInfo(*solution)) return Fail("Win32 Version Info Not updated");
+    SendMessage("Win32 Version Info updated");
+  }
+  return true;
+}
+
+// The numbers are raised whether or not the build that follows succeeds.
+void TQXCustomVSDotNetAction::RaiseAssemblyNumbers() {
+  const auto raise = [](AssemblyVersionState& version, std::string VersionParts::*part) {
+    version.parts.*part = NextNumber(version.parts.*part, 0);
+    version.Reset();
+  };
+  if (autoIncAssemblyRevisionNo_) raise(assemblyVersion_, &VersionParts::revision);
+  if (autoIncAssemblyFileRevisionNo_) raise(assemblyFileVersion_, &VersionParts::revision);
+  if (autoIncAssemblyBuildNo_) raise(assemblyVersion_, &VersionParts::build);
+  if (autoIncAssemblyFileBuildNo_) raise(assemblyFileVersion_, &VersionParts::build);
+}
+
+bool TQXCustomVSDotNetAction::UpdateAssemblyAttributes(const InterfacePtr<IVSDotNetSolution>& solution) {
+  const InterfacePtr<IQXActionLogMessage> message = CreateStatusMessage();
+  try {
+    const InterfacePtr<IQXAssemblyInfoUpdater> updater = GetAssemblyInfoUpdater(solution, *this, message);
+    message->SetHeading("Updating AssemblyInfo");
+    if (settings_.applyAssemblyInfoTo == TVSDotNetBuildType::btAllProjects) {
+      updater->UpdateAll();
+    } else {
+      const bool buildsSelected = settings_.buildType == TVSDotNetBuildType::btSelectedProjects;
+      updater->UpdateSelected(settings_.assemblySelectedProjects,
+                              buildsSelected ? &settings_.selectedProjects : nullptr);
+    }
+    SendStatusMessage(message);
+    return true;
+  } catch (const std::exception& error) {
+    message->SetHeading(std::string("Error Updating Assembly Info : ") + error.what());
+    SendStatusMessage(message);
+    return false;
+  }
+}
+
+bool TQXCustomVSDotNetAction::DoUpdateWin32VersionInfo(IVSDotNetSolution& solution) {
+  // Once a run, so that every project gets the same number.
+  if (autoIncBuild_) SetBuildVer(NextNumber(GetBuildVer()));
+
+  const auto apply = [this](const InterfacePtr<IVSDotNetProject>& project) {
+    if (!project) return true;
+    const std::string script = project->GetVersionInfoFile();
+    return script.empty() || ApplyVersionInfo(script);
+  };
+  const InterfacePtr<IVSDotNetProjects> projects = solution.GetProjects();
+  if (settings_.applyResourceInfoTo == TVSDotNetBuildType::btSelectedProjects) {
+    for (const std::string& id : settings_.resourceSelectedProjects.Items()) {
+      if (!apply(projects->FindByGUID(id))) return false;
+    }
+    return true;
+  }
+  for (int index = 0; index < projects->GetCount(); ++index) {
+    if (!apply(projects->GetItem(index))) return false;
+  }
+  return true;
+}
+
+bool TQXCustomVSDotNetAction::ApplyVersionInfo(const std::string& fileName) {
+  const InterfacePtr<IQXVC7VersionInfoParser> parser = GetVersionInfoParser(*this, fileName);
+  SendMessage("Updating Version info in file : " + fileName);
+  return parser->UpdateVersionInfo(*this);
+}
+
+}  // namespace qx

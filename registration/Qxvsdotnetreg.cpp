@@ -1,0 +1,65 @@
+#include "registration/Qxvsdotnetreg.h"
+
+#include <iterator>
+
+#include "actions/Qxvsdotnetaction.h"
+#include "options/Qxvsdotnetoptions.h"
+#include "plugin/Qxservices.h"
+
+namespace qx {
+namespace {
+
+// In the order in which units start: what a unit builds on stands above it.
+TQXUnit g_units[] = {
+    {"Vsnetsln", 0},       {"Qxvsdotnetoptions", 0}, {"Qxvc7versioninfo", 0},
+    {"Qxassemblyinfo", 0}, {"Qxvsdotnetaction", 0},  {"Qxvsdotnetreg", 0},
+};
+
+// The host's own editor: opens the action's first property page.
+const TQXPropertyEditorClass& ShowPropertiesEditor() {
+  static constexpr TQXPropertyEditorClass record{
+      "TShowActionPropertiesEditor",
+      []() -> std::unique_ptr<TQXPropertyEditor> { return std::make_unique<TShowActionPropertiesEditor>(); }};
+  return record;
+}
+
+// Three of the names are no properties of the action and stay registered; hosts match names without regard to
+// case, so "SolutionConfiguration" serves SolutionConFiguration.
+void RegisterPropertyEditors(const TQXActionClass& action) {
+  struct Row {
+    const char* property;
+    const TQXPropertyEditorClass& editor;
+  };
+  const Row rows[] = {
+      {"Solution", TSolutionEditor::Class()},   {"SolutionConfiguration", TSolutionEditor::Class()},
+      {"AssemblyInfo", ShowPropertiesEditor()}, {"Win32VersionInfo", ShowPropertiesEditor()},
+      {"NSolution", TSolutionEditor::Class()},  {"NSolutionConfiguration", TSolutionEditor::Class()},
+  };
+  for (const Row& row : rows) QXActionServices().RegisterPropertyEditor(action, row.property, row.editor);
+}
+
+}  // namespace
+
+void RegisterPackage(bool design) {
+  QXActionServices().RegisterAction(TQXVSDotNetAction::Class(), "Build VS.Net Solution", "Compilers",
+                                    "DEVENV");
+  RegisterOptions();
+  // Once after each action, which the services bear: hosts have always seen both calls.
+  RegisterOptions();
+  if (!design) return;
+  RegisterPropertyEditors(TQXVSDotNetAction::Class());
+}
+
+void StartUnits() {
+  for (TQXUnit& unit : g_units) ++unit.startCount;
+}
+
+void StopUnits() {
+  for (auto unit = std::rbegin(g_units); unit != std::rend(g_units); ++unit) {
+    if (unit->startCount > 0) --unit->startCount;
+  }
+}
+
+TQXUnitTable UnitTable() { return {g_units, static_cast<int>(std::size(g_units))}; }
+
+}  // namespace qx
