@@ -43,8 +43,11 @@ if(NOT TARGET gtest AND EXISTS /usr/src/googletest/CMakeLists.txt)
   endif()
 endif()
 
+# Builds the test programs that the thread sanitizer's run takes.
+add_custom_target(thread_tests)
+
 # qx_tests(name SOURCES ... LINKS ...): one test program a room, each test known to ctest by its own name.
-# LABELS threads marks the programs that the thread sanitizer's run takes.
+# LABELS threads marks the programs for thread_tests.
 function(qx_tests name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;ENVIRONMENT;LABELS" ${ARGN})
   set(drive "$<$<BOOL:${WIN32}>:Z:>")  # Wine's drive Z is the root of this file system
@@ -52,9 +55,18 @@ function(qx_tests name)
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} gtest gtest_main)
   target_compile_definitions(${name} PRIVATE QX_SOURCE_DIR="${drive}${CMAKE_SOURCE_DIR}"
                              QX_BINARY_DIR="${drive}${CMAKE_BINARY_DIR}/bin")
+  if("threads" IN_LIST ARG_LABELS)
+    add_dependencies(thread_tests ${name})
+  endif()
   include(GoogleTest)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120
-                       PROPERTIES TIMEOUT 120 ENVIRONMENT "${ARG_ENVIRONMENT}" LABELS "${ARG_LABELS}")
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 120)
+
+  # Discovery flattens lists, so the properties that are lists are set in a file of their own, read after it.
+  set(lists "${CMAKE_CURRENT_BINARY_DIR}/${name}_lists.cmake")
+  file(WRITE "${lists}" "if(${name}_TESTS)
+  set_tests_properties(\${${name}_TESTS} PROPERTIES LABELS [==[${ARG_LABELS}]==] ENVIRONMENT [==[${ARG_ENVIRONMENT}]==])
+endif()\n")
+  set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${lists}")
 endfunction()
 
 # qx_fuzzer(name SOURCE file LINKS ...): a libFuzzer program, built by the fuzz preset only.
