@@ -54,10 +54,12 @@ void Replace(const std::string& path, std::string_view bytes, const std::string&
   std::string old;
   if (TryReadFile(target, old) && old == bytes) return;
   if (capturing) return Record(target, std::string(bytes));
-  if (!system::Replace(target, bytes, model, reason)) Fail("Cannot write ", path, reason);
+  if (!system::Replace(target, {&bytes, 1}, model, reason)) Fail("Cannot write ", path, reason);
 }
 
 }  // namespace
+
+bool WritesAreCaptured() { return capturing; }
 
 bool TryReadFile(const std::string& path, std::string& bytes, std::string* reason) {
   std::string ignored;

@@ -76,4 +76,7 @@ class WriteCapture {
   std::vector<Change> Changes() const;
 };
 
+// Whether one is alive.
+bool WritesAreCaptured();
+
 }  // namespace qx

@@ -145,7 +145,7 @@ std::string WhyNotWritable(const std::string& target) {
   return read_only || access(target.c_str(), W_OK) != 0 ? "the file is read-only" : "";
 }
 
-bool Replace(const std::string& target, std::string_view bytes, const std::string& model,
+bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
              std::string& reason) {
   std::string name;
   Descriptor file(CreateBeside(target, name));
@@ -161,7 +161,8 @@ bool Replace(const std::string& target, std::string_view bytes, const std::strin
     const mode_t mode = status.st_mode & 07777;
     done = fchmod(file.Number(), model.empty() ? mode : mode | S_IWUSR) == 0;
   }
-  done = done && WriteAll(file.Number(), bytes) && fsync(file.Number()) == 0;
+  for (const std::string_view piece : pieces) done = done && WriteAll(file.Number(), piece);
+  done = done && fsync(file.Number()) == 0;
   done = done && file.Close() && rename(name.c_str(), target.c_str()) == 0;
   if (done) return true;
   reason = LastError();
@@ -170,9 +171,19 @@ bool Replace(const std::string& target, std::string_view bytes, const std::strin
 }
 
 bool Remove(const std::string& target, std::string& reason) {
-  if (unlink(target.c_str()) == 0) return true;
+  if (unlink(target.c_str()) == 0 || errno == ENOENT) return true;
   reason = LastError();
   return false;
+}
+
+bool IsRegularFile(const std::string& path) {
+  struct stat status;
+  return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool AddName(const std::string& file, const std::string& name) {
+  struct stat status;
+  return stat(file.c_str(), &status) == 0 && status.st_nlink == 1 && link(file.c_str(), name.c_str()) == 0;
 }
 
 bool MakeFolder(const std::string& path, std::string& reason) {

@@ -2,6 +2,7 @@
 // success.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -18,11 +19,18 @@ std::string WriteTarget(const std::string& path);
 std::string WhyNotWritable(const std::string& target);
 
 // Writes beside the target, flushes, renames. The mode is taken from the file `model`, with leave to write;
-// from the old file when `model` is empty.
-bool Replace(const std::string& target, std::string_view bytes, const std::string& model,
+// from the old file when `model` is empty. The bytes come in pieces, so that a large file need not be joined.
+bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
              std::string& reason);
 
+// True when there is no such file afterwards.
 bool Remove(const std::string& target, std::string& reason);
+
+// Whether a regular file, no link, stands under exactly this name.
+bool IsRegularFile(const std::string& path);
+// Gives the file a second name, at which nothing may be yet: the cheapest copy of a file that is about to be
+// replaced. False, and nothing is done, where the system cannot or where the file has other names already.
+bool AddName(const std::string& file, const std::string& name);
 
 // Makes one folder; true when it exists afterwards.
 bool MakeFolder(const std::string& path, std::string& reason);

@@ -102,7 +102,7 @@ std::string WhyNotWritable(const std::string& target) {
   return (attributes & FILE_ATTRIBUTE_READONLY) != 0 ? "the file is read-only" : "";
 }
 
-bool Replace(const std::string& target, std::string_view bytes, const std::string& model,
+bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
              std::string& reason) {
   const std::wstring name = BesideName(target);
   const std::wstring wide = WidePath(target);
@@ -115,7 +115,9 @@ bool Replace(const std::string& target, std::string_view bytes, const std::strin
     reason = LastError();
     return false;
   }
-  bool done = WriteAll(file.Get(), bytes) && FlushFileBuffers(file.Get()) && file.Close();
+  bool done = true;
+  for (const std::string_view piece : pieces) done = done && WriteAll(file.Get(), piece);
+  done = done && FlushFileBuffers(file.Get()) && file.Close();
   if (done) {
     // The first keeps the old file's access list; it does not make new files.
     const bool exists = GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES;
@@ -131,10 +133,19 @@ bool Replace(const std::string& target, std::string_view bytes, const std::strin
 }
 
 bool Remove(const std::string& target, std::string& reason) {
-  if (DeleteFileW(WidePath(target).c_str())) return true;
+  if (DeleteFileW(WidePath(target).c_str()) || GetLastError() == ERROR_FILE_NOT_FOUND) return true;
   reason = LastError();
   return false;
 }
+
+bool IsRegularFile(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(WidePath(path).c_str());
+  constexpr DWORD kOthers = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & kOthers) == 0;
+}
+
+// ReplaceFileW carries the old file's identity over to the new one: a second name would show the new bytes.
+bool AddName(const std::string&, const std::string&) { return false; }
 
 bool MakeFolder(const std::string& path, std::string& reason) {
   if (CreateDirectoryW(WidePath(path).c_str(), nullptr) || IsFolder(path)) return true;
