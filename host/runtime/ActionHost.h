@@ -25,6 +25,8 @@ struct ActionSurroundings {
   const std::atomic<bool>* stopping = nullptr;
 };
 
+const Variables& VariablesFor(const ActionSurroundings& surroundings);
+
 struct TCustomQXAction::HostSide {
   const TQXActionClass* actionClass = nullptr;
   ActionSurroundings surroundings;

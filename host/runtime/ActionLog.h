@@ -49,8 +49,10 @@ class LogSink {
  public:
   virtual ~LogSink() = default;
   virtual void Take(const LogRecord& record) = 0;
-  // Hands on what is still held back; true when nothing was.
-  virtual bool Flush() { return true; }
+  // Hands on what is still held back.
+  virtual void Flush() {}
+  // True for a sink that holds records back, and so needs to be flushed now and then.
+  virtual bool IsBuffered() const { return false; }
 };
 
 // What a sink in memory keeps of a record.
@@ -107,12 +109,14 @@ class ActionLog {
 
  private:
   struct Flusher;
-  void Masked(const LogRecord& record);
+  void AddMasked(const LogRecord& record);
   void WakeFlusher();
+  void FlushNowAndThen();
 
   std::mutex mutex_;
   std::vector<std::unique_ptr<LogSink>> sinks_;
-  std::vector<std::string> secrets_;  // the longest first
+  std::vector<std::string> secrets_;
+  bool buffered_ = false;  // one of the sinks is
   std::unique_ptr<Flusher> flusher_;
 };
 

@@ -46,7 +46,8 @@ class StreamSink : public LogSink {
   StreamSink(LogFile file, LogStyle style, ColourChoice colour);
 
   void Take(const LogRecord& record) override;
-  bool Flush() override;
+  void Flush() override;
+  bool IsBuffered() const override { return true; }
   // Why the first write that failed did, naming the stream; empty when none failed. What comes after it is dropped.
   const std::string& Error() const { return error_; }
 
