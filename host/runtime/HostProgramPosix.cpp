@@ -1,0 +1,46 @@
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstring>
+
+#include "host/runtime/HostProgram.h"
+#include "host/runtime/Variables.h"
+#include "platform/Paths.h"
+
+namespace qx {
+
+std::vector<std::string> ProgramArguments(int count, char** arguments) {
+  return count < 1 ? std::vector<std::string>() : std::vector<std::string>(arguments + 1, arguments + count);
+}
+
+std::string ConfigFolder() {
+  // A relative folder in the variable is to be ignored, says the convention of these folders.
+  const std::string config = ReadEnvironment("XDG_CONFIG_HOME").value_or("");
+  if (config.starts_with('/')) return WithTrailingDelimiter(config) + "qxhost/";
+  const std::string home = ReadEnvironment("HOME").value_or("");
+  if (!home.empty()) return WithTrailingDelimiter(home) + ".config/qxhost/";
+  throw Exception("No configuration folder: set HOME, or name the options file with --options");
+}
+
+std::string ProgramFolder() {
+  char path[PATH_MAX];
+  const ssize_t size = readlink("/proc/self/exe", path, sizeof path);
+  if (size <= 0) throw Exception("The folder of this program cannot be found");
+  return FolderPart(std::string_view(path, static_cast<std::size_t>(size)));
+}
+
+void SetCurrentFolder(const std::string& folder) {
+  if (chdir(folder.c_str()) != 0) throw Exception("Cannot enter " + folder + ": " + std::strerror(errno));
+}
+
+void IgnoreBrokenStreams() {
+  // A handler, unlike SIG_IGN, is not handed on to programs that are started.
+  struct sigaction action = {};
+  action.sa_handler = [](int) {};
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGPIPE, &action, nullptr);
+}
+
+}  // namespace qx

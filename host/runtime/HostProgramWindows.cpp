@@ -1,0 +1,48 @@
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "host/runtime/HostProgram.h"
+#include "host/runtime/Variables.h"
+#include "platform/Paths.h"
+#include "platform/Texts.h"
+
+namespace qx {
+namespace {
+
+std::string FromWide(const wchar_t* text) { return ToUtf8(reinterpret_cast<const char16_t*>(text)); }
+
+}  // namespace
+
+std::vector<std::string> ProgramArguments(int, char**) {
+  std::vector<std::string> result;
+  int count = 0;
+  wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
+  if (arguments == nullptr) throw Exception("The command line cannot be read");
+  for (int i = 1; i < count; ++i) result.push_back(FromWide(arguments[i]));
+  LocalFree(arguments);
+  return result;
+}
+
+std::string ConfigFolder() {
+  const std::string data = ReadEnvironment("APPDATA").value_or("");
+  if (data.empty()) throw Exception("No configuration folder: set APPDATA, or name the options file with --options");
+  return WithTrailingDelimiter(data) + "qxhost\\";
+}
+
+std::string ProgramFolder() {
+  std::wstring path(32768, L'\0');  // the longest path of the system
+  const DWORD size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+  if (size == 0 || size == path.size()) throw Exception("The folder of this program cannot be found");
+  return FolderPart(FromWide(path.c_str()));
+}
+
+void SetCurrentFolder(const std::string& folder) {
+  const std::u16string wide = ToUtf16(folder);
+  if (SetCurrentDirectoryW(reinterpret_cast<const wchar_t*>(wide.c_str())) != 0) return;
+  throw Exception("Cannot enter " + folder + ": error " + std::to_string(GetLastError()));
+}
+
+void IgnoreBrokenStreams() {}  // they only ever fail the write here
+
+}  // namespace qx
