@@ -14,11 +14,12 @@ std::optional<std::string> EncodeInCodePage(std::string_view utf8, std::uint32_t
   const std::wstring wide = system::ToWide(utf8);
   const int length = static_cast<int>(wide.size());
   BOOL replaced = FALSE;
-  const int size = WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, wide.data(), length, nullptr, 0, nullptr,
-                                       &replaced);
+  const int size = WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, wide.data(), length, nullptr, 0,
+                                       nullptr, &replaced);
   if (size <= 0 || replaced) return std::nullopt;
   std::string out(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, wide.data(), length, out.data(), size, nullptr, nullptr);
+  WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, wide.data(), length, out.data(), size, nullptr,
+                      nullptr);
   return out;
 }
 

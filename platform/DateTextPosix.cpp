@@ -17,7 +17,8 @@ struct FreeLocale {
 };
 using Locale = std::unique_ptr<std::remove_pointer_t<locale_t>, FreeLocale>;
 
-// The user's settings as the environment names them (LC_ALL, LC_TIME, LANG); "C" where it names none that exists.
+// The user's settings as the environment names them (LC_ALL, LC_TIME, LANG); "C" where it names none that
+// exists.
 Locale UsersLocale() {
   locale_t locale = newlocale(LC_TIME_MASK | LC_CTYPE_MASK, "", nullptr);
   if (locale == nullptr) locale = newlocale(LC_TIME_MASK | LC_CTYPE_MASK, "C", nullptr);

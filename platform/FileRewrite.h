@@ -1,5 +1,6 @@
-// Rewriting a file and keeping a backup beside it, as one step that can be broken off anywhere: at every moment the
-// file is the old one or the new one, whole, and the backup is whole or absent. Reads the file once.
+// Rewriting a file and keeping a backup beside it, as one step that can be broken off anywhere: at every
+// moment the file is the old one or the new one, whole, and the backup is whole or absent. Reads the file
+// once.
 #pragma once
 
 #include <span>
@@ -22,15 +23,16 @@ class FileRewrite {
   // The file as it was read.
   const std::string& Bytes() const { return bytes_; }
 
-  // Puts `backup` beside the file, under its name and `suffix`, then `bytes` in its place; both are joined from
-  // pieces, which may point into Bytes(). The file's mode is kept, a link is followed to its target, and a file
-  // that holds these bytes already is left alone while its backup is made all the same. Raises "Cannot write
-  // FILE: REASON"; the file is then as it was. While a WriteCapture is alive both are only recorded.
+  // Puts `backup` beside the file, under its name and `suffix`, then `bytes` in its place; both are joined
+  // from pieces, which may point into Bytes(). The file's mode is kept, a link is followed to its target, and
+  // a file that holds these bytes already is left alone while its backup is made all the same. Raises "Cannot
+  // write FILE: REASON"; the file is then as it was. While a WriteCapture is alive both are only recorded.
   void Commit(std::string_view suffix, BackupRule rule, std::span<const std::string_view> backup,
               std::span<const std::string_view> bytes);
 
  private:
-  bool BackUp(const std::string& name, BackupRule rule, std::span<const std::string_view> backup, bool linked);
+  bool BackUp(const std::string& name, BackupRule rule, std::span<const std::string_view> backup,
+              bool linked);
 
   std::string path_;    // as it was given
   std::string target_;  // on disk

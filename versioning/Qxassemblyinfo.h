@@ -1,5 +1,5 @@
-// The assembly attributes of managed projects: the updater that stamps them into the AssemblyInfo file of each
-// chosen project of a solution. A thin face; the rules for one file stand in AssemblyAttributes.h.
+// The assembly attributes of managed projects: the updater that stamps them into the AssemblyInfo file of
+// each chosen project of a solution. A thin face; the rules for one file stand in AssemblyAttributes.h.
 // Everything here runs on the build's thread; failures are raised as Exception.
 #pragma once
 

@@ -1,6 +1,6 @@
-// The version resource of C++ projects: the values of a VERSIONINFO block, and the parser that reads a resource
-// script's block into them or replaces it by one made from them. A thin face; the rules stand in VersionBlock.h.
-// Everything here is used on one thread at a time; failures are raised as Exception.
+// The version resource of C++ projects: the values of a VERSIONINFO block, and the parser that reads a
+// resource script's block into them or replaces it by one made from them. A thin face; the rules stand in
+// VersionBlock.h. Everything here is used on one thread at a time; failures are raised as Exception.
 #pragma once
 
 #include <cstdint>
@@ -59,8 +59,10 @@ class IQXVC7VersionInfoParser : public IInterface {
   static constexpr TGUID IID = Guid("{A84F1B06-2C3D-4E95-8F70-61D2B9C4E732}");
   using Base = IInterface;
 
-  // Sets what the first VERSIONINFO block says; what the block does not mention is left as it was. Raises
-  // "Unexpected BEGIN" and its like for a malformed block; an error of the file read for a missing file.
+  // Sets what the first VERSIONINFO block says, the keys last (to nothing when there are none); numbers,
+  // flags, type, locale and code page that the block does not mention are left as they were. Raises
+  // "Unexpected BEGIN" and its like for a malformed block, with nothing set; an error of the file read for a
+  // missing file.
   virtual void ReadVersionInfo(IQXVC7VersionInfo& info) = 0;
   // Replaces the first VERSIONINFO block, or appends one; True when the file was written. The file as it was
   // before the first update stays in FILE.orig. Every error leaves the file untouched.

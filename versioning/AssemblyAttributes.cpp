@@ -1,0 +1,178 @@
+#include "versioning/AssemblyAttributes.h"
+
+#include <bitset>
+
+#include "platform/Texts.h"
+#include "versioning/Lines.h"
+
+namespace qx {
+namespace {
+
+struct Row {
+  std::string_view name;
+  AssemblyAttribute attribute;
+};
+
+// The rows in the order they are tried. Deliberate, saved projects depend on it: the comment has no row, so
+// that no comment attribute is ever rewritten or added.
+constexpr Row kRows[] = {
+    {"AssemblyTitle", AssemblyAttribute::Title},
+    {"AssemblyDescription", AssemblyAttribute::Description},
+    {"AssemblyCompany", AssemblyAttribute::Company},
+    {"AssemblyProduct", AssemblyAttribute::Product},
+    {"AssemblyCopyright", AssemblyAttribute::Copyright},
+    {"AssemblyTrademark", AssemblyAttribute::Trademark},
+    {"AssemblyFileVersion", AssemblyAttribute::FileVersion},
+    {"AssemblyVersion", AssemblyAttribute::Version},
+};
+
+// The names of added entries by bit. Deliberate, saved projects depend on it: "CopyRight" and "TradeMark"
+// differ in case from the rows, so that these two are never added.
+constexpr std::string_view kAddedNames[] = {"AssemblyTitle",       "AssemblyComment",     "AssemblyCompany",
+                                            "AssemblyDescription", "AssemblyCopyRight",   "AssemblyTradeMark",
+                                            "AssemblyProduct",     "AssemblyFileVersion", "AssemblyVersion"};
+constexpr std::size_t kAttributes = std::size(kAddedNames);
+
+bool IsAttributeLine(std::string_view line) {
+  return FindWord(line, "assembly", ':') != std::string_view::npos;
+}
+
+std::string_view WithoutLeadingBlanks(std::string_view text) {
+  return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+}
+
+// An attribute line cut up: opening character, prefix, ":", name, "(", value, ")", suffix.
+struct AttributeLine {
+  std::string_view prefix;
+  std::string_view name;
+  std::string_view suffix;
+  bool quoted = false;
+};
+
+// None for a line without a parenthesis, with nothing behind it, or with a value that the line does not end.
+std::optional<AttributeLine> ParseAttributeLine(std::string_view line) {
+  AttributeLine parsed;
+  const std::size_t colon = line.find(':', 1);
+  if (colon == std::string_view::npos) return std::nullopt;
+  const std::size_t open = line.find('(', colon);
+  if (open == std::string_view::npos) return std::nullopt;
+  parsed.prefix = line.substr(1, colon - 1);
+  parsed.name = TrimView(line.substr(colon + 1, open - colon - 1));
+  const std::string_view value = WithoutLeadingBlanks(line.substr(open + 1));
+  if (value.empty()) return std::nullopt;
+  parsed.quoted = value.front() == '"';
+  if (!parsed.quoted) {
+    const std::size_t close = value.rfind(')');
+    if (close == std::string_view::npos) return std::nullopt;
+    parsed.suffix = value.substr(close + 1);
+    return parsed;
+  }
+  const std::size_t quote = value.find('"', 1);
+  if (quote == std::string_view::npos) return std::nullopt;
+  // The character behind the quote, which is the closing parenthesis, is passed over; so are blanks before
+  // one.
+  const std::string_view rest = value.substr(quote + 1);
+  const std::string_view close = WithoutLeadingBlanks(rest);
+  parsed.suffix =
+      close.starts_with(')') ? close.substr(1) : rest.substr(std::min<std::size_t>(1, rest.size()));
+  return parsed;
+}
+
+// One text's state: what it still lacks, and what its last attribute line looked like.
+class Stamper {
+ public:
+  Stamper(const AttributeValues& values, const AttributeFitter& fit, const ProgressLog& log)
+      : values_(values), fit_(fit), log_(log) {
+    pending_.set();
+  }
+
+  void Append(std::string_view line, std::string& out) {
+    if (!IsAttributeLine(line) || !Rewrite(line, out)) out += line;
+    out += "\r\n";
+  }
+
+  void AppendMissing(std::string_view extension, std::string& out) {
+    const std::string_view ending = UpperCase(extension) == ".CPP" ? "Attribute" : "";
+    for (std::size_t bit = 0; bit < kAttributes; ++bit) {
+      if (!pending_[bit]) continue;
+      const std::string name(kAddedNames[bit]);
+      const auto value = LookUp(name);
+      if (!value) continue;
+      log_("Adding Entry : " + name + " Value : " + *value);
+      // Deliberate, saved projects depend on it: without any attribute line the opening character is 0.
+      out += opening_;
+      out.append(prefix_).append(": ").append(name).append(ending).append("(\"");
+      out.append(fit_(*value, name)).append("\")").append(suffix_).append("\r\n");
+    }
+  }
+
+ private:
+  bool Rewrite(std::string_view line, std::string& out) {
+    // Deliberate, saved projects depend on it: a comment line's "/" opens the entries added later.
+    opening_ = line.front();
+    if (opening_ == '/') return false;
+    const auto parsed = ParseAttributeLine(line);
+    if (!parsed) return false;
+    prefix_ = parsed->prefix;
+    suffix_ = parsed->suffix;
+    const auto value = LookUp(parsed->name);
+    if (!value) return false;
+    const std::string_view quote = parsed->quoted ? "\"" : "";
+    log_("Processing Entry : " + std::string(parsed->name));
+    out += opening_;
+    out.append(prefix_).append(": ").append(parsed->name).append("(").append(quote);
+    out.append(fit_(*value, parsed->name)).append(quote).append(")").append(suffix_);
+    return true;
+  }
+
+  std::optional<std::string> LookUp(std::string_view name) {
+    const auto attribute = FindAssemblyAttribute(name);
+    if (!attribute) return std::nullopt;
+    auto value = values_(*attribute);
+    if (value) pending_.reset(static_cast<std::size_t>(*attribute));
+    return value;
+  }
+
+  const AttributeValues& values_;
+  const AttributeFitter& fit_;
+  const ProgressLog& log_;
+  std::bitset<kAttributes> pending_;
+  char opening_ = '\0';
+  std::string_view prefix_;
+  std::string_view suffix_;
+};
+
+}  // namespace
+
+std::size_t FindWord(std::string_view text, std::string_view word, char mark) {
+  for (std::size_t at = 0; (at = text.find(mark, at)) != std::string_view::npos; ++at) {
+    if (at < word.size()) continue;
+    std::size_t same = 0;
+    while (same < word.size() && (text[at - word.size() + same] | 0x20) == word[same]) ++same;
+    if (same == word.size()) return at - word.size();
+  }
+  return std::string_view::npos;
+}
+
+std::optional<AssemblyAttribute> FindAssemblyAttribute(std::string_view name) {
+  for (const Row& row : kRows) {
+    if (!name.starts_with(row.name)) continue;
+    const std::string_view ending = name.substr(row.name.size());
+    if (ending.empty() || ending == "Attribute") return row.attribute;
+  }
+  return std::nullopt;
+}
+
+std::string StampAssemblyInfo(std::string_view text, std::string_view extension,
+                              const AttributeValues& values, const AttributeFitter& fit,
+                              const ProgressLog& log) {
+  std::string out;
+  out.reserve(text.size() + text.size() / 16 + 1024);
+  Stamper stamper(values, fit, log);
+  LineCursor cursor(text);
+  for (Line line; cursor.Next(line);) stamper.Append(line.text, out);
+  stamper.AppendMissing(extension, out);
+  return out;
+}
+
+}  // namespace qx

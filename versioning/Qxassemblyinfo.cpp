@@ -1,0 +1,128 @@
+#include "versioning/Qxassemblyinfo.h"
+
+#include <algorithm>
+
+#include "platform/FileRewrite.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
+#include "platform/TextFile.h"
+#include "platform/Texts.h"
+#include "plugin/Qxutils.h"
+#include "solution/Vsnetsln.h"
+#include "versioning/AssemblyAttributes.h"
+#include "versioning/LocateWebProject.h"
+#include "versioning/SourceText.h"
+
+namespace qx {
+namespace {
+
+// The first file reference in a project file whose name begins with "assemblyinfo.": what stands between the
+// double quotes around it. Empty when there is none.
+std::string AssemblyInfoReference(std::string_view project) {
+  const std::size_t at = FindWord(project, "assemblyinfo", '.');
+  if (at == std::string_view::npos) return {};
+  const std::size_t open = project.rfind('"', at);
+  if (open == std::string_view::npos) return {};
+  const std::size_t close = project.find('"', open + 1);
+  if (close == std::string_view::npos) return {};
+  return std::string(project.substr(open + 1, close - open - 1));
+}
+
+class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
+ public:
+  TQXAssemblyInfoUpdater(InterfacePtr<IVSDotNetSolution> solution, IAssemblyInfoSource& source,
+                         InterfacePtr<IQXActionLogMessage> log)
+      : solution_(std::move(solution)),
+        source_(source),
+        solutionFolder_(FolderPart(solution_->GetFileName())),
+        log_(std::move(log)),
+        location_(source.GetProjectLocation()) {}
+
+  void UpdateAll() override {
+    const auto projects = solution_->GetProjects();
+    std::vector<std::string> ids;
+    for (int i = 0; i < projects->GetCount(); ++i) ids.push_back(projects->GetItem(i)->GetGUID());
+    Process(ids);
+  }
+
+  void UpdateSelected(const TStringList& projectIds, const TStringList* filter) override {
+    std::vector<std::string> ids;
+    for (const std::string& id : projectIds.Items()) {
+      if (filter == nullptr || filter->IndexOf(id) >= 0) ids.push_back(id);
+    }
+    Process(ids);
+  }
+
+ private:
+  void Log(const std::string& line) { log_->AppendDetail(line); }
+
+  void Process(const std::vector<std::string>& ids) {
+    Log(std::to_string(ids.size()) + " projects to process.");
+    const auto projects = solution_->GetProjects();
+    for (const std::string& id : ids) {
+      const auto project = projects->FindByGUID(id);
+      if (project.get() == nullptr) {
+        Log("ProjectID : " + id + " - not found in solution");
+        continue;
+      }
+      ProcessProject(project->GetPath());
+    }
+  }
+
+  void ProcessProject(const std::string& path) {
+    const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
+    const std::string file =
+        isWeb ? LocateWebProject(path, location_) : ExpandRelativePath(solutionFolder_, path);
+    if (!FileExists(file)) throw Exception("ERROR : Unable to find : " + file);
+    Log("Processing Project File : " + file);
+
+    std::string decoded;
+    const std::string bytes = ReadFile(file);
+    const std::string reference = AssemblyInfoReference(DecodeText(bytes, decoded));
+    if (reference.empty()) return;
+    ProcessFile(ExpandRelativePath(FolderPart(file), reference), LowerCase(ExtensionOf(reference)));
+  }
+
+  void ProcessFile(const std::string& path, const std::string& extension) {
+    Log("Processing AssemblyInfo File : " + path);
+    FileRewrite rewrite(path);
+    SourceText source(rewrite.Bytes(), path, PlainAscii::kIsUtf8);
+    Log("Backingup AssemblyInfo File : " + path + " to :" + path + ".bak");
+    const std::string stamped = StampAssemblyInfo(
+        source.Text(), extension, [this](AssemblyAttribute attribute) { return NewValue(attribute); },
+        [&](const std::string& value, std::string_view name) { return source.Fit(value, name); },
+        [this](const std::string& line) { Log(line); });
+
+    std::string oldStorage, newStorage;
+    const auto oldBytes = source.Encode({source.NormalText()}, oldStorage);
+    const auto newBytes = source.Encode({stamped}, newStorage);
+    rewrite.Commit(".bak", BackupRule::kEveryTime, oldBytes, newBytes);
+  }
+
+  std::optional<std::string> NewValue(AssemblyAttribute attribute) {
+    if (!source_.IsAttributeUpdated(attribute)) return std::nullopt;
+    const bool linked = attribute == AssemblyAttribute::FileVersion && source_.IsFileVersionLinked();
+    std::string value =
+        source_.ExpandText(source_.GetAttributeText(linked ? AssemblyAttribute::Version : attribute));
+    const bool isVersion =
+        attribute == AssemblyAttribute::FileVersion || attribute == AssemblyAttribute::Version;
+    if (isVersion) std::replace(value.begin(), value.end(), '|', '.');
+    return value;
+  }
+
+  InterfacePtr<IVSDotNetSolution> solution_;
+  IAssemblyInfoSource& source_;
+  std::string solutionFolder_;  // with its trailing delimiter
+  InterfacePtr<IQXActionLogMessage> log_;
+  ProjectLocationSettings location_;
+};
+
+}  // namespace
+
+InterfacePtr<IQXAssemblyInfoUpdater> GetAssemblyInfoUpdater(InterfacePtr<IVSDotNetSolution> solution,
+                                                            IAssemblyInfoSource& source,
+                                                            InterfacePtr<IQXActionLogMessage> log) {
+  return MakeInterface<TQXAssemblyInfoUpdater>(std::move(solution), source, std::move(log));
+}
+
+}  // namespace qx

@@ -1,0 +1,104 @@
+#include "versioning/Qxvc7versioninfo.h"
+
+#include <ctime>
+
+#include "platform/DateText.h"
+#include "platform/FileRewrite.h"
+#include "platform/Files.h"
+#include "platform/Texts.h"
+#include "versioning/SourceText.h"
+#include "versioning/VersionBlock.h"
+
+namespace qx {
+namespace {
+
+VersionValues ValuesOf(IQXVC7VersionInfo& info) {
+  VersionValues values;
+  values.numbers = {info.GetMajorVer(), info.GetMinorVer(), info.GetReleaseVer(), info.GetBuildVer()};
+  values.flags = {info.GetIsDebug(), info.GetIsPreRelease(), info.GetIsSpecial(), info.GetIsPrivate()};
+  values.isDll = info.GetIsDLL();
+  values.locale = info.GetLocale();
+  values.codePage = info.GetCodePage();
+  values.keys = SplitLines(info.GetVersionInfoKeys());
+  if (info.GetIncludeCompileDate()) {
+    const std::time_t now = std::time(nullptr);
+    SetCompileDate(values.keys, LongDateText(now) + " " + ShortTimeText(now));
+  }
+  return values;
+}
+
+// In the order that the rules prescribe: setters may change their neighbours.
+void Apply(const VersionReading& reading, IQXVC7VersionInfo& info) {
+  if (reading.numbers) {
+    info.SetMajorVer((*reading.numbers)[0]);
+    info.SetMinorVer((*reading.numbers)[1]);
+    info.SetReleaseVer((*reading.numbers)[2]);
+    info.SetBuildVer((*reading.numbers)[3]);
+  }
+  if (reading.flags) {
+    info.SetIsDebug(reading.flags->isDebug);
+    info.SetIsPreRelease(reading.flags->isPreRelease);
+    info.SetIsSpecial(reading.flags->isSpecial);
+    info.SetIsPrivate(reading.flags->isPrivate);
+  }
+  if (reading.isDll) info.SetIsDLL(*reading.isDll);
+  if (reading.locale) info.SetLocale(*reading.locale);
+  if (reading.codePage) info.SetCodePage(*reading.codePage);
+  info.SetVersionInfoKeys(JoinLines(reading.keys));
+}
+
+class TQXVC7VersionInfoParser final : public Implements<IQXVC7VersionInfoParser> {
+ public:
+  TQXVC7VersionInfoParser(std::string fileName, Expander expand)
+      : fileName_(std::move(fileName)), expand_(std::move(expand)) {}
+
+  void ReadVersionInfo(IQXVC7VersionInfo& info) override {
+    std::string decoded;
+    const std::string bytes = ReadFile(fileName_);
+    Apply(ReadVersionBlock(DecodeText(bytes, decoded), fileName_), info);
+  }
+
+  bool UpdateVersionInfo(IQXVC7VersionInfo& info) override {
+    FileRewrite rewrite(fileName_);
+    SourceText source(rewrite.Bytes(), fileName_, PlainAscii::kIsSystemCodePage);
+    const std::string_view script = source.NormalText();
+    const VersionBlockPlace place = FindVersionBlock(script, fileName_);
+    const auto namedPage = [&] { return NamedCodePage(script.substr(0, place.begin)); };
+
+    const VersionValues values = ValuesOf(info);
+    std::vector<VersionString> strings = BlockStrings(values, expand_);
+    for (VersionString& string : strings) {
+      const std::string key = string.key;
+      string.key = source.Fit(key, key, namedPage);
+      string.text = source.Fit(string.text, key, namedPage);
+    }
+    const std::string block = WriteVersionBlock(values, strings);
+
+    std::string oldStorage, newStorage;
+    const auto oldBytes = source.Encode({script}, oldStorage);
+    const auto newBytes =
+        source.Encode({script.substr(0, place.begin), block, script.substr(place.end)}, newStorage);
+    rewrite.Commit(".orig", BackupRule::kFirstTime, oldBytes, newBytes);
+    return true;
+  }
+
+ private:
+  std::string fileName_;
+  Expander expand_;
+};
+
+}  // namespace
+
+InterfacePtr<IQXVC7VersionInfoParser> GetVersionInfoParser(TCustomQXAction& action,
+                                                           const std::string& fileName) {
+  return MakeInterface<TQXVC7VersionInfoParser>(
+      fileName, [&action](const std::string& text) { return action.ExpandExpression(text, true); });
+}
+
+InterfacePtr<IQXVC7VersionInfoParser> GetVersionInfoParser(InterfacePtr<IQXApplicationServices> services,
+                                                           const std::string& fileName) {
+  return MakeInterface<TQXVC7VersionInfoParser>(
+      fileName, [services](const std::string& text) { return services->ExpandExpression(text, true); });
+}
+
+}  // namespace qx
