@@ -76,7 +76,11 @@ bool TryReadFile(const std::string& path, std::string& bytes, std::string* reaso
 
 std::string ReadFile(const std::string& path) {
   std::string bytes, reason;
-  if (!TryReadFile(path, bytes, &reason)) Fail("Cannot read ", path, reason);
+  if (TryReadFile(path, bytes, &reason)) return bytes;
+  std::string found = path;
+  if (!PathFinder().FindFile(found) || found == path || !TryReadFile(found, bytes, &reason)) {
+    Fail("Cannot read ", path, reason);
+  }
   return bytes;
 }
 

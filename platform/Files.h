@@ -20,8 +20,8 @@ namespace qx {
 
 // The whole file. Raises "Cannot read FILE: REASON".
 std::string ReadFile(const std::string& path);
-// The same into a buffer that keeps its memory; false, with the reason in `*reason` when that is given, where
-// ReadFile would raise.
+// For many files at once: reads the file of exactly that name, in native delimiters, into a buffer that keeps
+// its memory; false, with the reason in `*reason` when that is given, where it cannot.
 bool TryReadFile(const std::string& path, std::string& bytes, std::string* reason = nullptr);
 
 // False for a folder, and for what cannot be looked at.

@@ -97,10 +97,7 @@ namespace system {
 bool Read(const std::string& path, std::string& bytes, std::string& reason) {
   Descriptor file(OpenToRead(path));
   if (!file.IsOpen()) {
-    const int error = errno;
-    std::string found = path;
-    if (error == ENOENT && PathFinder().FindFile(found) && found != path) return Read(found, bytes, reason);
-    reason = std::strerror(error);
+    reason = LastError();
     return false;
   }
   struct stat status;

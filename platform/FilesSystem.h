@@ -8,7 +8,7 @@
 
 namespace qx::system {
 
-// Reads a regular file whole into a buffer that keeps its memory.
+// Reads the regular file of exactly that name whole into a buffer that keeps its memory.
 bool Read(const std::string& path, std::string& bytes, std::string& reason);
 
 // The path on disk that a write to `path` goes to: native, absolute, links followed; the file need not exist.

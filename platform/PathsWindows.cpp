@@ -15,9 +15,11 @@ std::size_t SegmentEnd(std::string_view path, std::size_t at) {
   return std::min(at + 1, path.size());
 }
 
-std::string Native(std::string path) {
-  std::replace(path.begin(), path.end(), '/', '\\');
-  return path;
+// In UTF-8, whatever it came in, so that names from UTF-8 files can be put behind it.
+std::string Native(const std::string& path) {
+  std::string native = system::FromWide(system::ToWide(path));
+  std::replace(native.begin(), native.end(), '/', '\\');
+  return native;
 }
 
 DWORD Attributes(const std::string& path) {
@@ -58,7 +60,7 @@ PathFinder::PathFinder(PathFinder&&) noexcept = default;
 bool PathFinder::FindFile(std::string& path) {
   const DWORD attributes = Attributes(path);
   if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
-  path = Native(std::move(path));
+  path = Native(path);
   return true;
 }
 

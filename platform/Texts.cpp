@@ -215,6 +215,16 @@ bool IsValidUtf8(std::string_view text) {
   return true;
 }
 
+std::string ToValidUtf8(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const char32_t c = NextCodePoint(text, at);
+    AppendUtf8(out, c == kInvalid || IsSurrogate(c) ? U'\uFFFD' : c);
+  }
+  return out;
+}
+
 std::string ToUtf8(std::u16string_view text) {
   std::string out;
   out.reserve(text.size());

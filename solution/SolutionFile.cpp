@@ -1,0 +1,221 @@
+#include "solution/SolutionFile.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <unordered_map>
+
+#include "platform/Paths.h"
+#include "platform/TextFile.h"
+#include "platform/Texts.h"
+#include "plugin/Qxtypes.h"
+#include "solution/VcprojScan.h"
+
+namespace qx {
+namespace {
+
+constexpr std::string_view kHeader = "Microsoft Visual Studio Solution File, Format Version";
+constexpr std::string_view kProjectStart = "Project(\"";
+constexpr std::size_t kGuidSize = 38;  // braces included; what stands there is not examined
+
+// Exact beginnings of section heads. The first of a pair does not match the second: its last character
+// differs.
+constexpr std::array<std::string_view, 2> kConfigurationSections = {
+    "GlobalSection(SolutionConfiguration)", "GlobalSection(SolutionConfigurationPlatforms)"};
+constexpr std::array<std::string_view, 2> kProjectConfigurationSections = {
+    "GlobalSection(ProjectConfiguration)", "GlobalSection(ProjectConfigurationPlatforms)"};
+constexpr std::array<std::string_view, 1> kDependencySections = {"GlobalSection(ProjectDependencies)"};
+
+template <class Heads>
+bool StartsWithOneOf(std::string_view line, const Heads& heads) {
+  return std::any_of(heads.begin(), heads.end(),
+                     [&](std::string_view head) { return line.starts_with(head); });
+}
+
+// What stands before the first "=" of a line; empty when there is none.
+std::string_view NamePart(std::string_view line) {
+  const std::size_t equals = line.find('=');
+  return equals == std::string_view::npos ? std::string_view() : line.substr(0, equals);
+}
+
+class Reader {
+ public:
+  Reader(const std::string& fileName, TStringList lines, SolutionFiles& files)
+      : lines_(std::move(lines)),
+        files_(files),
+        folder_(WithTrailingDelimiter(ExpandPath(FolderPart(fileName), ""))) {}
+
+  SolutionModel Read() {
+    DropEmptyStart();
+    CheckHeader();
+    cursor_ = 1;
+    ReadProjects();
+    ReadGlobal();
+    if (configuration_names_) model_.configurations = LookUpConfigurations();
+    return std::move(model_);
+  }
+
+ private:
+  // Raises the line list's own error when the file ends here.
+  const std::string& Line() const { return lines_.Get(cursor_); }
+  std::string_view TrimmedLine() const { return TrimView(Line()); }
+
+  // Only lines of length 0 go: a blank is not empty.
+  void DropEmptyStart() {
+    auto& items = lines_.Items();
+    items.erase(items.begin(),
+                std::find_if(items.begin(), items.end(), [](const auto& line) { return !line.empty(); }));
+  }
+
+  void CheckHeader() const {
+    const std::string& line = lines_.Get(0);
+    if (LowerCase(line).find(LowerCase(kHeader)) == std::string::npos) {
+      throw Exception("Invalid Solution File Format : " + line);
+    }
+  }
+
+  // "Global" counts untrimmed only: with a blank before it the list runs on to the end of the file.
+  void ReadProjects() {
+    for (; Line() != "Global"; ++cursor_) {
+      const std::string_view line = TrimmedLine();
+      if (line.starts_with(kProjectStart)) ReadProject(line.substr(kProjectStart.size()));
+    }
+  }
+
+  void ReadProject(std::string_view rest) {
+    SolutionProject project;
+    project.type_guid = rest.substr(0, kGuidSize);
+    rest.remove_prefix(std::min(kGuidSize, rest.size()));
+    const std::size_t equals = rest.find('=');
+    if (equals == std::string_view::npos) throw Exception("Error parsing project string");
+    std::vector<std::string> items = SplitCommaText(TrimView(rest.substr(equals + 1)));
+    if (items.size() < 3) throw Exception("Error parsing project string");
+    project.name = std::move(items[0]);
+    project.path = std::move(items[1]);
+    project.guid = std::move(items[2]);
+
+    // Web projects are known by their URL, wherever it stands in the path; their files are not looked for.
+    const bool web = project.path.find("http://") != std::string::npos ||
+                     project.path.find("https://") != std::string::npos;
+    const bool cpp = LowerCase(ExtensionOf(project.path)) == ".vcproj";
+    if (!web || cpp) {
+      std::string file = ExpandPath(folder_, project.path);
+      const bool exists = files_.FindFile(file);
+      if (!exists && !web) return;
+      if (exists && cpp) ScanResources(file, project);
+    }
+    model_.projects.push_back(std::move(project));
+  }
+
+  void ScanResources(const std::string& file, SolutionProject& project) {
+    std::string reason;
+    if (!files_.Read(file, buffer_, reason)) throw Exception("Error parsing project file : " + reason);
+    const std::string folder = FolderPart(file);
+    for (const std::string& listed : ListedResourceScripts(buffer_, document_)) {
+      std::string script = ExpandPath(folder, listed);
+      const bool sought = project.version_info_file.empty();
+      // Reading it also tells that it exists under this very name; what is not read is looked up.
+      if (sought ? ReadScript(script) : files_.FindFile(script)) {
+        if (sought && HoldsVersionInfo()) project.version_info_file = script;
+      }
+      project.resource_scripts.Add(std::move(script));
+    }
+  }
+
+  // A script that cannot be read is passed over silently.
+  bool ReadScript(std::string& path) {
+    std::string reason;
+    return files_.Read(path, script_, reason) ||
+           (files_.FindFile(path) && files_.Read(path, script_, reason));
+  }
+
+  bool HoldsVersionInfo() {
+    std::string scratch;
+    return DecodeText(script_, scratch).find("VERSIONINFO") != std::string_view::npos;
+  }
+
+  // The cursor is on "Global".
+  void ReadGlobal() {
+    for (++cursor_; TrimmedLine() != "EndGlobal"; ++cursor_) {
+      const std::string_view line = TrimmedLine();
+      if (StartsWithOneOf(line, kConfigurationSections)) {
+        ReadConfigurations();
+      } else if (StartsWithOneOf(line, kProjectConfigurationSections)) {
+        // Configurations of projects are not part of the model: the section is only walked past.
+        ForEachSectionLine([](std::string_view) {});
+      } else if (StartsWithOneOf(line, kDependencySections)) {
+        ReadDependencies();
+      }
+    }
+  }
+
+  // From the line behind a section's head to its end, where the cursor stays.
+  template <class Visitor>
+  void ForEachSectionLine(Visitor&& visit) {
+    for (++cursor_; TrimmedLine() != "EndGlobalSection"; ++cursor_) visit(Line());
+  }
+
+  // A later section takes the place of an earlier one.
+  void ReadConfigurations() {
+    configuration_names_.emplace();
+    ForEachSectionLine([this](const std::string& line) {
+      const std::string_view name = NamePart(line);
+      if (TrimView(name) != "Description") configuration_names_->push_back(name);
+    });
+  }
+
+  // A configuration is called by the value, not the name, and the value is that of the first line in the
+  // whole file whose name part is the same but for letter case: saved projects hold the names found so. One
+  // pass over the lines serves all names.
+  std::vector<std::string> LookUpConfigurations() const {
+    std::unordered_map<std::string, std::optional<std::string_view>> values;
+    std::vector<bool> sizes;  // of names; letters keep their size when their case is folded
+    for (const std::string_view name : *configuration_names_) {
+      values.try_emplace(FoldCase(name));
+      if (sizes.size() <= name.size()) sizes.resize(name.size() + 1);
+      sizes[name.size()] = true;
+    }
+    for (const std::string& line : lines_.Items()) {
+      const std::size_t equals = line.find('=');
+      if (equals >= sizes.size() || !sizes[equals]) continue;
+      const auto value = values.find(FoldCase(std::string_view(line).substr(0, equals)));
+      if (value != values.end() && !value->second) value->second = std::string_view(line).substr(equals + 1);
+    }
+    std::vector<std::string> configurations;
+    for (const std::string_view name : *configuration_names_) {
+      configurations.push_back(Trim(values[FoldCase(name)].value_or("")));
+    }
+    return configurations;
+  }
+
+  void ReadDependencies() {
+    std::unordered_map<std::string_view, std::size_t>
+        first;  // by identifier; the first project of one counts
+    for (std::size_t i = 0; i < model_.projects.size(); ++i) first.try_emplace(model_.projects[i].guid, i);
+    ForEachSectionLine([&](std::string_view line) {
+      line = TrimView(line);
+      const auto project = first.find(line.substr(0, kGuidSize));
+      const std::size_t equals = line.find('=');
+      if (project == first.end() || equals == std::string_view::npos) return;
+      model_.projects[project->second].dependencies.Add(Trim(line.substr(equals + 1)));
+    });
+  }
+
+  TStringList lines_;
+  SolutionFiles& files_;
+  const std::string folder_;
+  int cursor_ = 0;
+  SolutionModel model_;
+  std::optional<std::vector<std::string_view>>
+      configuration_names_;  // of the last section; they lie in lines_
+  XmlDocument document_;
+  std::string buffer_, script_;
+};
+
+}  // namespace
+
+SolutionModel ReadSolution(const std::string& fileName, TStringList lines, SolutionFiles& files) {
+  return Reader(fileName, std::move(lines), files).Read();
+}
+
+}  // namespace qx
