@@ -215,7 +215,7 @@ bool IsValidUtf8(std::string_view text) {
   return true;
 }
 
-std::string ToValidUtf8(std::string_view text) {
+std::string AsValidUtf8(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {

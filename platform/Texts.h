@@ -44,7 +44,7 @@ std::optional<std::int32_t> ToInteger(std::string_view text);
 
 bool IsValidUtf8(std::string_view text);
 // With U+FFFD in the place of every byte that is not part of UTF-8 (of every lone surrogate, too).
-std::string ToValidUtf8(std::string_view text);
+std::string AsValidUtf8(std::string_view text);
 // UTF-16 to 8-bit: UTF-8, a lone surrogate in its three-byte form, so that every text comes back.
 std::string ToUtf8(std::u16string_view text);
 // The way back. `strict` gives nothing for bytes that are neither UTF-8 nor such a surrogate; the lenient
