@@ -26,8 +26,9 @@ struct Process {
 
 // A file of /proc, whole; empty when it is gone or not ours to read. (Its size is not known beforehand.)
 std::string ReadProcFile(pid_t pid, const char* name) {
-  const std::string path = "/proc/" + std::to_string(pid) + "/" + name;
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  char path[64];
+  std::snprintf(path, sizeof path, "/proc/%d/%s", static_cast<int>(pid), name);
+  const int file = open(path, O_RDONLY | O_CLOEXEC);
   std::string text;
   if (file < 0) return text;
   char buffer[4096];
@@ -86,8 +87,10 @@ void SpreadToChildren(std::vector<Process>& all) {
 
 std::string MakeTreeMark() {
   static std::atomic<unsigned> made = 0;
-  const auto now = std::chrono::system_clock::now().time_since_epoch().count();
-  return "[" + std::to_string(getpid()) + "." + std::to_string(now) + "." + std::to_string(++made) + "]";
+  const long long now = std::chrono::system_clock::now().time_since_epoch().count();
+  char mark[80];
+  std::snprintf(mark, sizeof mark, "[%d.%lld.%u]", static_cast<int>(getpid()), now, ++made);
+  return mark;
 }
 
 std::vector<pid_t> LivingTree(pid_t root, const std::string& mark) {

@@ -3,11 +3,13 @@
 //
 //   out:TEXT err:TEXT   writes TEXT, in which \n \r \\ and \xHH mean what they mean in C++
 //   flood:BYTES         writes so many bytes to each stream, in lines of 64, both streams in turn
-//   beat:FILE           adds a byte to FILE every 10 milliseconds for a minute: who looks at it sees whether
-//   we live sleep:MS  exit:N  signal:N env:NAME  cwd  stdin  descriptors  command-line      print a line
-//   about it args                prints the arguments behind it, one a line in square brackets, and ends
-//   spawn:N             starts itself with the N arguments that follow, and goes on without waiting
-//   new-session  no-environment  ignore-requests         see TestChild.h
+//   lines:N             writes N lines of some 40 bytes to standard output, as a build does, in blocks of 64
+//   KiB single-lines:N      the same, each line by itself, as a program on a console does beat:FILE adds a
+//   byte to FILE every 10 milliseconds for a minute: who looks at it sees whether we live sleep:MS  exit:N
+//   signal:N env:NAME  cwd  stdin  descriptors  command-line      print a line about it args prints the
+//   arguments behind it, one a line in square brackets, and ends spawn:N             starts itself with the N
+//   arguments that follow, and goes on without waiting new-session  no-environment  ignore-requests see
+//   TestChild.h
 #include "host/runtime/TestChild.h"
 
 #include <cstdio>
@@ -46,6 +48,19 @@ void Flood(std::size_t bytes) {
   }
 }
 
+void WriteLines(long count, std::size_t block_size) {
+  std::string block;
+  for (long i = 0; i < count; ++i) {
+    const std::string unit = std::to_string(i % 997);
+    block += i % 5 == 0 ? "..\\Module\\unit" + unit + ".cpp(12) : warning C4244: possible loss of data\n"
+                        : "unit" + unit + ".cpp compiled, no warnings\n";
+    if (block.size() < block_size) continue;
+    Write(1, block);
+    block.clear();
+  }
+  Write(1, block);
+}
+
 void Beat(const std::string& file) {
   for (int i = 0; i < 6000; ++i) {
     std::ofstream(file, std::ios::app | std::ios::binary) << '.';
@@ -62,6 +77,8 @@ bool Obey(std::string_view order, std::string_view value) {
   if (order == "out") return Write(1, Unescape(value)), true;
   if (order == "err") return Write(2, Unescape(value)), true;
   if (order == "flood") return Flood(std::strtoull(text.c_str(), nullptr, 10)), true;
+  if (order == "lines") return WriteLines(number, 65536), true;
+  if (order == "single-lines") return WriteLines(number, 1), true;
   if (order == "beat") return Beat(text), true;
   if (order == "sleep") return Sleep(number), true;
   if (order == "exit") std::exit(number);

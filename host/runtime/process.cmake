@@ -30,3 +30,9 @@ target_compile_definitions(process_tests PRIVATE
   QX_TEST_CHILD="$<$<BOOL:${WIN32}>:Z:>$<TARGET_FILE:qx_test_child>")
 
 qx_fuzzer(CommandLine_fuzz SOURCE CommandLine_fuzz.cpp LINKS qx_runtime)
+
+qx_bench(Forward_bench SOURCE ${CMAKE_SOURCE_DIR}/bench/Forward_bench.cpp LINKS qx_runtime)
+if(TARGET Forward_bench)
+  add_dependencies(Forward_bench qx_test_child)
+  target_compile_definitions(Forward_bench PRIVATE QX_TEST_CHILD="$<TARGET_FILE:qx_test_child>")
+endif()
