@@ -15,13 +15,6 @@ bool BeginsWith(std::string_view name, std::string_view prefix) {
   return SameText(name.substr(0, prefix.size()), prefix);
 }
 
-// "v" and digits with points between them.
-bool IsVersion(std::string_view text) {
-  return text.size() > 1 && SameText(text.substr(0, 1), "v") &&
-         text.substr(1).find_first_not_of("0123456789.") == std::string_view::npos && text[1] != '.' &&
-         text.back() != '.';
-}
-
 // "\\server\share", without anything behind it.
 bool IsShare(std::string_view text) {
   if (!text.starts_with("\\\\")) return false;
@@ -32,6 +25,18 @@ bool IsShare(std::string_view text) {
   return text[delimiter] == '\\' && !share.empty() && share.find_first_of("\\/") == std::string_view::npos;
 }
 
+// The name as it is stored; empty: there is no such setting.
+std::string StoredName(std::string_view name) {
+  if (SameText(name, kRegistry)) return std::string(kRegistry);
+  if (BeginsWith(name, kFramework) && IsFrameworkVersion(name.substr(kFramework.size()))) {
+    return std::string(kFramework) + LowerCase(name.substr(kFramework.size()));
+  }
+  if (BeginsWith(name, kShare) && IsShare(name.substr(kShare.size()))) {
+    return std::string(kShare) + std::string(name.substr(kShare.size()));
+  }
+  return {};
+}
+
 HostSettings& Current() {
   static HostSettings settings;
   return settings;
@@ -39,14 +44,15 @@ HostSettings& Current() {
 
 }  // namespace
 
+bool IsFrameworkVersion(std::string_view text) {
+  return text.size() > 1 && SameText(text.substr(0, 1), "v") &&
+         text.substr(1).find_first_not_of("0123456789.") == std::string_view::npos && text[1] != '.' &&
+         text.back() != '.';
+}
+
 std::string CheckHostSettingName(std::string_view name) {
-  if (SameText(name, kRegistry)) return std::string(kRegistry);
-  if (BeginsWith(name, kFramework) && IsVersion(name.substr(kFramework.size()))) {
-    return std::string(kFramework) + LowerCase(name.substr(kFramework.size()));
-  }
-  if (BeginsWith(name, kShare) && IsShare(name.substr(kShare.size()))) {
-    return std::string(kShare) + std::string(name.substr(kShare.size()));
-  }
+  std::string stored = StoredName(name);
+  if (!stored.empty()) return stored;
   throw Exception("There is no host setting \"" + std::string(name) +
                   "\"; the names are Framework.VERSION (Framework.v2.0), Unc.\\\\server\\share and Registry");
 }
@@ -58,8 +64,8 @@ bool IsHostSettingName(std::string_view name) {
 HostSettings HostSettings::From(std::span<const std::pair<std::string, std::string>> values) {
   HostSettings settings;
   for (const auto& [given, value] : values) {
-    const std::string name = CheckHostSettingName(given);
-    if (value.empty()) continue;
+    const std::string name = StoredName(given);
+    if (value.empty() || name.empty()) continue;
     if (name == kRegistry) {
       settings.registryFile = value;
     } else if (name.starts_with(kFramework)) {

@@ -21,8 +21,8 @@ struct HostSettings {
   // A .reg export; empty: none. Used outside Windows.
   std::string registryFile;
 
-  // From the names and values of the store. An empty value is as good as none. Raises Exception as
-  // CheckHostSettingName does.
+  // From the names and values of the store. An empty value is as good as none; unknown names are passed over, for
+  // another version of the host may know them.
   static HostSettings From(std::span<const std::pair<std::string, std::string>> values);
 };
 
@@ -31,6 +31,9 @@ struct HostSettings {
 std::string CheckHostSettingName(std::string_view name);
 // Whether the name is meant for the host, right or wrong: it is Registry or begins with "Framework." or "Unc.".
 bool IsHostSettingName(std::string_view name);
+
+// "v" and digits with points between them: nothing that could lead into another folder.
+bool IsFrameworkVersion(std::string_view text);
 
 // From now on the framework table and the registry of this process answer by these. Raises Exception when the
 // registry's file cannot be read. Before the threads that ask.

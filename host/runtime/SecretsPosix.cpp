@@ -1,18 +1,20 @@
-// Secrets under a key that only the running user can read: $XDG_CONFIG_HOME/qxhost/secret.key (~/.config when unset),
-// made when the first secret is encrypted. XSalsa20-Poly1305 (libsodium's secretbox), a fresh nonce each time.
+// Secrets under a key that only the running user can read: secret.key in the host's configuration folder, made
+// when the first secret is encrypted. XSalsa20-Poly1305 (libsodium's secretbox), a fresh nonce each time.
 #include <fcntl.h>
-#include <pwd.h>
 #include <sodium.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
 #include <vector>
 
+#include "host/runtime/HostProgram.h"
 #include "host/runtime/Secrets.h"
-#include "host/runtime/Variables.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
 
 namespace qx {
 namespace {
@@ -68,20 +70,7 @@ struct Descriptor {
   }
 };
 
-std::string ConfigurationFolder() {
-  const std::string configured = ReadEnvironment("XDG_CONFIG_HOME").value_or("");
-  if (!configured.empty() && configured.front() == '/') return configured;
-  std::string home = ReadEnvironment("HOME").value_or("");
-  if (home.empty()) {
-    const passwd* user = getpwuid(getuid());
-    if (user == nullptr) throw Exception("This user has no home folder to keep the key of secrets in");
-    home = user->pw_dir;
-  }
-  return home + "/.config";
-}
-
-std::string KeyFolder() { return ConfigurationFolder() + "/qxhost"; }
-std::string KeyFile() { return KeyFolder() + "/secret.key"; }
+std::string KeyFile() { return ConfigFolder() + "secret.key"; }
 
 // False when there is none yet.
 bool ReadKey(const std::string& path, Key& key) {
@@ -109,17 +98,9 @@ bool ReadKey(const std::string& path, Key& key) {
   return true;
 }
 
-void MakeFolders(const std::string& folder) {
-  for (std::size_t end = folder.find('/', 1);; end = folder.find('/', end + 1)) {
-    const std::string part = folder.substr(0, end);
-    if (mkdir(part.c_str(), 0700) != 0 && errno != EEXIST) RaiseAbout("Cannot make the folder ", part);
-    if (end == std::string::npos) return;
-  }
-}
-
 // Writes a new key beside its place and links it there, so that of two processes one wins and nobody reads half a key.
 void MakeKey(const std::string& path) {
-  MakeFolders(KeyFolder());
+  CreateFolders(FolderPart(path));
   std::string beside = path + ".XXXXXX";
   const Descriptor file(mkostemp(beside.data(), O_CLOEXEC));  // mode 0600
   if (file.number < 0) RaiseAbout("Cannot write the key of secrets ", path);

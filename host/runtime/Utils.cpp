@@ -1,0 +1,38 @@
+// The contract's small services, over the platform's files and paths.
+#include "plugin/Qxutils.h"
+
+#include "host/runtime/UserInterface.h"
+#include "platform/Paths.h"
+#include "platform/TextFile.h"
+
+namespace qx {
+namespace {
+
+constinit UserInterface* currentInterface = nullptr;
+
+bool TakePicked(std::optional<std::string> picked, std::string& path) {
+  if (picked) path = std::move(*picked);
+  return picked.has_value();
+}
+
+}  // namespace
+
+void SetUserInterface(UserInterface* userInterface) { currentInterface = userInterface; }
+
+void LoadUnicodeFile(const std::string& path, TStringList& lines) { lines.Items() = TextFile::Load(path).lines; }
+
+std::string ExpandRelativePath(const std::string& baseFolder, const std::string& relativePath) {
+  std::string expanded = ExpandPath(baseFolder, relativePath);
+  std::string existing = FindExisting(expanded);
+  return existing.empty() ? expanded : existing;
+}
+
+bool QXBrowseForFile(const std::string& title, const std::string& filter, std::string& path) {
+  return currentInterface != nullptr && TakePicked(currentInterface->PickFile(title, filter, path), path);
+}
+
+bool QXBrowseForDirectory(const std::string& title, std::string& path) {
+  return currentInterface != nullptr && TakePicked(currentInterface->PickFolder(title, path), path);
+}
+
+}  // namespace qx
