@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "actions/Qxmstestaction.h"
 #include "actions/Qxvsdotnetaction.h"
 #include "options/Qxvsdotnetoptions.h"
 #include "plugin/Qxservices.h"
@@ -11,8 +12,8 @@ namespace {
 
 // In the order in which units start: what a unit builds on stands above it.
 TQXUnit g_units[] = {
-    {"Vsnetsln", 0},       {"Qxvsdotnetoptions", 0}, {"Qxvc7versioninfo", 0},
-    {"Qxassemblyinfo", 0}, {"Qxvsdotnetaction", 0},  {"Qxvsdotnetreg", 0},
+    {"Vsnetsln", 0},         {"Qxvsdotnetoptions", 0}, {"Qxvc7versioninfo", 0}, {"Qxassemblyinfo", 0},
+    {"Qxvsdotnetaction", 0}, {"Qxmstestaction", 0},    {"Qxvsdotnetreg", 0},
 };
 
 // The host's own editor: opens the action's first property page.
@@ -41,9 +42,10 @@ void RegisterPropertyEditors(const TQXActionClass& action) {
 }  // namespace
 
 void RegisterPackage(bool design) {
-  QXActionServices().RegisterAction(TQXVSDotNetAction::Class(), "Build VS.Net Solution", "Compilers",
-                                    "DEVENV");
+  IQXActionServices& services = QXActionServices();
+  services.RegisterAction(TQXVSDotNetAction::Class(), TQXVSDotNetAction::ActionName(), "Compilers", "DEVENV");
   RegisterOptions();
+  services.RegisterAction(TQXMSTestAction::Class(), TQXMSTestAction::ActionName(), "Testing Tools", "MSTEST");
   // Once after each action, which the services bear: hosts have always seen both calls.
   RegisterOptions();
   if (!design) return;

@@ -1,0 +1,112 @@
+#include "registration/Qxvsdotnetreg.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "actions/Qxvsdotnetaction.h"
+#include "host/runtime/Catalogue.h"
+
+namespace qx {
+namespace {
+
+using Calls = std::vector<std::string>;
+
+// "Operation(argument, argument)", a list argument in brackets.
+std::string Text(const RegistrationCall& call) {
+  std::string out = call.operation + "(";
+  for (const RegistrationCall::Argument& argument : call.arguments) {
+    if (out.back() != '(') out += ", ";
+    std::string values;
+    for (const std::string& value : argument.values) values += (values.empty() ? "" : " ") + value;
+    out += argument.isList ? "[" + values + "]" : values;
+  }
+  return out + ")";
+}
+
+class PackageRegistration : public testing::Test {
+ protected:
+  PackageRegistration() { TheCatalogue().Forget(); }
+  ~PackageRegistration() override { TheCatalogue().Forget(); }
+  static Calls Made() {
+    Calls calls;
+    for (const RegistrationCall& call : TheCatalogue().Calls()) calls.push_back(Text(call));
+    return calls;
+  }
+};
+
+const Calls kWithoutDesign = {
+    "RegisterAction(TQXVSDotNetAction, Build VS.Net Solution, Compilers, DEVENV)",
+    "RegisterOptions(TVSDotNetOptions, DEVENV)",
+    "RegisterFunction(VSDotNetOptions)",
+    "RegisterEnumeration(TVSDotNetVersion, [vs2002 vs2003 vs2005])",
+    "RegisterAction(TQXMSTestAction, Run MSTest, Testing Tools, MSTEST)",
+    "RegisterOptions(TVSDotNetOptions, DEVENV)",
+    "RegisterFunction(VSDotNetOptions)",
+    "RegisterEnumeration(TVSDotNetVersion, [vs2002 vs2003 vs2005])",
+};
+
+TEST_F(PackageRegistration, GivesActionsAndOptionsWithoutDesign) {
+  RegisterPackage(false);
+  EXPECT_EQ(Made(), kWithoutDesign);
+}
+
+TEST_F(PackageRegistration, GivesEditorsForDesign) {
+  RegisterPackage(true);
+  Calls expected = kWithoutDesign;
+  for (const char* row :
+       {"Solution, TSolutionEditor", "SolutionConfiguration, TSolutionEditor",
+        "AssemblyInfo, TShowActionPropertiesEditor", "Win32VersionInfo, TShowActionPropertiesEditor",
+        "NSolution, TSolutionEditor", "NSolutionConfiguration, TSolutionEditor"})
+    expected.push_back("RegisterPropertyEditor(TQXVSDotNetAction, " + std::string(row) + ")");
+  EXPECT_EQ(Made(), expected);
+}
+
+TEST_F(PackageRegistration, LeavesOneOptionsObject) {
+  RegisterPackage(true);
+  EXPECT_EQ(TheCatalogue().Options().size(), 1u);
+  EXPECT_TRUE(VSDotNetOptions());
+}
+
+TEST_F(PackageRegistration, ServesTheConfigurationsOddSpelling) {
+  RegisterPackage(true);
+  EXPECT_EQ(TheCatalogue().FindEditor(TQXVSDotNetAction::Class(), "SolutionConFiguration"),
+            &TSolutionEditor::Class());
+}
+
+TEST_F(PackageRegistration, PresetsTheOptionsVersionInNewActions) {
+  RegisterPackage(false);
+  VSDotNetOptions()->SetDefaultVSVersion(TVSDotNetVersion::vs2002);
+  const std::unique_ptr<TQXAction> action = TQXVSDotNetAction::Class().construct();
+  action->Create();
+  EXPECT_EQ(dynamic_cast<TQXVSDotNetAction&>(*action).Settings().vstudioVersion, TVSDotNetVersion::vs2002);
+}
+
+Calls Units() {
+  Calls units;
+  for (int i = 0; i < UnitTable().count; ++i) {
+    const TQXUnit& unit = UnitTable().units[i];
+    units.push_back(unit.name + std::string(" ") + std::to_string(unit.startCount));
+  }
+  return units;
+}
+
+TEST(PackageUnits, CountTheirStarts) {
+  const Calls stopped = {"Vsnetsln 0",       "Qxvsdotnetoptions 0", "Qxvc7versioninfo 0",
+                         "Qxassemblyinfo 0", "Qxvsdotnetaction 0",  "Qxmstestaction 0",
+                         "Qxvsdotnetreg 0"};
+  EXPECT_EQ(Units(), stopped);
+  StartUnits();
+  EXPECT_EQ(Units()[0], "Vsnetsln 1");
+  EXPECT_EQ(Units().back(), "Qxvsdotnetreg 1");
+  StartUnits();
+  EXPECT_EQ(Units()[0], "Vsnetsln 2");
+  StopUnits();
+  StopUnits();
+  StopUnits();
+  EXPECT_EQ(Units(), stopped);
+}
+
+}  // namespace
+}  // namespace qx
