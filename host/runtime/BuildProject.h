@@ -25,8 +25,7 @@ class BuildProject {
   // Parse of a file's content. Raises Exception "Cannot read FILE: reason" too.
   static BuildProject Load(const std::string& file);
 
-  // The file's content; the very bytes read as long as nothing was changed. Kept small on disk by nobody: the form is
-  // for people, one property a line.
+  // The file's content; the very bytes read as long as nothing was changed.
   std::string Text() const { return xml_.Text(); }
   const std::string& File() const { return xml_.File(); }
   // Replaces the file atomically; a file that holds these bytes already is not touched. Raises Exception.
@@ -45,6 +44,7 @@ class BuildProject {
   // "FILE(LINE): NAME ..." when a text holds elements or a list is not made of <Item>s.
   std::optional<std::string> ReadText(int index, std::string_view name) const;
   std::optional<std::vector<std::string>> ReadList(int index, std::string_view name) const;
+  bool Has(int index, std::string_view name) const { return static_cast<bool>(FindProperty(index, name)); }
   // Sets one property, behind the property `previous` of the same action (empty: at the front), which gives the order
   // of declaration to an action whose properties are written one after the other. An equal value is left as written.
   void WriteText(int index, std::string_view name, const std::string& value, std::string_view previous);

@@ -184,8 +184,8 @@ void OptionsStore::Save() {
     XmlFile xml = XmlFile::Parse(FileExists(file_) ? ReadFile(file_) : std::string(kEmptyStore), file_, kRoot);
     for (const Change& change : pending_) PutInto(xml, change.section, change.name, change.value);
     const std::string text = xml.Text();
+    Take(text);  // refuses what it could not read again
     ReplaceFile(file_, text);
-    Take(text);
   }
   pending_.clear();
 }

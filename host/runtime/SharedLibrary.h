@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "plugin/Qxtypes.h"
 
@@ -14,6 +15,9 @@ class SharedLibrary {
   ~SharedLibrary();
   SharedLibrary(const SharedLibrary&) = delete;
   SharedLibrary& operator=(const SharedLibrary&) = delete;
+
+  // What the file names of such libraries end in on this system: ".so", ".dll".
+  static std::string_view Ending();
 
   // The address of an exported function; null when there is none of that name.
   template <class Function>

@@ -12,6 +12,8 @@ SharedLibrary::SharedLibrary(const std::string& path) : handle_(dlopen(path.c_st
   throw Exception(reason == nullptr ? "it cannot be loaded" : reason);
 }
 
+std::string_view SharedLibrary::Ending() { return ".so"; }
+
 SharedLibrary::~SharedLibrary() { dlclose(handle_); }
 
 SharedLibrary::Address SharedLibrary::FindAddress(const char* name) const {

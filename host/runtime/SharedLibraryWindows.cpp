@@ -26,6 +26,8 @@ SharedLibrary::SharedLibrary(const std::string& path) {
   if (handle_ == nullptr) throw Exception(Reason(GetLastError()));
 }
 
+std::string_view SharedLibrary::Ending() { return ".dll"; }
+
 SharedLibrary::~SharedLibrary() { FreeLibrary(static_cast<HMODULE>(handle_)); }
 
 SharedLibrary::Address SharedLibrary::FindAddress(const char* name) const {

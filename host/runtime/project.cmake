@@ -2,7 +2,10 @@
 target_sources(qx_runtime PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/BuildProject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/HostProgram${system}.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/OpenProject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/OptionsStore.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PackageLoader.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Runner.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SharedLibrary${system}.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StopRequests${system}.cpp
   ${CMAKE_CURRENT_LIST_DIR}/XmlFile.cpp)

@@ -1,0 +1,21 @@
+// What each command does. All return the exit code; a usage error or an input that cannot be read leaves as Exception.
+#pragma once
+
+namespace qx::cli {
+
+class Session;
+struct Invocation;
+
+int RunProject(Session& session, const Invocation& invocation);
+int ValidateProject(Session& session, const Invocation& invocation);
+int NewProject(Session& session, const Invocation& invocation);
+int AddAction(Session& session, const Invocation& invocation);
+int SetProperties(Session& session, const Invocation& invocation);
+int ShowProject(Session& session, const Invocation& invocation);
+int ShowActions(Session& session, const Invocation& invocation);
+int ShowPackages(Session& session, const Invocation& invocation);
+int ShowOptions(Session& session, const Invocation& invocation);
+int ExpandText(Session& session, const Invocation& invocation);
+int ShowHelp(Session& session, const Invocation& invocation);
+
+}  // namespace qx::cli

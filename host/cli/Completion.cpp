@@ -1,0 +1,195 @@
+#include "host/cli/Documents.h"
+
+namespace qx::cli {
+namespace {
+
+std::string Joined(std::span<const std::string_view> words) {
+  std::string text;
+  for (const std::string_view word : words) text.append(text.empty() ? "" : " ").append(word);
+  return text;
+}
+
+std::string OptionWords(std::span<const OptionRow> rows) {
+  std::string text;
+  for (const OptionRow& row : rows) text.append(text.empty() ? "" : " ").append(row.name);
+  return text;
+}
+
+std::string CommandWords() {
+  std::string text;
+  for (const CommandRow& row : Commands()) text.append(text.empty() ? "" : " ").append(row.name);
+  return text;
+}
+
+// What bash runs to offer values of a kind.
+std::string BashOffer(ValueKind kind, std::span<const std::string_view> choices) {
+  switch (kind) {
+    case ValueKind::File: return "compopt -o filenames; COMPREPLY=($(compgen -f -- \"$word\"))";
+    case ValueKind::Folder: return "compopt -o filenames; COMPREPLY=($(compgen -d -- \"$word\"))";
+    case ValueKind::Choice: return "COMPREPLY=($(compgen -W '" + Joined(choices) + "' -- \"$word\"))";
+    case ValueKind::Command: return "COMPREPLY=($(compgen -W '" + CommandWords() + "' -- \"$word\"))";
+    case ValueKind::Action: return "_qxhost_actions";
+    default: return ":";
+  }
+}
+
+// One branch of the case over "the option before the word".
+std::string BashOptionBranches(std::span<const OptionRow> rows, std::string_view indent) {
+  std::string text;
+  for (const OptionRow& row : rows) {
+    if (row.kind == ValueKind::None) continue;
+    text.append(indent).append(row.name).append(") ").append(BashOffer(row.kind, row.choices)).append("; return ;;\n");
+  }
+  return text;
+}
+
+std::string BashCommand(const CommandRow& command) {
+  std::string text = "    " + std::string(command.name) + ")\n";
+  if (!command.options.empty()) {
+    text += "      case $before in\n" + BashOptionBranches(command.options, "        ") + "      esac\n";
+  }
+  text += "      options=\"$globals " + OptionWords(command.options) + "\"\n";
+  if (!command.operands.empty()) {
+    text += "      case $operand in\n";
+    int first = 1;
+    for (const OperandRow& row : command.operands) {
+      text += "        " + (row.most == kAny ? "*" : std::to_string(first)) + ") offer='" + std::string() +
+              (row.kind == ValueKind::File     ? "file"
+               : row.kind == ValueKind::Action ? "action"
+               : row.kind == ValueKind::Command ? "command"
+                                                : "") +
+              "' ;;\n";
+      first += row.most;
+    }
+    text += "      esac\n";
+  }
+  return text + "      ;;\n";
+}
+
+// A text in zsh's single quotes, as a part of an _arguments specification.
+std::string ZshText(std::string_view text) {
+  std::string out;
+  for (const char c : text) {
+    if (c == '\'') out += "'\\''";
+    else if (c == '[' || c == ']' || c == ':') out += {'\\', c};
+    else out += c;
+  }
+  return out;
+}
+
+std::string ZshAction(ValueKind kind, std::span<const std::string_view> choices) {
+  switch (kind) {
+    case ValueKind::File: return "_files";
+    case ValueKind::Folder: return "_files -/";
+    case ValueKind::Choice: return "(" + Joined(choices) + ")";
+    case ValueKind::Command: return "(" + CommandWords() + ")";
+    case ValueKind::Action: return "_qxhost_actions";
+    default: return " ";
+  }
+}
+
+std::string ZshOption(const OptionRow& row) {
+  std::string spec = "'" + std::string(row.repeats ? "*" : "") + std::string(row.name);
+  spec += (row.kind == ValueKind::None ? "[" : "=[") + ZshText(row.help) + "]";
+  if (row.kind != ValueKind::None) spec += ":" + ZshText(row.placeholder) + ":" + ZshAction(row.kind, row.choices);
+  return spec + "'";
+}
+
+std::string ZshCommand(const CommandRow& command) {
+  std::string text = "    " + std::string(command.name) + ")\n      _arguments";
+  for (const OptionRow& row : command.options) text += " \\\n        " + ZshOption(row);
+  int place = 1;
+  for (const OperandRow& row : command.operands) {
+    const std::string where = row.most == kAny ? "*" : std::to_string(place++) + (row.least == 0 ? ":" : "");
+    text += " \\\n        '" + where + ":" + ZshText(row.name) + ":" + ZshAction(row.kind, {}) + "'";
+  }
+  return text + "\n      ;;\n";
+}
+
+}  // namespace
+
+std::string BashCompletion() {
+  std::string text =
+      "# bash completion for qxhost\n"
+      "\n"
+      "_qxhost_actions() {\n"
+      "  local name\n"
+      "  while IFS= read -r name; do\n"
+      "    [[ $name == \"$word\"* ]] && COMPREPLY+=(\"$(printf %q \"$name\")\")\n"
+      "  done < <(qxhost actions 2>/dev/null | sed -n 's/^    //p')\n"
+      "}\n"
+      "\n"
+      "_qxhost() {\n"
+      "  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
+      "  local command= operand=0 offer= i globals='" + OptionWords(GlobalOptions()) + "'\n"
+      "  local options=$globals\n"
+      "  COMPREPLY=()\n"
+      "  for ((i = 1; i < COMP_CWORD; i++)); do\n"
+      "    case ${COMP_WORDS[i]} in\n";
+  std::string valued;
+  const auto addValued = [&](std::span<const OptionRow> rows) {
+    for (const OptionRow& row : rows) {
+      const std::string name(row.name);
+      if (row.kind == ValueKind::None || ("|" + valued + "|").find("|" + name + "|") != std::string::npos) continue;
+      valued += (valued.empty() ? "" : "|") + name;
+    }
+  };
+  addValued(GlobalOptions());
+  for (const CommandRow& row : Commands()) addValued(row.options);
+  text += "      " + valued + ") ((i++)) ;;\n"
+      "      -*) ;;\n"
+      "      *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; else ((operand++)); fi ;;\n"
+      "    esac\n"
+      "  done\n"
+      "  ((operand++))\n"
+      "  case $before in\n" + BashOptionBranches(GlobalOptions(), "    ") +
+      "  esac\n"
+      "  case $command in\n"
+      "    '') [[ $word == -* ]] || { COMPREPLY=($(compgen -W '" + CommandWords() + "' -- \"$word\")); return; } ;;\n";
+  for (const CommandRow& row : Commands()) text += BashCommand(row);
+  return text +
+      "  esac\n"
+      "  if [[ $word == -* ]]; then COMPREPLY=($(compgen -W \"$options\" -- \"$word\")); return; fi\n"
+      "  case $offer in\n"
+      "    file) " + BashOffer(ValueKind::File, {}) + " ;;\n"
+      "    action) _qxhost_actions ;;\n"
+      "    command) " + BashOffer(ValueKind::Command, {}) + " ;;\n"
+      "  esac\n"
+      "}\n"
+      "\n"
+      "complete -F _qxhost qxhost\n";
+}
+
+std::string ZshCompletion() {
+  std::string text =
+      "#compdef qxhost\n"
+      "\n"
+      "_qxhost_actions() {\n"
+      "  local -a names\n"
+      "  names=(\"${(@f)$(qxhost actions 2>/dev/null | sed -n 's/^    //p')}\")\n"
+      "  compadd -a names\n"
+      "}\n"
+      "\n"
+      "_qxhost() {\n"
+      "  local context state state_descr line\n"
+      "  typeset -A opt_args\n"
+      "  local -a commands\n"
+      "  commands=(\n";
+  for (const CommandRow& row : Commands()) {
+    text += "    '" + ZshText(row.name) + ":" + ZshText(row.summary) + "'\n";
+  }
+  text += "  )\n  _arguments -C";
+  for (const OptionRow& row : GlobalOptions()) text += " \\\n    " + ZshOption(row);
+  text +=
+      " \\\n    '1:command:->command' \\\n    '*::argument:->argument'\n"
+      "  case $state in\n"
+      "    command) _describe -t commands command commands; return ;;\n"
+      "    argument) ;;\n"
+      "    *) return ;;\n"
+      "  esac\n"
+      "  case $words[1] in\n";
+  for (const CommandRow& row : Commands()) text += ZshCommand(row);
+  return text + "  esac\n}\n\n_qxhost \"$@\"\n";
+}
+
+}  // namespace qx::cli

@@ -1,0 +1,137 @@
+// new, add, set, show and expand.
+#include <nlohmann/json.hpp>
+
+#include "host/cli/Commands.h"
+#include "host/cli/Report.h"
+#include "host/cli/Session.h"
+#include "host/runtime/PropertyText.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
+#include "platform/Texts.h"
+
+namespace qx::cli {
+namespace {
+
+// Every value is read before the first is set, so that a wrong one changes nothing.
+void SetAll(TQXAction& action, std::span<const std::string> assignments) {
+  const PropertyTable table = action.GetActionClass()->properties;
+  std::vector<std::pair<const PublishedProperty*, PropertyValue>> values;
+  for (const std::string& text : assignments) {
+    const auto [name, value] = SplitAssignment(text);
+    const PublishedProperty& property = NeedProperty(table, name);
+    values.emplace_back(&property, PropertyFromText(property, value));
+  }
+  for (const auto& [property, value] : values) property->set(action, value);
+}
+
+void SaveNow(OpenProject& project) {
+  for (const std::string& warning : project.Save()) Session::Warn(warning);
+}
+
+TQXAction& ActionOf(OpenProject& project, int number) {
+  if (number > project.ActionCount()) {
+    const std::string count = std::to_string(project.ActionCount());
+    throw Exception(project.File() + " has no action " + std::to_string(number) +
+                    (project.ActionCount() == 0 ? "; append one with qxhost add" : " (nearest: " + count + ")"));
+  }
+  if (TQXAction* action = project.Action(number - 1)) return *action;
+  throw Exception(project.File() + ": no loaded package has action " + std::to_string(number) + ", \"" +
+                  project.ActionType(number - 1) + "\"; name its package with --package");
+}
+
+bool IsHidden(const TStringList& hidden, std::string_view name) { return hidden.IndexOf(name) >= 0; }
+
+TStringList HiddenOf(TQXAction& action) {
+  TStringList hidden;
+  action.GetHiddenProperties(hidden);
+  return hidden;
+}
+
+std::string ActionAsText(const OpenProject& project, int index, bool all) {
+  std::string text = std::to_string(index + 1) + " " + project.ActionType(index) + "\n";
+  TQXAction* action = project.Action(index);
+  if (action == nullptr) return text + "    (no loaded package has this action; its properties are only kept)\n";
+  const TStringList hidden = HiddenOf(*action);
+  for (const PublishedProperty& property : action->GetActionClass()->properties) {
+    if (all || !IsHidden(hidden, property.name)) text += PropertyLine(*action, property);
+  }
+  return text;
+}
+
+Json ActionAsJson(const OpenProject& project, int index, bool all) {
+  TQXAction* action = project.Action(index);
+  Json json{{"number", index + 1}, {"type", project.ActionType(index)}, {"known", action != nullptr}};
+  if (action == nullptr) return json;
+  Json properties = Json::object();
+  const TStringList hidden = HiddenOf(*action);
+  for (const PublishedProperty& property : action->GetActionClass()->properties) {
+    if (all || !IsHidden(hidden, property.name)) properties[std::string(property.name)] = PropertyAsJson(*action, property);
+  }
+  json["properties"] = std::move(properties);
+  json["dynamicProperties"] = action->Host().dynamicProperties;
+  return json;
+}
+
+}  // namespace
+
+int NewProject(Session&, const Invocation& invocation) {
+  const std::string file = ExpandPath("", invocation.operands[0]);
+  if (FileExists(file) || FolderExists(file)) throw Exception(file + " exists already and is not overwritten");
+  BuildProject::Empty(file).Save();
+  return 0;
+}
+
+int AddAction(Session& session, const Invocation& invocation) {
+  const std::string file = ExpandPath("", invocation.operands[0]);
+  const std::string name = session.Packages().NeedAction(invocation.operands[1]).displayName;
+  if (!FileExists(file)) throw Exception("Cannot read " + file + ": there is no such file; make one with qxhost new");
+  const FileLock lock(file);
+  OpenProject project = session.Open(file, invocation);
+  SetAll(project.Append(name), std::span(invocation.operands).subspan(2));
+  SaveNow(project);
+  return 0;
+}
+
+int SetProperties(Session& session, const Invocation& invocation) {
+  const std::string file = ExpandPath("", invocation.operands[0]);
+  if (!FileExists(file)) throw Exception("Cannot read " + file + ": there is no such file");
+  const FileLock lock(file);
+  OpenProject project = session.Open(file, invocation);
+  const int number = ToInteger(invocation.Value("--action").value_or("1")).value_or(1);
+  SetAll(ActionOf(project, number), std::span(invocation.operands).subspan(1));
+  SaveNow(project);
+  return 0;
+}
+
+int ShowProject(Session& session, const Invocation& invocation) {
+  const std::string file = ExpandPath("", invocation.operands[0]);
+  const OpenProject project = session.Open(file, invocation);
+  const bool all = invocation.Has("--all");
+  if (invocation.Has("--json")) {
+    Json variables = Json::object();
+    for (const auto& [name, value] : project.Project().Variables()) variables[name] = value;
+    Json actions = Json::array();
+    for (int i = 0; i < project.ActionCount(); ++i) actions.push_back(ActionAsJson(project, i, all));
+    session.Print(AsLines(Json{{"file", file}, {"variables", variables}, {"actions", actions}}));
+    return 0;
+  }
+  std::string text;
+  const auto variables = project.Project().Variables();
+  if (!variables.empty()) text += "Variables\n";
+  for (const auto& [name, value] : variables) text += AssignmentLine(name, value);
+  for (int i = 0; i < project.ActionCount(); ++i) text += (text.empty() ? "" : "\n") + ActionAsText(project, i, all);
+  session.Print(text);
+  return 0;
+}
+
+int ExpandText(Session& session, const Invocation& invocation) {
+  std::optional<BuildProject> project;
+  if (const auto file = invocation.Value("--project")) project = BuildProject::Load(ExpandPath("", *file));
+  session.UseVariables(invocation, project ? &*project : nullptr);
+  // As the actions do: what a variable holds is expanded in turn.
+  constexpr bool kNested = true;
+  session.Print(session.Variables().Expand(invocation.operands[0], kNested) + "\n");
+  return 0;
+}
+
+}  // namespace qx::cli

@@ -1,0 +1,60 @@
+// The host's command line.
+#include <cstdio>
+#include <exception>
+
+#include "host/cli/Documents.h"
+#include "host/cli/Session.h"
+#include "host/runtime/HostProgram.h"
+
+namespace qx::cli {
+namespace {
+
+constexpr int kUsageError = 2;
+
+// The build makes the completion files and the man page with these; they are for nobody else. Empty: not asked for.
+std::string PrintedDocument(const std::vector<std::string>& arguments) {
+  if (arguments.empty()) return "";
+  if (arguments[0] == "--print-man") return ManPage();
+  if (arguments[0] != "--print-completion" || arguments.size() < 2) return "";
+  return arguments[1] == "zsh" ? ZshCompletion() : BashCompletion();
+}
+
+int Dispatch(Session& session, const Invocation& invocation) {
+  if (invocation.Has("--help")) {
+    session.Print(invocation.command == nullptr ? ProgramHelp() : CommandHelp(*invocation.command));
+    return 0;
+  }
+  if (invocation.Has("--version")) {
+    session.Print("qxhost " QXHOST_VERSION "\n");
+    return 0;
+  }
+  if (invocation.command == nullptr) throw Exception("No command was given; see qxhost --help");
+  return invocation.command->run(session, invocation);
+}
+
+int Main(const std::vector<std::string>& arguments) {
+  IgnoreBrokenStreams();
+  const Invocation invocation =
+      PrintedDocument(arguments).empty() ? ParseArguments(arguments) : Invocation();
+  Session session(invocation);
+  if (const std::string document = PrintedDocument(arguments); !document.empty()) {
+    session.Print(document);
+    return 0;
+  }
+  const int code = Dispatch(session, invocation);
+  if (session.WriteError().empty()) return code;
+  Session::Complain(session.WriteError());
+  return code == 0 ? kUsageError : code;
+}
+
+}  // namespace
+}  // namespace qx::cli
+
+int main(int count, char** arguments) {
+  try {
+    return qx::cli::Main(qx::ProgramArguments(count, arguments));
+  } catch (const std::exception& fault) {
+    qx::cli::Session::Complain(fault.what());
+    return qx::cli::kUsageError;
+  }
+}

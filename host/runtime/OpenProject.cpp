@@ -1,0 +1,126 @@
+#include "host/runtime/OpenProject.h"
+
+#include "platform/Files.h"
+
+namespace qx {
+
+namespace {
+
+using Value = std::variant<std::string, std::vector<std::string>>;
+
+class CapturingWriter : public IQXStateWriter {
+ public:
+  void WriteText(std::string_view name, const std::string& value) override { values.emplace(name, value); }
+  void WriteList(std::string_view name, const TStringList& value) override { values.emplace(name, value.Items()); }
+  std::map<std::string, Value, std::less<>> values;
+};
+
+std::string ForPeople(const Value& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) return *text;
+  std::string joined;
+  for (const std::string& item : std::get<std::vector<std::string>>(value)) joined += (joined.empty() ? "" : ";") + item;
+  return joined;
+}
+
+}  // namespace
+
+OpenProject::OpenProject(BuildProject project, FindClass findClass, const ActionSurroundings& surroundings)
+    : project_(std::move(project)),
+      loadedText_(project_.Text()),
+      findClass_(std::move(findClass)),
+      surroundings_(surroundings) {
+  for (int i = 0; i < ActionCount(); ++i) {
+    Make(i);
+    TQXAction* action = actions_.back().get();
+    if (action == nullptr) continue;
+    project_.ReadAction(i, *action);
+    loaded_.back() = Capture(*action);
+    if (surroundings_.log != nullptr) GuardSecrets(*action, *surroundings_.log);
+  }
+}
+
+OpenProject::State OpenProject::Capture(TQXAction& action) {
+  CapturingWriter writer;
+  action.WriteState(writer);
+  return std::move(writer.values);
+}
+
+// Adds the action of an index, as it is when it is new.
+void OpenProject::Make(int index) {
+  const TQXActionClass* actionClass = findClass_(ActionType(index));
+  ActionSurroundings surroundings = surroundings_;
+  surroundings.number = index + 1;
+  actions_.push_back(actionClass == nullptr ? nullptr : MakeAction(*actionClass, surroundings));
+  loaded_.emplace_back();
+}
+
+TQXAction& OpenProject::Append(const std::string& displayName) {
+  const int index = project_.AppendAction(displayName);
+  Make(index);
+  if (TQXAction* action = actions_.back().get()) return *action;
+  throw Exception("No loaded package has the action \"" + displayName + "\"");
+}
+
+std::vector<std::string> OpenProject::Save() {
+  if (FileExists(File())) {
+    const std::string now = ReadFile(File());
+    if (now != loadedText_) {
+      SaveInto(BuildProject::Parse(now, File()));
+      return {File() + " was changed by somebody else meanwhile; only the values that changed here were written"};
+    }
+  }
+  bool hadClearText = false;
+  for (int i = 0; i < ActionCount(); ++i) {
+    if (Action(i) != nullptr && project_.WriteAction(i, *Action(i))) hadClearText = true;
+  }
+  project_.Save();
+  loadedText_ = project_.Text();
+  std::vector<std::string> warnings = Warnings();
+  if (hadClearText) {
+    warnings.push_back(File() + ": a secret stood there in clear text; only its encrypted form was kept");
+  }
+  return warnings;
+}
+
+void OpenProject::SaveInto(BuildProject fresh) {
+  std::string lost;
+  for (int i = 0; i < ActionCount(); ++i) {
+    if (Action(i) == nullptr) continue;
+    const State after = Capture(*Action(i));
+    const bool found = i < fresh.ActionCount() && fresh.ActionType(i) == ActionType(i);
+    std::string previous;  // the last property of the order of declaration that stands in the file
+    for (const PublishedProperty& property : Action(i)->GetActionClass()->properties) {
+      const std::string name(property.name);
+      const auto value = after.find(name);
+      if (value == after.end()) continue;
+      const auto before = loaded_[static_cast<std::size_t>(i)].find(name);
+      const bool changed = before == loaded_[static_cast<std::size_t>(i)].end() || before->second != value->second;
+      if (changed && !found) {
+        lost += (lost.empty() ? "" : ", ") + name + "=" + ForPeople(value->second);
+      } else if (changed) {
+        if (const auto* text = std::get_if<std::string>(&value->second)) fresh.WriteText(i, name, *text, previous);
+        else fresh.WriteList(i, name, std::get<std::vector<std::string>>(value->second), previous);
+      }
+      if (found && fresh.Has(i, name)) previous = name;
+    }
+  }
+  if (!lost.empty()) {
+    throw Exception(File() + " was changed by somebody else meanwhile and lacks an action; not saved: " + lost);
+  }
+  fresh.Save();
+}
+
+std::vector<std::string> OpenProject::Warnings() const {
+  const std::vector<std::string> unknown =
+      project_.Unknown([&](const std::string& type) -> std::optional<PropertyTable> {
+        const TQXActionClass* actionClass = findClass_(type);
+        if (actionClass == nullptr) return std::nullopt;
+        return actionClass->properties;
+      });
+  if (unknown.empty()) return {};
+  std::string list;
+  for (const std::string& item : unknown) list += (list.empty() ? "" : "; ") + item;
+  return {File() + " holds what this host does not know and only keeps: " + list};
+}
+
+}  // namespace qx

@@ -1,0 +1,57 @@
+// A build project with its actions alive: made from their classes, loaded, and written back. What a command does to a
+// project it does to one of these.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "host/runtime/ActionHost.h"
+#include "host/runtime/BuildProject.h"
+
+namespace qx {
+
+class OpenProject {
+ public:
+  // The class that the catalogue holds under a display name; null when no loaded package has it.
+  using FindClass = std::function<const TQXActionClass*(const std::string& displayName)>;
+
+  // Makes and loads every action that the catalogue knows; each gets the surroundings with its own number, and its
+  // secrets are kept out of the log from then on. Raises Exception naming the file and line.
+  OpenProject(BuildProject project, FindClass findClass, const ActionSurroundings& surroundings);
+
+  const std::string& File() const { return project_.File(); }
+  const BuildProject& Project() const { return project_; }
+  int ActionCount() const { return project_.ActionCount(); }
+  std::string ActionType(int index) const { return project_.ActionType(index); }
+  // The action at a zero-based index; null when no loaded package has it. This object's.
+  TQXAction* Action(int index) const { return actions_.at(static_cast<std::size_t>(index)).get(); }
+
+  // Appends an action of a display name that the catalogue has, with its defaults, and returns it.
+  TQXAction& Append(const std::string& displayName);
+
+  // Saves the stored properties of every action atomically and returns warnings: what is kept without being known, and
+  // a secret whose clear text was taken out. When somebody else changed the file since it was read, only the values
+  // that changed here go into the file as it is now. Raises Exception naming the file, and then the values that could
+  // not be saved too.
+  std::vector<std::string> Save();
+
+ private:
+  using State = std::map<std::string, std::variant<std::string, std::vector<std::string>>, std::less<>>;
+  static State Capture(TQXAction& action);
+  void Make(int index);
+  void SaveInto(BuildProject fresh);
+  std::vector<std::string> Warnings() const;
+
+  BuildProject project_;
+  std::string loadedText_;
+  FindClass findClass_;
+  ActionSurroundings surroundings_;
+  std::vector<std::unique_ptr<TQXAction>> actions_;
+  std::vector<State> loaded_;  // the values as they were read, one map an action
+};
+
+}  // namespace qx

@@ -1,0 +1,47 @@
+// A run: every action validated first, then executed in order on a thread of its own until one fails, while the
+// calling thread waits for whatever wants to stop it.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <optional>
+
+#include "host/runtime/OpenProject.h"
+#include "host/runtime/StopRequests.h"
+
+namespace qx {
+
+// How a run ended; the numbers are the program's exit codes.
+enum class RunOutcome { Succeeded = 0, ActionFailed = 1, Invalid = 3, ExceptionLeft = 4, Stopped = 5 };
+
+class Runner {
+ public:
+  // All of them outlive the runner. `stopping` is the flag that the actions' surroundings point to.
+  Runner(OpenProject& project, ActionLog& log, std::atomic<bool>& stopping)
+      : project_(project), log_(log), stopping_(stopping) {}
+
+  // Asks every action whether it can run; each error goes into the log, and an exception too. An action that no loaded
+  // package has is an error. Succeeded, Invalid or ExceptionLeft.
+  RunOutcome Validate();
+
+  // Executes the actions; Validate comes first. A request to stop, or the end of the time, calls TerminateAction on the
+  // action that is running, and no further one is begun. The log gets each action's result and exception.
+  RunOutcome Execute(StopRequests& requests, std::optional<std::chrono::milliseconds> timeout);
+  // What ended the run early, once it was stopped.
+  StopRequests::Event StoppedBy() const { return stoppedBy_; }
+
+ private:
+  RunOutcome ExecuteAll();
+  RunOutcome ExecuteOne(TQXAction& action, int number);
+  void Stop();
+
+  OpenProject& project_;
+  ActionLog& log_;
+  std::atomic<bool>& stopping_;
+  std::mutex mutex_;
+  TQXAction* running_ = nullptr;
+  StopRequests::Event stoppedBy_ = StopRequests::Event::Finished;
+};
+
+}  // namespace qx
