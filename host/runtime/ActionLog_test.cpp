@@ -1,33 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <sstream>
 #include <thread>
 
 #include "host/runtime/LogStream.h"
+#include "host/runtime/TestFolder.h"
 
 namespace qx {
 namespace {
 
-// The log file of one test, in a folder of its own.
+// The log file of one test.
 class LogFiles : public testing::Test {
  protected:
-  void SetUp() override {
-    folder_ = std::filesystem::temp_directory_path() /
-              (std::string("qxlog-") + testing::UnitTest::GetInstance()->current_test_info()->name() + "-" +
-               std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
-    std::filesystem::create_directories(folder_);
-  }
-  void TearDown() override { std::filesystem::remove_all(folder_); }
-  std::string Path() const { return (folder_ / "log").string(); }
-  std::string Content() const {
-    std::ifstream file(folder_ / "log", std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
+  std::string Path() const { return folder_.Path("log"); }
+  std::string Content() const { return folder_.Read("log"); }
   // What a log of that style holds after the writing.
   std::string Written(LogStyle style, ColourChoice colour, const std::function<void(ActionLog&)>& write) {
     {
@@ -45,7 +32,7 @@ class LogFiles : public testing::Test {
   }
 
  private:
-  std::filesystem::path folder_;
+  TestFolder folder_;
 };
 
 void SendStatus(ActionLog& log, std::string_view heading, const std::vector<std::string>& details) {

@@ -20,7 +20,12 @@ std::int32_t FindWord(std::span<const std::string_view> words, std::string_view 
   return found == words.end() ? -1 : static_cast<std::int32_t>(found - words.begin());
 }
 
-std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string Quoted(std::string_view text) {
+  std::string quoted(1, '"');
+  quoted += text;
+  quoted += '"';
+  return quoted;
+}
 
 std::string JoinedBy(std::string_view separator, std::span<const std::string_view> words) {
   std::string joined;

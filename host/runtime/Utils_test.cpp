@@ -1,0 +1,97 @@
+#include "plugin/Qxutils.h"
+
+#include "host/runtime/TestFolder.h"
+#include "host/runtime/UserInterface.h"
+#include "platform/Paths.h"
+
+namespace qx {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines LoadedFrom(std::string_view bytes) {
+  const TestFolder folder;
+  TStringList lines({"old"});
+  LoadUnicodeFile(folder.Write("file.txt", bytes), lines);
+  return lines.Items();
+}
+
+TEST(Utils, LoadsLinesOfEveryEncodingWithoutTheMark) {
+  using namespace std::string_view_literals;
+  EXPECT_EQ(LoadedFrom("\xEF\xBB\xBF\xC3\xA4\r\nb"), (Lines{"\xC3\xA4", "b"}));
+  EXPECT_EQ(LoadedFrom("\xFF\xFE\xE4\0\r\0\n\0b\0"sv), (Lines{"\xC3\xA4", "b"}));
+  EXPECT_EQ(LoadedFrom("\xFE\xFF\0\xE4\0\r\0\n\0b"sv), (Lines{"\xC3\xA4", "b"}));
+  EXPECT_EQ(LoadedFrom("\xE4\nb\n"), (Lines{"\xE4", "b"}));
+  EXPECT_EQ(LoadedFrom(""), Lines());
+}
+
+TEST(Utils, AFileThatIsNotThereIsNamed) {
+  const TestFolder folder;
+  TStringList lines;
+  try {
+    LoadUnicodeFile(folder.Path("none.sln"), lines);
+    FAIL();
+  } catch (const Exception& failure) {
+    EXPECT_NE(failure.Message().find("none.sln"), std::string::npos) << failure.Message();
+  }
+}
+
+TEST(Utils, ExpandsRelativePathsToTheCaseOnDisk) {
+  const TestFolder folder;
+  const std::string file = folder.Write("Lib/Source/A.rc", "");
+  const std::string slash(1, NativeDelimiter());
+  EXPECT_EQ(ExpandRelativePath(folder.Path("Lib"), "source\\.\\..\\SOURCE\\a.RC"),
+            slash == "\\" ? folder.Path() + "\\Lib\\SOURCE\\a.RC" : file);
+  EXPECT_EQ(ExpandRelativePath(folder.Path("Lib"), "no\\such"),
+            folder.Path("Lib") + slash + "no" + slash + "such");
+  EXPECT_EQ(ExpandRelativePath("elsewhere", folder.Path()), folder.Path());
+}
+
+class Picker : public UserInterface {
+ public:
+  std::optional<std::string> PickFile(const std::string& title, const std::string& filter,
+                                      const std::string& current) override {
+    asked = title + "," + filter + "," + current;
+    return answer;
+  }
+  std::optional<std::string> PickFolder(const std::string& title, const std::string& current) override {
+    asked = title + "," + current;
+    return answer;
+  }
+  std::string asked;
+  std::optional<std::string> answer;
+};
+
+TEST(Utils, PickersAskTheUserInterface) {
+  Picker picker;
+  SetUserInterface(&picker);
+  std::string path = "old";
+  EXPECT_FALSE(QXBrowseForFile("Title", "All|*.*", path));
+  EXPECT_EQ(path, "old");
+  EXPECT_EQ(picker.asked, "Title,All|*.*,old");
+  picker.answer = "new";
+  EXPECT_TRUE(QXBrowseForFile("Title", "All|*.*", path));
+  EXPECT_EQ(path, "new");
+  EXPECT_TRUE(QXBrowseForDirectory("Folder", path));
+  EXPECT_EQ(picker.asked, "Folder,new");
+  SetUserInterface(nullptr);
+}
+
+TEST(Utils, WithoutAUserInterfacePickersAreCancelled) {
+  std::string path = "old";
+  EXPECT_FALSE(QXBrowseForFile("Title", "", path));
+  EXPECT_FALSE(QXBrowseForDirectory("Title", path));
+  EXPECT_EQ(path, "old");
+}
+
+TEST(Utils, TemporaryPathIsAFolderWithoutTrailingDelimiter) {
+  const std::string folder = GetTemporaryPath();
+  EXPECT_TRUE(std::filesystem::is_directory(folder));
+  EXPECT_FALSE(IsDelimiter(folder.back()));
+  EXPECT_EQ(GetTemporaryPath(), folder);
+}
+
+TEST(Utils, MachineHasAName) { EXPECT_FALSE(MachineName().empty()); }
+
+}  // namespace
+}  // namespace qx
