@@ -41,6 +41,19 @@ TEST(ChildProcessWindows, ExitCodesKeepAllTheirBits) {
   EXPECT_EQ(child.Run(), -1073741819);
 }
 
+TEST(ChildProcessWindows, AChildThatSharesTheConsoleIsStoppedToo) {
+  TEvent stop;
+  ChildProcess child;
+  child.executable = QX_TEST_CHILD;
+  child.hide_window = false;
+  child.stop = &stop;
+  child.on_output = [&](std::string_view) { stop.SetEvent(); };
+  child.parameters = "out:x\\n ignore-requests sleep:60000";
+  const ULONGLONG start = GetTickCount64();
+  EXPECT_EQ(child.Run(), kTerminatedExitCode);
+  EXPECT_LT(GetTickCount64() - start, 3000u);
+}
+
 TEST(ChildProcessWindows, LeavesNoHandleBehind) {
   ChildProcess child;
   child.executable = QX_TEST_CHILD;

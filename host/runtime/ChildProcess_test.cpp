@@ -290,6 +290,19 @@ TEST(ChildProcess, StopEndsTheWholeTree) {
   EXPECT_EQ(result.output, Lines{"hello"}) << "what was written before the end is delivered";
 }
 
+TEST(ChildProcess, StopAsksPolitelyFirst) {
+  const Pulse pulse("qx-polite-");
+  const Result result = RunAndStop(
+      Child({"spawn:2", "sleep:500", pulse.Order(), "out:hello\\n", "await-request:good bye", "exit:0"}),
+      {&pulse});
+  EXPECT_EQ(result.exit_code, kTerminatedExitCode);
+  EXPECT_LT(result.time, milliseconds(2000));
+  if (result.output == Lines{"hello", "cannot be asked"})
+    GTEST_SKIP() << "no desktop here to make a window on";
+  EXPECT_EQ(result.output, (Lines{"hello", "good bye"}));
+  EXPECT_TRUE(pulse.HasStopped());
+}
+
 TEST(ChildProcess, StopEndsThoseWhoDoNotListen) {
   const Pulse parent("qx-parent-");
   const Pulse grandchild("qx-grandchild-");

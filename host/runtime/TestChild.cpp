@@ -88,6 +88,7 @@ bool Obey(std::string_view order, std::string_view value) {
   if (order == "stdin") return Print(std::to_string(ReadInput())), true;
   if (order == "descriptors") return Print(std::to_string(OpenBeyondStandard())), true;
   if (order == "command-line") return Print(CommandLine()), true;
+  if (order == "await-request") return Write(1, AwaitRequest() ? Unescape(value) : "cannot be asked"), true;
   if (order == "new-session") return LeaveSession(), true;
   if (order == "no-environment") return DropEnvironment(), true;
   if (order == "ignore-requests") return IgnoreRequests(), true;

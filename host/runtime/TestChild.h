@@ -25,6 +25,9 @@ void Spawn(const std::vector<std::string>& orders);
 void LeaveSession();
 void DropEnvironment();
 void IgnoreRequests();
+// Waits for a polite request to end: SIGTERM, or on Windows the closing of its window. False: it cannot get
+// one.
+bool AwaitRequest();
 // Ends by a signal (Windows: exits with its number).
 void EndBySignal(int signal);
 // How many descriptors or handles of files and pipes beyond the three standard ones it was given.

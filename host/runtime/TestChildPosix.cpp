@@ -67,6 +67,15 @@ void IgnoreRequests() {
   for (const int request : {SIGTERM, SIGINT, SIGHUP}) signal(request, SIG_IGN);
 }
 
+bool AwaitRequest() {
+  sigset_t requests;
+  sigemptyset(&requests);
+  sigaddset(&requests, SIGTERM);
+  sigprocmask(SIG_BLOCK, &requests, nullptr);
+  int received = 0;
+  return sigwait(&requests, &received) == 0;
+}
+
 void EndBySignal(int number) { kill(getpid(), number); }
 
 int OpenBeyondStandard() {

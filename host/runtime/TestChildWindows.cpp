@@ -90,6 +90,15 @@ void DropEnvironment() {}
 
 void IgnoreRequests() { SetConsoleCtrlHandler(IgnoreControl, TRUE); }
 
+// The default window procedure destroys a window that is asked to close.
+bool AwaitRequest() {
+  const HWND window = CreateWindowExW(0, L"STATIC", L"qx_test_child", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100,
+                                      nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+  MSG message;
+  while (IsWindow(window) && GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+  return window != nullptr;
+}
+
 void EndBySignal(int signal) { ExitProcess(static_cast<UINT>(signal)); }
 
 // Handles of files and pipes that came by inheritance are inheritable still.
