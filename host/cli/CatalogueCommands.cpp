@@ -8,12 +8,14 @@
 #include "host/runtime/HostSettings.h"
 #include "host/runtime/Nearest.h"
 #include "host/runtime/PropertyText.h"
-#include "platform/Texts.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
 
 namespace qx::cli {
 namespace {
 
 constexpr std::array<std::string_view, 5> kKindNames{"text", "integer", "boolean", "enumeration", "list"};
+constexpr std::string_view kRegistryName = "Registry";
 constexpr std::array<std::string_view, 3> kStorageNames{"stored", "not stored", "secret"};
 
 Json PropertyRowAsJson(const PublishedProperty& property) {
@@ -106,8 +108,15 @@ struct PendingOption {
 };
 
 PendingOption FindOption(Catalogue& catalogue, const std::string& name, const std::string& value) {
-  if (IsHostSettingName(name)) return {nullptr, nullptr, {}, CheckHostSettingName(name), value};
-  std::vector<std::string> names{"Registry", "Framework.v2.0"};
+  if (IsHostSettingName(name)) {
+    PendingOption option{nullptr, nullptr, {}, CheckHostSettingName(name), value};
+    if (option.hostName == kRegistryName && !value.empty()) {
+      option.hostValue = ExpandPath("", value);
+      if (!FileExists(option.hostValue)) throw Exception("Registry: there is no file " + option.hostValue);
+    }
+    return option;
+  }
+  std::vector<std::string> names{std::string(kRegistryName), "Framework.v2.0"};
   for (const RegisteredOptions& entry : catalogue.Options()) {
     for (const PublishedProperty& property : entry.optionsClass->properties) names.emplace_back(property.name);
     if (const PublishedProperty* property = FindProperty(entry.optionsClass->properties, name)) {

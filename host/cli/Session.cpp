@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "host/cli/Commands.h"
 #include "host/runtime/HostSettings.h"
 #include "platform/Paths.h"
 
@@ -13,6 +14,7 @@ Session::Session(const Invocation& invocation) {
   const std::string colour = invocation.Value("--color").value_or("auto");
   if (colour == "always") colour_ = ColourChoice::Always;
   if (colour == "never") colour_ = ColourChoice::Never;
+  mendsSettings_ = invocation.command != nullptr && invocation.command->run == ShowOptions;
 }
 
 Session::~Session() {
@@ -32,7 +34,12 @@ OptionsStore& Session::Store() {
   auto store = std::make_unique<OptionsStore>(optionsFile_.empty() ? ExpandPath("", OptionsStore::DefaultFile())
                                                                    : optionsFile_);
   store->Load();
-  ApplyHostSettings(HostSettings::From(store->All(OptionsStore::kHostSection)));
+  try {
+    ApplyHostSettings(HostSettings::From(store->All(OptionsStore::kHostSection)));
+  } catch (const Exception& fault) {
+    if (!mendsSettings_) throw Exception(store->File() + ": " + fault.Message() + "; change it with qxhost options");
+    Warn(store->File() + ": " + fault.Message());
+  }
   store_ = std::move(store);
   return *store_;
 }

@@ -54,6 +54,7 @@ class Session {
   std::vector<std::string> packageFiles_;
   std::string optionsFile_;  // empty: the user's
   ColourChoice colour_ = ColourChoice::Automatic;
+  bool mendsSettings_ = false;  // wrong settings of the host are a warning to the command that changes them
   std::string writeError_;
   qx::Variables variables_;
   std::atomic<bool> stopping_{false};

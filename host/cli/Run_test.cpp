@@ -1,0 +1,166 @@
+// run and validate: every exit code, the log in both styles, and what is saved.
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "host/cli/CliFixture.h"
+#include "platform/Texts.h"
+
+namespace qx::cli {
+namespace {
+
+class RunCommand : public CliTest {
+ protected:
+  // The count that the first action has in the file.
+  int Count(const std::string& name) const {
+    const auto shown = nlohmann::json::parse(Host({"show", name, "--json"}).out);
+    return shown["actions"][0]["properties"]["Count"];
+  }
+};
+
+TEST_F(RunCommand, SucceedsAndSavesRaisedNumbers) {
+  Project("p.xml", {{"Text=%WHO%", "Lines=a;b"}});
+  const auto result = Host({"run", "p.xml", "--set", "WHO=me"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_TRUE(result.out.starts_with("me\nLines\n    a\n    b\n")) << result.out;
+  EXPECT_EQ(Count("p.xml"), 1);
+}
+
+TEST_F(RunCommand, StopsAtTheFirstFailureAndSavesAllTheSame) {
+  Project("p.xml", {{"Deed=tdFail"}, {"Text=never"}});
+  const auto result = Host({"run", "p.xml"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_FALSE(Holds(result.out, "never"));
+  EXPECT_EQ(Count("p.xml"), 1);
+}
+
+TEST_F(RunCommand, ReportsAnExceptionAndSavesAllTheSame) {
+  Project("p.xml", {{"Deed=tdThrow"}, {"Text=never"}});
+  const auto result = Host({"run", "p.xml"});
+  EXPECT_EQ(result.code, 4);
+  EXPECT_TRUE(Holds(result.out, "The deed threw")) << result.out;
+  EXPECT_FALSE(Holds(result.out, "never"));
+  EXPECT_EQ(Count("p.xml"), 1);
+  ASSERT_EQ(Host({"set", "p.xml", "Deed=tdThrowNumber"}).code, 0);
+  EXPECT_EQ(Host({"run", "p.xml"}).code, 4);
+  EXPECT_EQ(Count("p.xml"), 2);
+}
+
+TEST_F(RunCommand, ValidatesEveryActionBeforeTheFirstRuns) {
+  Project("p.xml", {{"Text=first"}, {"Verdict=tvError"}, {"Verdict=tvSilent"}});
+  const std::string before = Content("p.xml");
+  const auto result = Host({"run", "p.xml"});
+  EXPECT_EQ(result.code, 3);
+  EXPECT_FALSE(Holds(result.out, "first"));
+  EXPECT_TRUE(Holds(result.out, "Verdict: The verdict is an error\n")) << result.out;
+  EXPECT_TRUE(Holds(result.out, "Tiny Task: The action cannot run as it is set\n")) << result.out;
+  EXPECT_EQ(Content("p.xml"), before);
+}
+
+TEST_F(RunCommand, ValidatePrintsErrorsAndRunsNothing) {
+  Project("p.xml", {{"Verdict=tvError"}});
+  const auto result = Host({"validate", "p.xml"});
+  EXPECT_EQ(result.code, 3);
+  EXPECT_EQ(result.out, "Verdict: The verdict is an error\n");
+  ASSERT_EQ(Host({"set", "p.xml", "Verdict=tvThrow"}).code, 0);
+  EXPECT_EQ(Host({"validate", "p.xml"}).code, 4);
+  ASSERT_EQ(Host({"set", "p.xml", "Verdict=tvValid"}).code, 0);
+  EXPECT_EQ(Host({"validate", "p.xml"}).code, 0);
+  EXPECT_EQ(Count("p.xml"), 0);
+}
+
+TEST_F(RunCommand, RefusesAnActionOfNoLoadedPackage) {
+  Write("p.xml", "<BuildProject version=\"1\"><Actions><Action type=\"Other\"/></Actions></BuildProject>");
+  const auto result = Host({"run", "p.xml"});
+  EXPECT_EQ(result.code, 3);
+  EXPECT_TRUE(Holds(result.out, "Other: No loaded package has this action")) << result.out;
+}
+
+TEST_F(RunCommand, StopsAtTheTimeOutAndSaves) {
+  Project("p.xml", {{"Deed=tdSleep"}, {"Text=never"}});
+  const auto result = Host({"run", "p.xml", "--timeout", "0.3"});
+  EXPECT_EQ(result.code, 5);
+  EXPECT_TRUE(Holds(result.out, "Stopped")) << result.out;
+  EXPECT_FALSE(Holds(result.out, "never"));
+  EXPECT_TRUE(Holds(result.err, "stopped by the time-out"));
+  EXPECT_EQ(Count("p.xml"), 1);
+}
+
+TEST_F(RunCommand, SavesNothingWhenToldSo) {
+  Project("p.xml", {{}});
+  const std::string before = Content("p.xml");
+  EXPECT_EQ(Host({"run", "p.xml", "--no-save"}).code, 0);
+  EXPECT_EQ(Content("p.xml"), before);
+}
+
+TEST_F(RunCommand, LogsOneJsonObjectALine) {
+  Project("p.xml", {{"Text=a\xE9\"", "Lines=x;y"}, {"Deed=tdThrow"}});
+  const auto result = Host({"run", "p.xml", "--log", "json", "--log-file", "log.txt"});
+  EXPECT_EQ(result.code, 4);
+  std::vector<nlohmann::json> records;
+  for (const std::string& line : SplitLines(result.out)) records.push_back(nlohmann::json::parse(line));
+  ASSERT_EQ(records.size(), 6u);
+  EXPECT_EQ(records[0]["action"], 1);
+  EXPECT_EQ(records[0]["kind"], "message");
+  EXPECT_EQ(records[1]["heading"], "Lines");
+  EXPECT_EQ(records[1]["details"].dump(), "[\"x\",\"y\"]");
+  EXPECT_EQ(records[2]["kind"], "result");
+  EXPECT_EQ(records[2]["success"], true);
+  EXPECT_EQ(records[4]["kind"], "exception");
+  EXPECT_EQ(records[5]["action"], 2);
+  EXPECT_EQ(records[5]["success"], false);
+  EXPECT_TRUE(Holds(Content("log.txt"), "\"heading\":\"Lines\""));
+}
+
+TEST_F(RunCommand, NeverLogsASecret) {
+  Project("p.xml", {{"Password=hush-hush", "Loud=True"}});
+  for (const char* style : {"text", "json"}) {
+    const auto result = Host({"run", "p.xml", "--log", style});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_TRUE(Holds(result.out, "The password is ***")) << result.out;
+    EXPECT_FALSE(Holds(result.out, "hush-hush"));
+  }
+}
+
+TEST_F(RunCommand, RunsInTheProjectsFolder) {
+  std::filesystem::create_directories(folder_ / "inner");
+  Project("inner/p.xml", {{"Deed=tdWrite"}});
+  EXPECT_EQ(Host({"run", "inner/p.xml", "--log-file", "log.txt"}).code, 0);
+  EXPECT_TRUE(Exists("inner/tiny.txt"));
+  EXPECT_TRUE(Exists("log.txt"));  // names on the command line are the caller's
+}
+
+TEST_F(RunCommand, ASecondRunSaysWhoHoldsTheProject) {
+  Project("p.xml", {{"Deed=tdSleep", "Seconds=2"}});
+  test::ProgramResult first;
+  std::thread runner([&] { first = Host({"run", "p.xml"}); });
+  while (!Exists("p.xml.lock")) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  for (const Words& words : std::vector<Words>{{"run", "p.xml"}, {"set", "p.xml", "Count=9"}}) {
+    const auto second = Host(words);
+    EXPECT_EQ(second.code, 2);
+    EXPECT_TRUE(Holds(second.err, "p.xml is in use by process ")) << second.err;
+  }
+  runner.join();
+  EXPECT_EQ(first.code, 0);
+  EXPECT_EQ(Count("p.xml"), 1);
+  EXPECT_FALSE(Exists("p.xml.lock"));
+}
+
+TEST_F(RunCommand, PutsItsValuesIntoAFileThatSomebodyChangedMeanwhile) {
+  Project("p.xml", {{"Deed=tdSleep", "Seconds=2"}});
+  test::ProgramResult first;
+  std::thread runner([&] { first = Host({"run", "p.xml"}); });
+  while (!Exists("p.xml.lock")) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  std::this_thread::sleep_for(std::chrono::milliseconds(700));
+  std::string text = Content("p.xml");
+  text.replace(text.find(">hello<"), 7, ">edited<");
+  Write("p.xml", text);
+  runner.join();
+  EXPECT_EQ(first.code, 0);
+  EXPECT_TRUE(Holds(first.err, "changed by somebody else meanwhile")) << first.err;
+  EXPECT_TRUE(Holds(Content("p.xml"), "<Property name=\"Text\">edited</Property>"));
+  EXPECT_EQ(Count("p.xml"), 1);
+}
+
+}  // namespace
+}  // namespace qx::cli

@@ -1,0 +1,136 @@
+#include "tests/tinypackage/TinyAction.h"
+
+#include <memory>
+
+#include "platform/Files.h"
+
+namespace qx::tiny {
+
+void TTinyAction::Create() {
+  TQXAction::Create();
+  text_ = "hello";
+  seconds_ = 60;
+  RegisterDynamicProperty("Count");
+}
+
+void TTinyAction::SetCount(std::int32_t value) {
+  if (value < 0) throw Exception("Count cannot be negative");
+  count_ = value;
+}
+
+void TTinyAction::SetFirstWord(const std::string& value) {
+  const std::size_t blank = text_.find(' ');
+  text_ = value + (blank == std::string::npos ? "" : text_.substr(blank));
+}
+
+std::string TTinyAction::GetPassword() { return DecryptString(sealed_, ""); }
+void TTinyAction::SetPassword(const std::string& value) { sealed_ = EncryptString(value, ""); }
+
+void TTinyAction::GetHiddenProperties(TStringList& names) const {
+  TQXAction::GetHiddenProperties(names);
+  names.Add("Seconds");
+  names.Add("_Password");
+}
+
+bool TTinyAction::Validate(IQXActionValidationError& errors) {
+  if (verdict_ == TTinyVerdict::tvError) errors.AddError("Verdict", "The verdict is an error");
+  if (verdict_ == TTinyVerdict::tvThrow) throw Exception("Validating threw");
+  return verdict_ == TTinyVerdict::tvValid;
+}
+
+bool TTinyAction::Execute() {
+  ++count_;
+  SendMessage(ExpandExpression(text_, true));
+  if (loud_) SendMessage("The password is " + GetPassword());
+  if (lines_.Count() > 0) {
+    const auto message = CreateStatusMessage();
+    for (const std::string& line : lines_.Items()) message->AppendDetail(line);
+    message->SetHeading("Lines");
+    SendStatusMessage(message);
+  }
+  switch (deed_) {
+    case TTinyDeed::tdSucceed: return true;
+    case TTinyDeed::tdFail: return false;
+    case TTinyDeed::tdThrow: throw Exception("The deed threw");
+    case TTinyDeed::tdThrowNumber: throw 7;
+    case TTinyDeed::tdSleep:
+      if (!stop_.WaitFor(static_cast<unsigned>(seconds_) * 1000)) return true;
+      SendMessage("Stopped");
+      return false;
+    case TTinyDeed::tdWrite: ReplaceFile("tiny.txt", text_ + "\n"); return true;
+    case TTinyDeed::tdRun: return RunProgram();
+  }
+  return false;
+}
+
+// The items: the program, and its arguments as one string.
+bool TTinyAction::RunProgram() {
+  InterfacePtr<IQXProcess> process;
+  CreateQXProcess(process);
+  process->SetExecutable(lines_.Get(0));
+  process->SetParameters(lines_.Get(1));
+  process->SetRedirectOutput(true);
+  process->SetHideWindow(true);
+  process->SetStopEvent(&stop_);
+  const int code = process->Execute();
+  SendMessage("Exit code " + std::to_string(code));
+  return code == 0;
+}
+
+void TTinyOptions::LoadOptions(IQXOptionsReader& reader) {
+  TQXOptionsObject::LoadOptions(reader);
+  greeting_ = reader.ReadString("Greeting", "hi");
+  level_ = reader.ReadInteger("Level", 3);
+}
+
+void TTinyOptions::SaveOptions(IQXOptionsWriter& writer) {
+  TQXOptionsObject::SaveOptions(writer);
+  writer.WriteString("Greeting", greeting_);
+  writer.WriteInteger("Level", level_);
+}
+
+void TTinyOptions::SetGreeting(const std::string& value) {
+  if (greeting_ == value) return;
+  greeting_ = value;
+  SetModified();
+}
+
+void TTinyOptions::SetLevel(std::int32_t value) {
+  if (level_ == value) return;
+  level_ = value;
+  SetModified();
+}
+
+const TQXActionClass& TinyActionClass() {
+  using A = TTinyAction;
+  static constexpr std::array properties{
+      Property<&A::GetText, &A::SetText>("Text"),
+      Property<&A::GetFirstWord, &A::SetFirstWord>("FirstWord", PropertyStorage::NotStored),
+      Property<&A::GetCount, &A::SetCount>("Count"),
+      Property<&A::GetSeconds, &A::SetSeconds>("Seconds"),
+      Property<&A::GetDeed, &A::SetDeed>("Deed"),
+      Property<&A::GetVerdict, &A::SetVerdict>("Verdict"),
+      Property<&A::GetLoud, &A::SetLoud>("Loud"),
+      Property<&A::GetLines, &A::SetLines>("Lines"),
+      Property<&A::GetPassword, &A::SetPassword>("Password", PropertyStorage::Secret),
+      Property<&A::GetSealedPassword, &A::SetSealedPassword>("_Password"),
+  };
+  static constexpr TQXActionClass tiny{"TTinyAction", [] { return std::string("Tiny Task"); }, properties,
+                                       []() -> std::unique_ptr<TQXAction> { return std::make_unique<A>(); }};
+  return tiny;
+}
+
+const TQXOptionsClass& TinyOptionsClass() {
+  using O = TTinyOptions;
+  static constexpr std::array properties{
+      Property<&O::GetGreeting, &O::SetGreeting>("Greeting"),
+      Property<&O::GetLevel, &O::SetLevel>("Level"),
+  };
+  static constexpr TQXOptionsClass tiny{
+      "TTinyOptions", [] { return std::string("Tiny"); }, [] { return std::string("Testing"); },
+      [] { return std::string("TinyOptions"); }, properties,
+      []() -> std::unique_ptr<TQXOptionsObject> { return std::make_unique<O>(TinyOptionsClass()); }};
+  return tiny;
+}
+
+}  // namespace qx::tiny

@@ -1,0 +1,45 @@
+// The entries of the tiny package. Built again with TINY_FAULT it is a package that breaks on one rung of the ladder.
+#include "plugin/Qxpackage.h"
+#include "plugin/Qxservices.h"
+#include "tests/tinypackage/TinyAction.h"
+
+#ifndef TINY_FAULT
+#define TINY_FAULT 0
+#endif
+#define TINY_FAULT_NO_REGISTER 1
+#define TINY_FAULT_IN_LOAD 2
+#define TINY_FAULT_IN_REGISTER 3
+
+#ifdef __ELF__
+#define TINY_EXPORT extern "C" __attribute__((visibility("default")))
+#else
+#define TINY_EXPORT extern "C" __declspec(dllexport)
+#endif
+
+namespace {
+
+qx::TQXUnit units[] = {{"TinyAction", 0}, {"TinyPackage", 0}};
+
+}  // namespace
+
+TINY_EXPORT void QXPackageLoad() {
+  if (TINY_FAULT == TINY_FAULT_IN_LOAD) throw qx::Exception("the tiny units will not start");
+  for (qx::TQXUnit& unit : units) ++unit.startCount;
+}
+
+TINY_EXPORT void QXPackageUnload() {
+  for (qx::TQXUnit& unit : units) --unit.startCount;
+}
+
+TINY_EXPORT qx::TQXUnitTable QXPackageUnits() { return {units, 2}; }
+
+#if TINY_FAULT != TINY_FAULT_NO_REGISTER
+TINY_EXPORT void QXRegister(bool design) {
+  qx::QXActionServices().RegisterAction(qx::tiny::TinyActionClass(), "Tiny Task", "Testing", "TINY");
+  qx::QXOptionsServices().RegisterOptions(qx::tiny::TinyOptionsClass(), "TINY");
+  if (TINY_FAULT == TINY_FAULT_IN_REGISTER) throw qx::Exception("the tiny catalogue is full");
+  if (!design) return;
+  static constexpr qx::TQXPropertyEditorClass editor{"TShowActionPropertiesEditor", nullptr};
+  qx::QXActionServices().RegisterPropertyEditor(qx::tiny::TinyActionClass(), "Text", editor);
+}
+#endif
