@@ -1,5 +1,5 @@
-// Objects of other programs, bound by their moniker and read late bound, by the names of their properties. One
-// source a system: ComObjectWindows.cpp; ComObjectPosix.cpp, where nothing can be bound.
+// Objects of other programs, bound by their moniker and read late bound, by the names of their properties.
+// One source a system: ComObjectWindows.cpp; ComObjectPosix.cpp, where nothing can be bound.
 #pragma once
 
 #include <memory>
@@ -11,7 +11,8 @@ namespace qx {
 class ComObject {
  public:
   virtual ~ComObject() = default;
-  // The property as text; a number as the system writes it. Raises Exception naming the property and the reason.
+  // The property as text; a number as the system writes it. Raises Exception naming the property and the
+  // reason.
   virtual std::string GetText(const std::string& property) = 0;
 };
 

@@ -55,7 +55,8 @@ class AutomationObject final : public ComObject {
     Variant value;
     if (SUCCEEDED(result)) {
       DISPPARAMS none{};
-      result = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value, nullptr, nullptr);
+      result = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value,
+                               nullptr, nullptr);
     }
     if (SUCCEEDED(result)) result = VariantChangeType(&value, &value, 0, VT_BSTR);
     if (FAILED(result)) {

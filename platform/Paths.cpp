@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/PathsSystem.h"
+#include "platform/Texts.h"
 
 namespace qx {
 namespace {
@@ -38,8 +39,6 @@ void AppendSegments(std::string& out, std::size_t root, std::string_view path) {
 
 }  // namespace
 
-bool IsDelimiter(char c) { return c == '/' || c == '\\'; }
-
 std::string FolderPart(std::string_view path) { return std::string(path.substr(0, FileStart(path))); }
 std::string FilePart(std::string_view path) { return std::string(path.substr(FileStart(path))); }
 
@@ -47,6 +46,11 @@ std::string ExtensionOf(std::string_view path) {
   const std::string_view file = path.substr(FileStart(path));
   const std::size_t point = file.rfind('.');
   return point == std::string_view::npos ? std::string() : std::string(file.substr(point));
+}
+
+// An extension begins with its only point: a path that ends in it has it.
+bool HasExtension(std::string_view path, std::string_view extension) {
+  return path.size() >= extension.size() && SameText(path.substr(path.size() - extension.size()), extension);
 }
 
 std::string WithTrailingDelimiter(std::string_view path) {

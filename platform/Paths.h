@@ -8,7 +8,7 @@
 
 namespace qx {
 
-bool IsDelimiter(char c);
+inline bool IsDelimiter(char c) { return c == '/' || c == '\\'; }
 // The system's own delimiter.
 char NativeDelimiter();
 
@@ -18,6 +18,8 @@ std::string FolderPart(std::string_view path);
 std::string FilePart(std::string_view path);
 // The file part's end from its last point on, as it is written: ".vcproj"; empty when there is none.
 std::string ExtensionOf(std::string_view path);
+// Whether ExtensionOf is that (".rc": it begins with its only point), letter case aside.
+bool HasExtension(std::string_view path, std::string_view extension);
 // Adds the system's delimiter when the path does not end in a delimiter; an empty path stays empty.
 std::string WithTrailingDelimiter(std::string_view path);
 

@@ -138,6 +138,7 @@ bool SameText(std::string_view a, std::string_view b) {
 
 std::vector<std::string> SplitLines(std::string_view text) {
   std::vector<std::string> lines;
+  lines.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
   ForEachLine(text, [&lines](std::string_view line) { lines.emplace_back(line); });
   return lines;
 }
@@ -156,10 +157,15 @@ std::vector<std::string> SplitCommaText(std::string_view text) {
   };
   const auto quoted = [&] {
     std::string item;
-    for (++at; at < text.size(); ++at) {
-      if (text[at] == '"' && (++at == text.size() || text[at] != '"')) break;
-      item += text[at];
+    for (++at; at < text.size();) {
+      const std::size_t quote = std::min(text.find('"', at), text.size());
+      item.append(text, at, quote - at);
+      at = quote + 1;
+      if (at >= text.size() || text[at] != '"') break;
+      item += '"';
+      ++at;
     }
+    at = std::min(at, text.size());
     return item;
   };
   const auto plain = [&] {

@@ -3,6 +3,7 @@
 // locale.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -54,13 +55,11 @@ std::u16string ToUtf16(std::string_view text);
 
 template <class Receiver>
 void ForEachLine(std::string_view text, Receiver&& line) {
-  std::size_t begin = 0;
-  while (begin < text.size()) {
-    const std::size_t end = text.find_first_of("\r\n", begin);
-    if (end == std::string_view::npos) {
-      line(text.substr(begin));
-      return;
-    }
+  constexpr std::size_t kUnknown = std::string_view::npos - 1;
+  std::size_t lf = kUnknown;  // the next LF; asked for once a line, however many CR stand before it
+  for (std::size_t begin = 0; begin < text.size();) {
+    if (lf == kUnknown || lf < begin) lf = std::min(text.find('\n', begin), text.size());
+    const std::size_t end = std::min(text.substr(0, lf).find('\r', begin), lf);
     line(text.substr(begin, end - begin));
     begin = end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <string_view>
 #include <unordered_map>
 
@@ -17,6 +18,7 @@ namespace {
 constexpr std::string_view kHeader = "Microsoft Visual Studio Solution File, Format Version";
 constexpr std::string_view kProjectStart = "Project(\"";
 constexpr std::size_t kGuidSize = 38;  // braces included; what stands there is not examined
+constexpr std::string_view kVersionInfo = "VERSIONINFO";
 
 // Exact beginnings of section heads. The first of a pair does not match the second: its last character
 // differs.
@@ -40,13 +42,16 @@ std::string_view NamePart(std::string_view line) {
 
 class Reader {
  public:
-  Reader(const std::string& fileName, TStringList lines, SolutionFiles& files)
-      : lines_(std::move(lines)),
-        files_(files),
-        folder_(WithTrailingDelimiter(ExpandPath(FolderPart(fileName), ""))) {}
+  Reader(const std::string& fileName, std::string_view text, SolutionFiles& files)
+      : files_(files), folder_(WithTrailingDelimiter(ExpandPath(FolderPart(fileName), ""))) {
+    lines_.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
+    ForEachLine(text, [this](std::string_view line) {
+      // Empty lines before the first go. Only those of length 0: a blank is not empty.
+      if (!lines_.empty() || !line.empty()) lines_.push_back(line);
+    });
+  }
 
   SolutionModel Read() {
-    DropEmptyStart();
     CheckHeader();
     cursor_ = 1;
     ReadProjects();
@@ -57,20 +62,15 @@ class Reader {
 
  private:
   // Raises the line list's own error when the file ends here.
-  const std::string& Line() const { return lines_.Get(cursor_); }
+  std::string_view Line() const {
+    if (cursor_ >= lines_.size()) TStringList().Get(static_cast<int>(cursor_));
+    return lines_[cursor_];
+  }
   std::string_view TrimmedLine() const { return TrimView(Line()); }
 
-  // Only lines of length 0 go: a blank is not empty.
-  void DropEmptyStart() {
-    auto& items = lines_.Items();
-    items.erase(items.begin(),
-                std::find_if(items.begin(), items.end(), [](const auto& line) { return !line.empty(); }));
-  }
-
   void CheckHeader() const {
-    const std::string& line = lines_.Get(0);
-    if (LowerCase(line).find(LowerCase(kHeader)) == std::string::npos) {
-      throw Exception("Invalid Solution File Format : " + line);
+    if (LowerCase(Line()).find(LowerCase(kHeader)) == std::string::npos) {
+      throw Exception("Invalid Solution File Format : " + std::string(Line()));
     }
   }
 
@@ -97,7 +97,7 @@ class Reader {
     // Web projects are known by their URL, wherever it stands in the path; their files are not looked for.
     const bool web = project.path.find("http://") != std::string::npos ||
                      project.path.find("https://") != std::string::npos;
-    const bool cpp = LowerCase(ExtensionOf(project.path)) == ".vcproj";
+    const bool cpp = HasExtension(project.path, ".vcproj");
     if (!web || cpp) {
       std::string file = ExpandPath(folder_, project.path);
       const bool exists = files_.FindFile(file);
@@ -130,8 +130,10 @@ class Reader {
   }
 
   bool HoldsVersionInfo() {
+    static const std::boyer_moore_horspool_searcher searcher(kVersionInfo.begin(), kVersionInfo.end());
     std::string scratch;
-    return DecodeText(script_, scratch).find("VERSIONINFO") != std::string_view::npos;
+    const std::string_view text = DecodeText(script_, scratch);
+    return std::search(text.begin(), text.end(), searcher) != text.end();
   }
 
   // The cursor is on "Global".
@@ -158,7 +160,7 @@ class Reader {
   // A later section takes the place of an earlier one.
   void ReadConfigurations() {
     configuration_names_.emplace();
-    ForEachSectionLine([this](const std::string& line) {
+    ForEachSectionLine([this](std::string_view line) {
       const std::string_view name = NamePart(line);
       if (TrimView(name) != "Description") configuration_names_->push_back(name);
     });
@@ -175,11 +177,11 @@ class Reader {
       if (sizes.size() <= name.size()) sizes.resize(name.size() + 1);
       sizes[name.size()] = true;
     }
-    for (const std::string& line : lines_.Items()) {
+    for (const std::string_view line : lines_) {
       const std::size_t equals = line.find('=');
       if (equals >= sizes.size() || !sizes[equals]) continue;
-      const auto value = values.find(FoldCase(std::string_view(line).substr(0, equals)));
-      if (value != values.end() && !value->second) value->second = std::string_view(line).substr(equals + 1);
+      const auto value = values.find(FoldCase(line.substr(0, equals)));
+      if (value != values.end() && !value->second) value->second = line.substr(equals + 1);
     }
     std::vector<std::string> configurations;
     for (const std::string_view name : *configuration_names_) {
@@ -201,21 +203,21 @@ class Reader {
     });
   }
 
-  TStringList lines_;
+  std::vector<std::string_view> lines_;
   SolutionFiles& files_;
   const std::string folder_;
-  int cursor_ = 0;
+  std::size_t cursor_ = 0;
   SolutionModel model_;
   std::optional<std::vector<std::string_view>>
-      configuration_names_;  // of the last section; they lie in lines_
+      configuration_names_;  // of the last section; they lie in the text
   XmlDocument document_;
   std::string buffer_, script_;
 };
 
 }  // namespace
 
-SolutionModel ReadSolution(const std::string& fileName, TStringList lines, SolutionFiles& files) {
-  return Reader(fileName, std::move(lines), files).Read();
+SolutionModel ReadSolution(const std::string& fileName, std::string_view text, SolutionFiles& files) {
+  return Reader(fileName, text, files).Read();
 }
 
 }  // namespace qx

@@ -1,9 +1,10 @@
-// The reader of solution files: lines to values. It is shallow on purpose: fixed cut lengths and exact,
+// The reader of solution files: text to values. It is shallow on purpose: fixed cut lengths and exact,
 // case-sensitive markers, as saved projects and build scripts have come to rely on.
 #pragma once
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "plugin/Qxstrings.h"
@@ -35,8 +36,8 @@ class SolutionFiles {
   virtual bool Read(const std::string& path, std::string& bytes, std::string& reason) = 0;
 };
 
-// Reads a solution from its lines; paths are taken from the folder of `fileName`. Raises as OpenSolution
-// does, but for the reading of the file itself.
-SolutionModel ReadSolution(const std::string& fileName, TStringList lines, SolutionFiles& files);
+// Reads a solution from its text (DecodeText gives it); paths are taken from the folder of `fileName`. Raises
+// as OpenSolution does, but for the reading of the file itself.
+SolutionModel ReadSolution(const std::string& fileName, std::string_view text, SolutionFiles& files);
 
 }  // namespace qx

@@ -1,7 +1,6 @@
 #include "solution/VcprojScan.h"
 
 #include "platform/Paths.h"
-#include "platform/Texts.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -29,7 +28,7 @@ std::vector<std::string> ListedResourceScripts(std::string& bytes, XmlDocument& 
     ForEachChild(files, "Filter", [&](const XmlElement& filter) {
       ForEachChild(filter, "File", [&](const XmlElement& file) {
         std::string path = file.Attribute("RelativePath");
-        if (SameText(ExtensionOf(path), ".rc")) scripts.push_back(std::move(path));
+        if (HasExtension(path, ".rc")) scripts.push_back(std::move(path));
       });
     });
   });

@@ -5,8 +5,7 @@
 
 #include "platform/Files.h"
 #include "platform/Paths.h"
-#include "platform/Texts.h"
-#include "plugin/Qxutils.h"
+#include "platform/TextFile.h"
 #include "solution/SolutionFile.h"
 
 namespace qx {
@@ -52,7 +51,7 @@ class TVSDotNetProject final : public ModelObject<IVSDotNetProject> {
   std::string GetGUID() override { return values_.guid; }
   std::string GetTypeGUID() override { return values_.type_guid; }
   InterfacePtr<IVSDotNetProjectDependancies> GetDependencies() override { return dependencies_; }
-  bool IsVCProject() override { return LowerCase(ExtensionOf(values_.path)) == ".vcproj"; }
+  bool IsVCProject() override { return HasExtension(values_.path, ".vcproj"); }
   const TStringList& GetRCFiles() override { return values_.resource_scripts; }
   std::string GetVersionInfoFile() override { return values_.version_info_file; }
 
@@ -149,10 +148,13 @@ class FilesOnDisk final : public SolutionFiles {
 }  // namespace
 
 InterfacePtr<IVSDotNetSolution> OpenSolution(const std::string& fileName) {
-  TStringList lines;
-  LoadUnicodeFile(fileName, lines);
+  // By the rules of the host's LoadUnicodeFile, without a copy of every line: there may be hundreds of
+  // thousands.
+  const std::string bytes = ReadFile(fileName);
+  std::string scratch;
   FilesOnDisk files;
-  return MakeInterface<TVSDotNetSolution>(fileName, ReadSolution(fileName, std::move(lines), files));
+  return MakeInterface<TVSDotNetSolution>(fileName,
+                                          ReadSolution(fileName, DecodeText(bytes, scratch), files));
 }
 
 }  // namespace qx

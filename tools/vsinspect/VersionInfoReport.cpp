@@ -1,0 +1,106 @@
+#include <array>
+
+#include "platform/Texts.h"
+#include "tools/vsinspect/Json.h"
+#include "tools/vsinspect/Reports.h"
+#include "versioning/Qxvc7versioninfo.h"
+
+namespace qx {
+namespace {
+
+// Plain values behind the interface that the reader fills.
+class VersionInfo final : public Implements<IQXVC7VersionInfo> {
+ public:
+  std::int32_t GetBuildVer() override { return build_; }
+  std::int32_t GetCodePage() override { return code_page_; }
+  bool GetIsDebug() override { return debug_; }
+  bool GetIsDLL() override { return dll_; }
+  bool GetIsPreRelease() override { return pre_release_; }
+  bool GetIsPrivate() override { return private_; }
+  bool GetIsSpecial() override { return special_; }
+  std::int32_t GetLocale() override { return locale_; }
+  std::int32_t GetMajorVer() override { return major_; }
+  std::int32_t GetMinorVer() override { return minor_; }
+  std::int32_t GetReleaseVer() override { return release_; }
+  std::string GetVersionInfoKeys() override { return keys_; }
+  void SetBuildVer(std::int32_t value) override { build_ = value; }
+  void SetCodePage(std::int32_t value) override { code_page_ = value; }
+  void SetIsDebug(bool value) override { debug_ = value; }
+  void SetIsDLL(bool value) override { dll_ = value; }
+  void SetIsPreRelease(bool value) override { pre_release_ = value; }
+  void SetIsPrivate(bool value) override { private_ = value; }
+  void SetIsSpecial(bool value) override { special_ = value; }
+  void SetLocale(std::int32_t value) override { locale_ = value; }
+  void SetMajorVer(std::int32_t value) override { major_ = value; }
+  void SetMinorVer(std::int32_t value) override { minor_ = value; }
+  void SetReleaseVer(std::int32_t value) override { release_ = value; }
+  void SetVersionInfoKeys(const std::string& value) override { keys_ = value; }
+  bool GetIncludeCompileDate() override { return compile_date_; }
+  void SetIncludeCompileDate(bool value) override { compile_date_ = value; }
+
+ private:
+  std::int32_t major_ = 0, minor_ = 0, release_ = 0, build_ = 0, locale_ = 0, code_page_ = 0;
+  bool debug_ = false, pre_release_ = false, special_ = false, private_ = false, dll_ = false;
+  bool compile_date_ = false;
+  std::string keys_;
+};
+
+// The values in the order in which both forms show them.
+struct NumberField {
+  const char* name;
+  std::int32_t (IQXVC7VersionInfo::*get)();
+};
+struct TruthField {
+  const char* name;
+  bool (IQXVC7VersionInfo::*get)();
+};
+constexpr std::array<NumberField, 4> kVersions = {{{"majorVersion", &IQXVC7VersionInfo::GetMajorVer},
+                                                   {"minorVersion", &IQXVC7VersionInfo::GetMinorVer},
+                                                   {"releaseVersion", &IQXVC7VersionInfo::GetReleaseVer},
+                                                   {"buildVersion", &IQXVC7VersionInfo::GetBuildVer}}};
+constexpr std::array<TruthField, 5> kFlags = {{{"isDebug", &IQXVC7VersionInfo::GetIsDebug},
+                                               {"isPreRelease", &IQXVC7VersionInfo::GetIsPreRelease},
+                                               {"isSpecial", &IQXVC7VersionInfo::GetIsSpecial},
+                                               {"isPrivate", &IQXVC7VersionInfo::GetIsPrivate},
+                                               {"isDLL", &IQXVC7VersionInfo::GetIsDLL}}};
+constexpr std::array<NumberField, 2> kLanguage = {
+    {{"locale", &IQXVC7VersionInfo::GetLocale}, {"codePage", &IQXVC7VersionInfo::GetCodePage}}};
+
+std::string Json(IQXVC7VersionInfo& info) {
+  JsonWriter json;
+  json.BeginObject();
+  for (const NumberField& field : kVersions) json.Key(field.name).Number((info.*field.get)());
+  for (const TruthField& field : kFlags) json.Key(field.name).Truth((info.*field.get)());
+  for (const NumberField& field : kLanguage) json.Key(field.name).Number((info.*field.get)());
+  json.Key("keys").Texts(SplitLines(info.GetVersionInfoKeys())).EndObject();
+  return json.Out() + "\n";
+}
+
+std::string Text(IQXVC7VersionInfo& info, const std::string& file) {
+  std::string out = file + "\nversion   ";
+  for (const NumberField& field : kVersions) {
+    out += std::to_string((info.*field.get)()) + (&field == &kVersions.back() ? "\n" : ".");
+  }
+  out += "flags    ";
+  for (const TruthField& field : kFlags) {
+    if ((info.*field.get)()) out.append(" ").append(field.name);
+  }
+  out += "\n";
+  for (const NumberField& field : kLanguage) {
+    out += std::string(field.name).append(10 - std::string_view(field.name).size(), ' ');
+    out += std::to_string((info.*field.get)()) + "\n";
+  }
+  out += "keys\n";
+  for (const std::string& line : SplitLines(info.GetVersionInfoKeys())) out += "    " + line + "\n";
+  return out;
+}
+
+}  // namespace
+
+std::string VersionInfoReport(const std::string& file, Form form) {
+  const auto info = MakeInterface<VersionInfo>();
+  GetVersionInfoParser(InterfacePtr<IQXApplicationServices>(), file)->ReadVersionInfo(*info);
+  return form == Form::kJson ? Json(*info) : Text(*info, file);
+}
+
+}  // namespace qx
