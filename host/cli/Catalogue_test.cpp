@@ -71,7 +71,7 @@ TEST_F(CatalogueCommands, OptionsAreChangedSavedAndShown) {
 TEST_F(CatalogueCommands, AWrongSettingOfTheHostIsNamedAndCanBeMended) {
   Write("r.reg", "REGEDIT4\r\n");
   ASSERT_EQ(Host({"options", "Registry=r.reg"}).code, 0);
-  Write("options.xml", "<Options version=\"1\"><Host><Option name=\"Framework.two\">x</Option></Host></Options>");
+  Write("options.xml", "<Options version=\"1\"><Host><Option name=\"Registry\">none.reg</Option></Host></Options>");
   const auto refused = Host({"actions"});
   EXPECT_EQ(refused.code, 2);
   EXPECT_TRUE(Holds(refused.err, "options.xml: ")) << refused.err;

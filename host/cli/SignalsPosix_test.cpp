@@ -1,0 +1,162 @@
+// What signals do to a run: Ctrl-C and the end of the session stop it politely, and one that is killed at any moment
+// leaves its build project whole.
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <thread>
+
+#include "host/cli/CliFixture.h"
+#include "host/runtime/BuildProject.h"
+
+namespace qx::cli {
+namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+
+class Signals : public CliTest {
+ protected:
+  // Starts qxhost with its standard output in a file, "closed" for one whose reader is gone.
+  pid_t Start(const Words& words, const std::string& out) const {
+    Words all{ProgramFile("qxhost"), "--package", PackageFile("tiny"), "--options", PathOf("options.xml")};
+    all.insert(all.end(), words.begin(), words.end());
+    std::vector<char*> arguments;
+    for (std::string& word : all) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    int ends[2];
+    if (out == "closed" && pipe(ends) != 0) return -1;
+    const pid_t child = fork();
+    if (child != 0) {
+      if (out == "closed") close(ends[0]), close(ends[1]);
+      return child;
+    }
+    if (chdir(folder_.c_str()) != 0) _exit(126);
+    const int target = out == "closed" ? ends[1] : open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+    dup2(target, STDOUT_FILENO);
+    if (out == "closed") close(ends[0]), close(ends[1]);
+    execv(arguments[0], arguments.data());
+    _exit(127);
+  }
+
+  static int ExitCode(pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  }
+
+  void WaitFor(const std::string& name, const std::string& part) const {
+    for (int i = 0; i < 500 && !(Exists(name) && Holds(Content(name), part)); ++i) {
+      std::this_thread::sleep_for(Milliseconds(10));
+    }
+  }
+
+  // False for one that has ended and only waits to be asked about.
+  static bool Runs(pid_t process) {
+    std::string status;
+    if (!TryReadFile("/proc/" + std::to_string(process) + "/status", status)) return false;
+    return !Holds(status, "State:\tZ");
+  }
+
+  int Count() const {
+    return std::stoi(BuildProject::Load(PathOf("p.xml")).ReadText(0, "Count").value());
+  }
+};
+
+TEST_F(Signals, InterruptTerminateAndHangUpStopTheRunAndSave) {
+  int runs = 0;
+  Project("p.xml", {{"Deed=tdSleep"}, {"Text=never"}});
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    const pid_t child = Start({"run", "p.xml"}, "out.txt");
+    WaitFor("p.xml.lock", "");
+    std::this_thread::sleep_for(Milliseconds(200));
+    kill(child, signal);
+    kill(child, signal);  // the impatient second time
+    EXPECT_EQ(ExitCode(child), 5);
+    EXPECT_TRUE(Holds(Content("out.txt"), "Stopped"));
+    EXPECT_FALSE(Holds(Content("out.txt"), "never"));
+    EXPECT_EQ(Count(), ++runs);
+  }
+}
+
+TEST_F(Signals, AChildAndItsGrandchildEndWithTheRun) {
+  Project("p.xml", {{"Deed=tdRun", "Lines=/bin/sh;-c \"sleep 300 & echo $! > grandchild; wait\""}});
+  const pid_t child = Start({"run", "p.xml"}, "out.txt");
+  WaitFor("grandchild", "\n");
+  const pid_t grandchild = std::stoi(Content("grandchild"));
+  kill(child, SIGINT);
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(ExitCode(child), 5);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+  EXPECT_TRUE(Holds(Content("out.txt"), "Exit code 999")) << Content("out.txt");
+  EXPECT_FALSE(Runs(grandchild));
+}
+
+TEST_F(Signals, ARunWhoseOutputNobodyReadsStillSaves) {
+  Project("p.xml", {{}});
+  EXPECT_EQ(ExitCode(Start({"run", "p.xml"}, "closed")), 0);
+  EXPECT_EQ(Count(), 1);
+}
+
+TEST_F(Signals, ALockOfAKilledRunIsNoLock) {
+  Project("p.xml", {{"Deed=tdSleep"}});
+  const pid_t child = Start({"run", "p.xml"}, "out.txt");
+  WaitFor("p.xml.lock", "");
+  std::this_thread::sleep_for(Milliseconds(100));
+  kill(child, SIGKILL);
+  EXPECT_EQ(ExitCode(child), -SIGKILL);
+  EXPECT_EQ(Host({"set", "p.xml", "Deed=tdSucceed"}).code, 0);
+}
+
+// Whatever the moment, the file is the one before or the one after, byte for byte.
+TEST_F(Signals, KilledAtAnyMomentLeavesTheProjectWhole) {
+  constexpr int kKills = 200;
+  Project("p.xml", {{"Text=" + std::string(20000, 'x')}});
+  const auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < 5; ++i) ASSERT_EQ(ExitCode(Start({"run", "p.xml"}, "out.txt")), 0);
+  const auto usual = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin) / 5;
+  std::string before = Content("p.xml");
+  std::mt19937 random(20060612);
+  int finished = 0;
+  int killed = 0;
+  for (int i = 0; i < kKills; ++i) {
+    const int count = Count();
+    std::string after = before;
+    const std::string was = ">" + std::to_string(count) + "<";
+    after.replace(after.find(was), was.size(), ">" + std::to_string(count + 1) + "<");
+    const pid_t child = Start({"run", "p.xml"}, "out.txt");
+    std::this_thread::sleep_for(std::chrono::microseconds(random() % static_cast<unsigned long>(usual.count() * 5 / 4)));
+    kill(child, SIGKILL);
+    (ExitCode(child) == -SIGKILL ? killed : finished)++;
+    const std::string now = Content("p.xml");
+    ASSERT_TRUE(now == before || now == after) << "after kill " << i;
+    before = now;
+  }
+  std::printf("%d runs killed, %d had finished, %d counted\n", killed, finished, Count());
+  EXPECT_GT(killed, kKills / 4);
+  EXPECT_GT(Count(), 5);  // some came as far as saving
+  EXPECT_EQ(Host({"run", "p.xml"}).code, 0);
+}
+
+TEST_F(Signals, RunsAtOnceLoseNoIncrement) {
+  Project("p.xml", {{}});
+  std::vector<std::thread> runners;
+  std::atomic<int> done{0};
+  for (int i = 0; i < 4; ++i) {
+    runners.emplace_back([&] {
+      for (int round = 0; round < 10; ++round) {
+        const int code = Host({"run", "p.xml"}).code;
+        EXPECT_TRUE(code == 0 || code == 2) << code;
+        if (code == 0) ++done;
+      }
+    });
+  }
+  for (std::thread& runner : runners) runner.join();
+  EXPECT_GT(done, 0);
+  EXPECT_EQ(Count(), done);
+}
+
+}  // namespace
+}  // namespace qx::cli
