@@ -24,7 +24,7 @@ QX_API std::string ExpandRelativePath(const std::string& baseFolder, const std::
 QX_API bool QXBrowseForFile(const std::string& title, const std::string& filter, std::string& path);
 QX_API bool QXBrowseForDirectory(const std::string& title, std::string& path);
 
-// The temporary folder, without a trailing delimiter, private to the running user.
+// The folder for this run's temporary files, without a trailing delimiter: closed to other users, gone after the run.
 QX_API std::string GetTemporaryPath();
 // This computer's name, in the letter case the system gives it.
 QX_API std::string MachineName();

@@ -20,6 +20,9 @@ class QX_API TQXWebDavClient {
   int port = 80;
   std::string userName;
   std::string password;
+  // How long a server may keep silent, while connecting and between two bytes, until an operation fails. The
+  // host's setting when the client is made, one minute where nobody set it.
+  int timeoutSeconds;
 
   // Each returns false on failure and tells why in GetErrorText.
   bool Connect();

@@ -1,6 +1,7 @@
 // The base of actions that run one program, and the builder of their command lines.
 #include "host/runtime/CommandLine.h"
 #include "host/runtime/CommandLineBuilder.h"
+#include "host/runtime/TestResults.h"
 
 namespace qx {
 namespace {
@@ -58,10 +59,12 @@ bool TQXExecuteAbstractAction::Execute() {
   const std::string executable = GetExecutable();
   const InterfacePtr<ICommandLineBuilder> builder = CreateCommandLineBuilder();
   if (!GetCommandLine(*builder)) return false;
+  const std::string startingFolder = GetStartingDir();
+  const ResultsFileWatch results(*this, startingFolder);
   InterfacePtr<IQXProcess> process;
   CreateQXProcess(process);
   process->SetExecutable(executable);
-  process->SetStartingDirectory(GetStartingDir());
+  process->SetStartingDirectory(startingFolder);
   process->SetParameters(builder->GetCommandLine());
   process->SetRedirectOutput(true);
   process->SetHideWindow(true);
@@ -74,6 +77,7 @@ bool TQXExecuteAbstractAction::Execute() {
     SendMessage(failure.Message());
     return false;
   }
+  if (const std::string summary = results.Report(); !summary.empty()) SendMessage(summary);
   if (exitCode == kTerminatedExitCode) {
     SendMessage("Action Terminated by User.");
     return false;

@@ -10,6 +10,8 @@ namespace {
 constexpr std::string_view kFramework = "Framework.";
 constexpr std::string_view kShare = "Unc.";
 constexpr std::string_view kRegistry = "Registry";
+constexpr std::string_view kWebDavTimeout = "WebDavTimeout";
+constexpr std::int32_t kLongestTimeout = 86400;
 
 bool BeginsWith(std::string_view name, std::string_view prefix) {
   return SameText(name.substr(0, prefix.size()), prefix);
@@ -28,6 +30,7 @@ bool IsShare(std::string_view text) {
 // The name as it is stored; empty: there is no such setting.
 std::string StoredName(std::string_view name) {
   if (SameText(name, kRegistry)) return std::string(kRegistry);
+  if (SameText(name, kWebDavTimeout)) return std::string(kWebDavTimeout);
   if (BeginsWith(name, kFramework) && IsFrameworkVersion(name.substr(kFramework.size()))) {
     return std::string(kFramework) + LowerCase(name.substr(kFramework.size()));
   }
@@ -35,6 +38,12 @@ std::string StoredName(std::string_view name) {
     return std::string(kShare) + std::string(name.substr(kShare.size()));
   }
   return {};
+}
+
+// What is no number of seconds is as good as none.
+int ReadTimeout(const std::string& value) {
+  const auto seconds = ToInteger(value);
+  return seconds && *seconds > 0 && *seconds <= kLongestTimeout ? *seconds : HostSettings().webDavTimeout;
 }
 
 HostSettings& Current() {
@@ -54,11 +63,13 @@ std::string CheckHostSettingName(std::string_view name) {
   std::string stored = StoredName(name);
   if (!stored.empty()) return stored;
   throw Exception("There is no host setting \"" + std::string(name) +
-                  "\"; the names are Framework.VERSION (Framework.v2.0), Unc.\\\\server\\share and Registry");
+                  "\"; the names are Framework.VERSION (Framework.v2.0), Unc.\\\\server\\share, Registry and "
+                  "WebDavTimeout");
 }
 
 bool IsHostSettingName(std::string_view name) {
-  return SameText(name, kRegistry) || BeginsWith(name, kFramework) || BeginsWith(name, kShare);
+  return SameText(name, kRegistry) || SameText(name, kWebDavTimeout) || BeginsWith(name, kFramework) ||
+         BeginsWith(name, kShare);
 }
 
 HostSettings HostSettings::From(std::span<const std::pair<std::string, std::string>> values) {
@@ -68,6 +79,8 @@ HostSettings HostSettings::From(std::span<const std::pair<std::string, std::stri
     if (value.empty() || name.empty()) continue;
     if (name == kRegistry) {
       settings.registryFile = value;
+    } else if (name == kWebDavTimeout) {
+      settings.webDavTimeout = ReadTimeout(value);
     } else if (name.starts_with(kFramework)) {
       settings.frameworks[name.substr(kFramework.size())] = value;
     } else {

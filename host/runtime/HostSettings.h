@@ -1,5 +1,5 @@
-// The host's own settings, kept in the options store beside the packages': the .NET framework table, where network
-// shares are mounted, and the registry's stand-in.
+// The host's own settings, kept in the options store beside the packages': the .NET framework table, where
+// network shares are mounted, and the registry's stand-in.
 #pragma once
 
 #include <map>
@@ -20,16 +20,20 @@ struct HostSettings {
   std::map<std::string, std::string> shares;
   // A .reg export; empty: none. Used outside Windows.
   std::string registryFile;
+  // Seconds that a web server may keep silent before a transfer fails.
+  int webDavTimeout = 60;
 
-  // From the names and values of the store. An empty value is as good as none; unknown names are passed over, for
-  // another version of the host may know them.
+  // From the names and values of the store. An empty value is as good as none; unknown names are passed over,
+  // for another version of the host may know them.
   static HostSettings From(std::span<const std::pair<std::string, std::string>> values);
 };
 
-// The name in the form in which it is stored ("Framework.v2.0", "Unc.\\server\share", "Registry"), its first part in
-// any letter case. Raises Exception for any other name, which tells what names there are.
+// The name in the form in which it is stored ("Framework.v2.0", "Unc.\\server\share", "Registry",
+// "WebDavTimeout"), its first part in any letter case. Raises Exception for any other name, which tells what
+// names there are.
 std::string CheckHostSettingName(std::string_view name);
-// Whether the name is meant for the host, right or wrong: it is Registry or begins with "Framework." or "Unc.".
+// Whether the name is meant for the host, right or wrong: it is Registry or WebDavTimeout or begins with
+// "Framework." or "Unc.".
 bool IsHostSettingName(std::string_view name);
 
 // "v" and digits with points between them: nothing that could lead into another folder.

@@ -21,16 +21,17 @@ TEST_F(Settings, NamesAreCheckedAndBroughtIntoForm) {
 }
 
 TEST_F(Settings, OtherNamesAreRefused) {
-  for (const std::string name : {"", "Framework", "Framework.", "Framework.2.0", "Framework.v", "Framework.v../x",
-                                 "Framework.v2.", "Unc.server\\share", "Unc.\\\\server", "Unc.\\\\server\\",
-                                 "Unc.\\\\server\\share\\sub", "Unc.\\\\\\share", "Registry2"}) {
+  for (const std::string name :
+       {"", "Framework", "Framework.", "Framework.2.0", "Framework.v", "Framework.v../x", "Framework.v2.",
+        "Unc.server\\share", "Unc.\\\\server", "Unc.\\\\server\\", "Unc.\\\\server\\share\\sub",
+        "Unc.\\\\\\share", "Registry2"}) {
     try {
       CheckHostSettingName(name);
       ADD_FAILURE() << name;
     } catch (const Exception& failure) {
       EXPECT_EQ(failure.Message(), "There is no host setting \"" + name +
                                        "\"; the names are Framework.VERSION (Framework.v2.0), "
-                                       "Unc.\\\\server\\share and Registry");
+                                       "Unc.\\\\server\\share, Registry and WebDavTimeout");
     }
   }
 }
@@ -43,8 +44,11 @@ TEST_F(Settings, KnowsWhichNamesAreMeantForTheHost) {
 }
 
 TEST_F(Settings, ComeFromTheStoresValues) {
-  const Values values{{"Framework.v2.0", "/opt/v2"}, {"Framework.v3.5", ""}, {"Unc.\\\\Server\\Web", "/mnt/web"},
-                      {"Registry", "/etc/machine.reg"}, {"Future", "unknown"}};
+  const Values values{{"Framework.v2.0", "/opt/v2"},
+                      {"Framework.v3.5", ""},
+                      {"Unc.\\\\Server\\Web", "/mnt/web"},
+                      {"Registry", "/etc/machine.reg"},
+                      {"Future", "unknown"}};
   const HostSettings settings = HostSettings::From(values);
   EXPECT_EQ(settings.frameworks, (std::map<std::string, std::string>{{"v2.0", "/opt/v2"}}));
   EXPECT_EQ(settings.shares, (std::map<std::string, std::string>{{"\\\\server\\web", "/mnt/web"}}));

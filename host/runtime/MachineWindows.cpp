@@ -1,19 +1,31 @@
-// The temporary folder and the name of this computer.
+// A private folder and the name of this computer.
 #include <windows.h>
 
+#include <atomic>
+
+#include "host/runtime/TemporaryFolder.h"
 #include "platform/Texts.h"
+#include "platform/WindowsText.h"
 #include "plugin/Qxutils.h"
 
 namespace qx {
 
-// Below the user's own profile, and so private already.
-std::string GetTemporaryPath() {
-  std::u16string folder(MAX_PATH + 1, u'\0');
-  const DWORD size = GetTempPathW(static_cast<DWORD>(folder.size()), reinterpret_cast<wchar_t*>(folder.data()));
-  if (size == 0 || size > folder.size()) throw Exception("The temporary folder cannot be found");
-  folder.resize(size);
-  while (folder.size() > 3 && (folder.back() == u'\\' || folder.back() == u'/')) folder.pop_back();
-  return ToUtf8(folder);
+// Below the user's own profile, whose rights it inherits: others may not enter.
+std::string MakePrivateFolder() {
+  std::u16string shared(MAX_PATH + 1, u'\0');
+  const DWORD size =
+      GetTempPathW(static_cast<DWORD>(shared.size()), reinterpret_cast<wchar_t*>(shared.data()));
+  if (size == 0 || size > shared.size()) throw Exception("The temporary folder cannot be found");
+  shared.resize(size);
+  static std::atomic<unsigned> count{0};
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    const std::string folder = ToUtf8(shared) + "qxhost-" + std::to_string(GetCurrentProcessId()) + "-" +
+                               std::to_string(GetTickCount64()) + "-" + std::to_string(++count);
+    if (CreateDirectoryW(system::ToWide(folder).c_str(), nullptr) != 0) return folder;
+    if (GetLastError() != ERROR_ALREADY_EXISTS) break;
+  }
+  throw Exception("Cannot make a temporary folder in " + ToUtf8(shared) + ": " +
+                  system::ErrorText(GetLastError()));
 }
 
 std::string MachineName() {

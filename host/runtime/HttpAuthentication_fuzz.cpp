@@ -1,0 +1,19 @@
+// Any text as a server's challenge: read to its end, and whatever is answered stays on one header line.
+#include <cstdlib>
+
+#include "host/runtime/HttpAuthentication.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const auto noHash = [](qx::HttpHash, std::string_view) { return std::string(32, '0'); };
+  for (const qx::HttpChallenge& challenge : qx::ParseChallenges(text)) {
+    if (challenge.scheme.empty()) std::abort();
+    const std::string header =
+        qx::DigestAuthorization(challenge, {"ann", "secret-text", "GET", "/a", "cn", 1}, noHash);
+    if (!header.empty() && !header.starts_with("Digest ")) std::abort();
+    if (header.find_first_of("\r\n") != std::string::npos) std::abort();
+    if (header.find("secret-text") != std::string::npos && text.find("secret-text") == std::string_view::npos)
+      std::abort();
+  }
+  return 0;
+}
