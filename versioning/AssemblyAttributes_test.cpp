@@ -240,6 +240,15 @@ TEST(AssemblyStampMissing, CodeZeroOpensEntriesWithoutAModel) {
   EXPECT_EQ(StampText("", kTitle), std::string(1, '\0') + ": AssemblyTitle(\"T\")\r\n");
 }
 
+// Deliberate, as a consequence of the two before: what was added is no attribute line, so every run adds it
+// again.
+TEST(AssemblyStampMissing, EntriesThatAreNoAttributeLinesComeAgain) {
+  const std::string once = StampText("x\r\n", kTitle);
+  EXPECT_EQ(StampText(once, kTitle), once + std::string(1, '\0') + ": AssemblyTitle(\"T\")\r\n");
+  const std::string slash = StampText("// [assembly: X]\r\n", kTitle);
+  EXPECT_EQ(StampText(slash, kTitle), slash + "/: AssemblyTitle(\"T\")\r\n");
+}
+
 TEST(AssemblyStampMissing, ALineWithoutParenthesisGivesItsFirstCharacterOnly) {
   EXPECT_EQ(StampText("<Assembly: X(\"x\")>\r\n[assembly: CLSCompliant]\r\n", kTitle),
             "<Assembly: X(\"x\")>\r\n[assembly: CLSCompliant]\r\n[Assembly: AssemblyTitle(\"T\")>\r\n");

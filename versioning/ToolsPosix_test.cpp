@@ -1,0 +1,148 @@
+// What we stamped, in the hands of tools that are not ours: the resource compiler, the C# compiler, a
+// disassembler.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <iostream>
+
+#include "platform/Texts.h"
+#include "versioning/TestFolder.h"
+
+namespace qx {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool Succeeds(const std::string& command) { return std::system((command + " >/dev/null 2>&1").c_str()) == 0; }
+bool HasTool(const std::string& name) { return Succeeds("command -v " + name); }
+std::string Quoted(const std::string& text) { return "'" + text + "'"; }
+
+const std::string kWindres = "x86_64-w64-mingw32-windres";
+const std::string kStamp = std::string(QX_BINARY_DIR) + "/stamp_once";
+const fs::path kCorpus = fs::path(QX_SOURCE_DIR).parent_path() / "shared" / "corpus";
+
+void CopyWritable(const fs::path& from, const fs::path& to) {
+  fs::copy_file(from, to);
+  fs::permissions(to, fs::perms::owner_all);
+}
+
+// The version resource of a compiled script, as the resource compiler itself writes it down again; blanks and
+// line ends drawn together, letters in upper case.
+std::string Decompiled(const TestFolder& folder, const std::string& script) {
+  const std::string compiled = folder.Path("out.res"), text = folder.Path("out.txt");
+  if (!Succeeds("cd " + Quoted(folder.Path("")) + " && " + kWindres + " " + script + " -O res -o " +
+                compiled)) {
+    return "not accepted";
+  }
+  if (!Succeeds(kWindres + " " + compiled + " -O rc -o " + text)) return "not read back";
+  std::string drawn;
+  for (const char c : UpperCase(folder.Read("out.txt"))) {
+    const bool blank = c == ' ' || c == '\n' || c == '\r' || c == '\t';
+    if (!blank) drawn += c;
+    if (blank && !drawn.empty() && drawn.back() != ' ') drawn += ' ';
+  }
+  return drawn;
+}
+
+TEST(Tools, TheResourceCompilerSeesEveryNumberFlagStringLanguageAndPage) {
+  if (!HasTool(kWindres)) GTEST_SKIP() << kWindres << " is not installed";
+  const TestFolder folder;
+  folder.Write("App.rc",
+               "STRINGTABLE\nBEGIN\n1 \"kept\"\nEND\n1 VERSIONINFO\nFILEVERSION 1,0,0,0\nBEGIN\nEND\n");
+  ASSERT_TRUE(Succeeds(kStamp + " rc " + folder.Path("App.rc")));
+  const std::string text = Decompiled(folder, "App.rc");
+  for (const std::string part :
+       {"FILEVERSION 7, 6, 5, 4", "PRODUCTVERSION 7, 6, 5, 4", "FILEFLAGSMASK 0X3F", "FILEFLAGS 0X2B",
+        "FILEOS 0X40004", "FILETYPE 0X2", "BLOCK \"040904B0\"", "VALUE \"COMPANYNAME\", \"ACME",
+        "VALUE \"FILEVERSION\", \"7.6.5.4", "VALUE \"LEGALCOPYRIGHT\", \"(C) $1 & \\\\ 100%",
+        "VALUE \"PRODUCTVERSION\", \"7.6", "VALUE \"TRANSLATION\", 0X409, 1200", "\"KEPT\""}) {
+    EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
+  }
+}
+
+TEST(Tools, ScriptsThatWereAcceptedStayAccepted) {
+  if (!HasTool(kWindres)) GTEST_SKIP() << kWindres << " is not installed";
+  if (!fs::exists(kCorpus)) GTEST_SKIP() << "no files at " << kCorpus;
+  int accepted = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(kCorpus)) {
+    const std::string extension = LowerCase(entry.path().extension().string());
+    if (extension != ".rc" && extension != ".rc2") continue;
+    const TestFolder folder;
+    CopyWritable(entry.path(), folder.Path("App.rc"));
+    // The headers that such scripts include, empty but for the one name they need.
+    for (const char* header :
+         {"afxres.h", "resource.h", "Resource.h", "windows.h", "winres.h", "winresrc.h"}) {
+      folder.Write(header, "#define VS_VERSION_INFO 1\n#define IDC_STATIC -1\n");
+    }
+    if (!Succeeds("cd " + folder.Path("") + " && " + kWindres + " App.rc -O res -o before.res")) continue;
+    if (!Succeeds(kStamp + " rc " + folder.Path("App.rc"))) continue;  // a block of another form
+    ++accepted;
+    const bool after = Succeeds("cd " + folder.Path("") + " && " + kWindres + " App.rc -O res -o after.res");
+    // Conditions around the block's head belong to the block and go with it.
+    const std::string old = folder.Read("App.rc.orig");
+    const std::size_t head = old.find("VERSIONINFO");
+    const bool conditional =
+        old.substr(head, old.find("BEGIN", head) - head).find("#else") != std::string::npos;
+    EXPECT_TRUE(after || conditional) << entry.path();
+    if (!after) std::cout << "accepted before, not after: " << entry.path() << "\n";
+  }
+  std::cout << accepted << " scripts stamped and compiled\n";
+  EXPECT_GT(accepted, 0);
+}
+
+// A project with one AssemblyInfo file and its solution.
+void WriteSolution(const TestFolder& folder, const std::string& info) {
+  folder.Write(
+      "All.sln",
+      "Microsoft Visual Studio Solution File, Format Version 8.00\r\n"
+      "Project(\"{FAE04EC0-301F-11D3-BF4B-00C04F79EFBC}\") = \"P\", \"P.csproj\", \"{1}\"\r\nGlobal\r\n"
+      "EndGlobal\r\n");
+  folder.Write("P.csproj", "Include=\"" + info + "\"");
+}
+
+TEST(Tools, TheCompilerPutsTheStampedVersionIntoTheAssembly) {
+  if (!HasTool("mcs") || !HasTool("monodis")) GTEST_SKIP() << "mcs or monodis is not installed";
+  const TestFolder folder;
+  WriteSolution(folder, "AssemblyInfo.cs");
+  folder.Write("AssemblyInfo.cs",
+               "using System.Reflection;\n// [assembly: AssemblyVersion(\"9.9\")]\n"
+               "[assembly: AssemblyTitle(\"x\")]\n[assembly:AssemblyVersion( \"1.0.*\" )]\n");
+  ASSERT_TRUE(Succeeds(kStamp + " solution " + folder.Path("All.sln")));
+  ASSERT_TRUE(
+      Succeeds("mcs -target:library -out:" + folder.Path("a.dll") + " " + folder.Path("AssemblyInfo.cs")));
+  ASSERT_TRUE(
+      std::system(("monodis --assembly " + folder.Path("a.dll") + " >" + folder.Path("a.txt")).c_str()) == 0);
+  const std::string text = folder.Read("a.txt");
+  const std::size_t at = text.find("Version:");
+  EXPECT_EQ(Trim(text.substr(at + 8, text.find('\n', at) - at - 8)), "7.6.5.4");
+}
+
+// Every fifteenth file, for the compiler takes half a second for each.
+TEST(Tools, AssemblyInfoFilesThatWereAcceptedStayAccepted) {
+  if (!HasTool("mcs")) GTEST_SKIP() << "mcs is not installed";
+  if (!fs::exists(kCorpus)) GTEST_SKIP() << "no files at " << kCorpus;
+  std::set<fs::path> files;
+  for (const auto& entry : fs::recursive_directory_iterator(kCorpus)) {
+    if (LowerCase(entry.path().filename().string()) == "assemblyinfo.cs") files.insert(entry.path());
+  }
+  int index = 0, accepted = 0;
+  for (const fs::path& path : files) {
+    if (index++ % 15 != 0) continue;
+    const TestFolder folder;
+    WriteSolution(folder, "AssemblyInfo.cs");
+    CopyWritable(path, folder.Path("AssemblyInfo.cs"));
+    const std::string compile =
+        "mcs -target:library -out:" + folder.Path("a.dll") + " " + folder.Path("AssemblyInfo.cs");
+    if (!Succeeds(compile)) continue;
+    ++accepted;
+    ASSERT_TRUE(Succeeds(kStamp + " solution " + folder.Path("All.sln"))) << path;
+    const std::string text = folder.Read("AssemblyInfo.cs");
+    // A model that is a comment opens added entries with its "/".
+    const bool commentLast = text.find("\r\n/assembly: ") != std::string::npos;
+    EXPECT_TRUE(commentLast || Succeeds(compile)) << path;
+  }
+  EXPECT_GT(accepted, 0);
+}
+
+}  // namespace
+}  // namespace qx
