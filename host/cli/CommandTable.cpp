@@ -32,6 +32,8 @@ constexpr std::array kRunOptions{
     OptionRow{"--log", "STYLE", ValueKind::Choice, kLogStyles, false, "how the log is written: text or json"},
     OptionRow{"--log-file", "FILE", ValueKind::File, {}, false, "write the log into this file too"},
     OptionRow{"--no-save", "", ValueKind::None, {}, false, "do not save the actions' properties afterwards"},
+    OptionRow{"--dry-run", "", ValueKind::None, {}, false,
+              "change nothing; show the programs that would run and a diff of the files that would change"},
     OptionRow{"--timeout", "SECONDS", ValueKind::Seconds, {}, false, "stop the build after this time"},
 };
 constexpr std::array kValidateOptions{kSet};
@@ -59,7 +61,9 @@ constexpr std::array kCommands{
                "order until one fails.\n"
                "The actions' properties, raised numbers among them, are saved whatever the outcome. Ctrl-C, SIGTERM and "
                "the time-out end the running action and its programs. Relative paths are taken from the build project's "
-               "folder. A second run of the same file is refused while one is going on.",
+               "folder. A second run of the same file is refused while one is going on.\n"
+               "A dry run does everything up to the programs and writes nothing. Its diff names files as seen from the "
+               "build project's folder: apply it there with patch -p1.",
                "qxhost run nightly.xml --set CONFIG=Release --timeout 3600",
                "builds with one variable replaced, for an hour at most", RunProject},
     CommandRow{"validate", kRunOperands, kValidateOptions, "check a build project without running it",

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "host/cli/Commands.h"
+#include "host/cli/DryRun.h"
 #include "host/cli/Session.h"
 #include "host/runtime/HostProgram.h"
 #include "host/runtime/Runner.h"
@@ -10,6 +11,8 @@
 
 namespace qx::cli {
 namespace {
+
+constexpr int kUsageError = 2;
 
 // The right to change the project. A run that saves nothing does without where nobody may write.
 std::unique_ptr<FileLock> LockForRun(const std::string& file, bool saves) {
@@ -28,56 +31,75 @@ std::optional<std::chrono::milliseconds> TimeoutOf(const Invocation& invocation)
   return std::chrono::milliseconds(static_cast<long long>(std::ceil(ToSeconds(*text).value_or(0) * 1000)));
 }
 
-void SaveAfterwards(OpenProject& project, Catalogue& catalogue, bool& failed) {
+// True when everything was saved; complains otherwise.
+bool SaveAfterwards(OpenProject& project, bool dry) {
   try {
     for (const std::string& warning : project.Save()) Session::Warn(warning);
-    catalogue.SaveOptions();
+    if (!dry) TheCatalogue().SaveOptions();
+    return true;
   } catch (const Exception& fault) {
     Session::Complain(fault.Message());
-    failed = true;
+    return false;
   }
 }
+
+// The log's way out: standard output, and a file when one is named.
+class RunLog {
+ public:
+  RunLog(const Session& session, const Invocation& invocation) {
+    const LogStyle style = invocation.Value("--log").value_or("text") == "json" ? LogStyle::Json : LogStyle::Text;
+    Add(std::make_unique<StreamSink>(LogFile::StandardOutput(), style, session.Colour()));
+    const auto path = invocation.Value("--log-file");
+    if (path) Add(std::make_unique<StreamSink>(LogFile::Create(*path), style, ColourChoice::Never));
+  }
+  ActionLog& Log() { return log_; }
+  // Hands on what is left and complains about what could not be written.
+  void Finish() {
+    log_.Flush();
+    for (const StreamSink* sink : sinks_) {
+      if (!sink->Error().empty()) Session::Complain("part of the log is lost: " + sink->Error());
+    }
+  }
+
+ private:
+  void Add(std::unique_ptr<StreamSink> sink) {
+    sinks_.push_back(sink.get());
+    log_.AddSink(std::move(sink));
+  }
+  ActionLog log_;
+  std::vector<const StreamSink*> sinks_;
+};
 
 }  // namespace
 
 int RunProject(Session& session, const Invocation& invocation) {
   const std::string file = ExpandPath("", invocation.operands[0]);
   const bool saves = !invocation.Has("--no-save");
-  const LogStyle style = invocation.Value("--log").value_or("text") == "json" ? LogStyle::Json : LogStyle::Text;
+  const bool dry = invocation.Has("--dry-run");
   if (!FileExists(file)) throw Exception("Cannot read " + file + ": there is no such file");
-  const std::unique_ptr<FileLock> lock = LockForRun(file, saves);
+  const std::unique_ptr<FileLock> lock = dry ? nullptr : LockForRun(file, saves);
 
-  ActionLog log;
-  std::vector<const StreamSink*> sinks;
-  const auto add = [&](LogFile target, ColourChoice colour) {
-    LogSink& sink = log.AddSink(std::make_unique<StreamSink>(std::move(target), style, colour));
-    sinks.push_back(static_cast<const StreamSink*>(&sink));
-  };
-  add(LogFile::StandardOutput(), session.Colour());
-  if (const auto path = invocation.Value("--log-file")) add(LogFile::Create(*path), ColourChoice::Never);
-
-  OpenProject project = session.Open(file, invocation, &log);
+  RunLog log(session, invocation);
+  OpenProject project = session.Open(file, invocation, &log.Log());
   SetCurrentFolder(FolderPart(file));
+  std::optional<DryRun> rehearsal;
+  if (dry) rehearsal.emplace();
   StopRequests requests;
-  Runner runner(project, log, session.Stopping());
+  Runner runner(project, log.Log(), session.Stopping());
   RunOutcome outcome = runner.Validate();
-  bool saveFailed = false;
+  bool saved = true;
   if (outcome == RunOutcome::Succeeded) {
     if (project.ActionCount() == 0) Session::Warn(file + " holds no action");
     outcome = runner.Execute(requests, TimeoutOf(invocation));
-    log.Flush();
-    if (saves) SaveAfterwards(project, TheCatalogue(), saveFailed);
-    if (outcome == RunOutcome::Stopped) {
-      const bool timeOut = runner.StoppedBy() == StopRequests::Event::TimeOut;
-      Session::Complain(file + (timeOut ? ": stopped by the time-out" : ": stopped by the user"));
-    }
+    if (saves) saved = SaveAfterwards(project, dry);
   }
-  log.Flush();
-  for (const StreamSink* sink : sinks) {
-    if (!sink->Error().empty()) Session::Complain("part of the log is lost: " + sink->Error());
+  log.Finish();
+  if (rehearsal) session.Print(rehearsal->Report(FolderPart(file)));
+  if (outcome == RunOutcome::Stopped) {
+    const bool timeOut = runner.StoppedBy() == StopRequests::Event::TimeOut;
+    Session::Complain(file + (timeOut ? ": stopped by the time-out" : ": stopped by the user"));
   }
-  if (saveFailed && outcome == RunOutcome::Succeeded) return 2;
-  return static_cast<int>(outcome);
+  return outcome == RunOutcome::Succeeded && !saved ? kUsageError : static_cast<int>(outcome);
 }
 
 int ValidateProject(Session& session, const Invocation& invocation) {

@@ -129,6 +129,23 @@ TEST_F(RunCommand, RunsInTheProjectsFolder) {
   EXPECT_TRUE(Exists("log.txt"));  // names on the command line are the caller's
 }
 
+TEST_F(RunCommand, ADryRunShowsEverythingAndChangesNothing) {
+  Project("p.xml", {{"Deed=tdWrite", "Text=new"}, {"Deed=tdRun", "Lines=/no/such program;-a \"b c\""}});
+  Write("tiny.txt", "old\n");
+  const std::string before = Content("p.xml");
+  const auto time = std::filesystem::last_write_time(folder_ / "tiny.txt");
+  const auto folderTime = std::filesystem::last_write_time(folder_);
+  const auto result = Host({"run", "p.xml", "--dry-run"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_TRUE(Holds(result.out, "--- a/tiny.txt\n+++ b/tiny.txt\n@@ -1,1 +1,1 @@\n-old\n+new\n")) << result.out;
+  EXPECT_TRUE(Holds(result.out, "    \"/no/such program\" -a \"b c\"\n")) << result.out;
+  EXPECT_TRUE(Holds(result.out, "-      <Property name=\"Count\">0</Property>\n")) << result.out;
+  EXPECT_EQ(Content("tiny.txt"), "old\n");
+  EXPECT_EQ(Content("p.xml"), before);
+  EXPECT_EQ(std::filesystem::last_write_time(folder_ / "tiny.txt"), time);
+  EXPECT_EQ(std::filesystem::last_write_time(folder_), folderTime);
+}
+
 TEST_F(RunCommand, ASecondRunSaysWhoHoldsTheProject) {
   Project("p.xml", {{"Deed=tdSleep", "Seconds=2"}});
   test::ProgramResult first;

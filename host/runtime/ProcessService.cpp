@@ -1,6 +1,7 @@
 // The contract's face of child processes: IQXProcess only stores what it is told, Execute runs a
 // ChildProcess.
 #include "host/runtime/ChildProcess.h"
+#include "host/runtime/ProcessRehearsal.h"
 
 namespace qx {
 namespace {
@@ -22,6 +23,7 @@ class Process final : public Implements<IQXProcess> {
 };
 
 int Process::Execute() {
+  if (TakeDownForRehearsal({child_.executable, child_.directory, child_.parameters})) return 0;
   ChildProcess child = child_;
   if (callback_ != nullptr) {
     child.delivery = callback_->RequiresSync() ? Delivery::kCallingThread : Delivery::kReaderThreads;

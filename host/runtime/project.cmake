@@ -5,6 +5,7 @@ target_sources(qx_runtime PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/OpenProject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/OptionsStore.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PackageLoader.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ProcessRehearsal.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Runner.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SharedLibrary${system}.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StopRequests${system}.cpp
@@ -19,6 +20,7 @@ qx_tests(project_tests
   SOURCES
     BuildProject_test.cpp
     OptionsStore_test.cpp
+    PackageLoader_test.cpp
     XmlFile_test.cpp
   LINKS qx_runtime)
 

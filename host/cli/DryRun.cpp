@@ -1,0 +1,59 @@
+#include "host/cli/DryRun.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "host/cli/UnifiedDiff.h"
+#include "host/runtime/CommandLine.h"
+#include "platform/Paths.h"
+#include "platform/Texts.h"
+
+namespace qx::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path ToPath(const std::string& name) {
+  return IsValidUtf8(name) ? fs::path(std::u8string(name.begin(), name.end())) : fs::path(name);
+}
+
+// The file as it is on disk, past what the dry run has recorded; none when there is no file.
+std::optional<std::string> BytesOnDisk(const std::string& path) {
+  std::ifstream file(ToPath(path), std::ios::binary);
+  if (!file) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+// The folder with links followed, as the recorded paths have it.
+std::string RealFolder(const std::string& folder) {
+  std::error_code error;
+  const fs::path real = fs::canonical(ToPath(folder), error);
+  if (error) return WithTrailingDelimiter(folder);
+  const std::u8string name = real.u8string();
+  return WithTrailingDelimiter(std::string(name.begin(), name.end()));
+}
+
+std::string NameInDiff(const std::string& path, const std::string& folder) {
+  std::string name = path.starts_with(folder) ? path.substr(folder.size()) : path;
+  std::replace(name.begin(), name.end(), '\\', '/');
+  return name.substr(std::min(name.find_first_not_of('/'), name.size()));
+}
+
+}  // namespace
+
+std::string DryRun::Report(const std::string& folder) const {
+  std::string report;
+  for (const ProcessRehearsal::Command& command : processes_.Commands()) {
+    report += "Would run in " + command.directory + ":\n    " + QuoteArgument(command.executable) + " " +
+              command.parameters + "\n";
+  }
+  const std::string real = RealFolder(folder);
+  for (const WriteCapture::Change& change : writes_.Changes()) {
+    report += UnifiedDiff(NameInDiff(change.path, real), BytesOnDisk(change.path), change.bytes);
+  }
+  return report;
+}
+
+}  // namespace qx::cli
