@@ -170,17 +170,16 @@ struct RunningChild::System {
   void SignalTree(const std::vector<pid_t>& tree, int signal) const;
 };
 
-// Keeps the end to read from; the other, for the child, is the result.
+// Keeps the end to read from; the other, for the child, is the result. In a host without standard streams a
+// pipe may get their numbers; the end to read from gets the lower one, so the other is never 0, and error's
+// never 1: what the child does to its streams, in their order, does not run over what it still needs.
 Descriptor RunningChild::System::OpenPipe(OutputStream stream) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) {
     throw Exception("Cannot start \"" + executable + "\": " + Reason(errno));
   }
   PipeOf(stream).read_end = Descriptor(ends[0]);
-  Descriptor write_end(ends[1]);
-  if (write_end.get() > STDERR_FILENO) return write_end;
-  // A host without standard streams gets their numbers here, and the child's dup2 would run over them.
-  return Descriptor(fcntl(write_end.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  return Descriptor(ends[1]);
 }
 
 void RunningChild::System::Start(const ChildProcess& what) {

@@ -198,6 +198,23 @@ TEST_F(ChildProcessPosix, SignalsArriveInTheChildAsEver) {
   EXPECT_EQ(by_int, 128 + SIGINT);
 }
 
+TEST_F(ChildProcessPosix, StopEndsAnOrphanWithoutEnvironmentInTheSameSession) {
+  TEvent stop;
+  child_.stop = &stop;
+  const std::string pulse = folder_ + "/pulse";
+  child_.parameters = "no-environment spawn:3 spawn:1 beat:" + pulse + " exit:0 sleep:60000";
+  const auto size = [&] { return fs::exists(pulse) ? fs::file_size(pulse) : 0; };
+  std::thread stopper([&] {
+    while (size() == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    stop.SetEvent();
+  });
+  EXPECT_EQ(child_.Run(), kTerminatedExitCode);
+  stopper.join();
+  const auto before = size();
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+  EXPECT_EQ(size(), before);
+}
+
 // A daemon without parents, session and environment is out of reach, but must not hold up the stop, and what
 // it wrote before arrives without additions.
 TEST_F(ChildProcessPosix, AStreamHeldFromOutsideTheTreeDoesNotHoldUpTheStop) {

@@ -10,6 +10,7 @@
 #include <set>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "host/runtime/CommandLine.h"
 
@@ -195,6 +196,23 @@ TEST(ChildProcess, OnTheCallingThreadAllLinesComeThere) {
   EXPECT_EQ(last, "last");
 }
 
+TEST(ChildProcess, OnTheCallingThreadASlowReceiverHoldsUpTheChild) {
+  const Pulse pulse("qx-slow-");
+  ChildProcess child = Child({"spawn:2", "flood:4000000", pulse.Order()});
+  child.delivery = Delivery::kCallingThread;
+  TEvent stop;
+  child.stop = &stop;
+  std::uintmax_t beats = 1;
+  child.on_output = [&, first = true](std::string_view) mutable {
+    if (!std::exchange(first, false)) return;
+    std::this_thread::sleep_for(milliseconds(600));
+    beats = pulse.Size();
+    stop.SetEvent();
+  };
+  EXPECT_EQ(child.Run(), kTerminatedExitCode);
+  EXPECT_EQ(beats, 0u) << "four megabytes went somewhere";
+}
+
 TEST(ChildProcess, SeveralRunAtTheSameTime) {
   std::array<Result, 4> results;
   std::vector<std::thread> threads;
@@ -356,6 +374,9 @@ TEST(ChildProcess, IfStopIsSignalledBeforehandNothingIsStarted) {
   EXPECT_EQ(child.Run(), kTerminatedExitCode);
   EXPECT_EQ(pulse.Size(), 0u);
   EXPECT_FALSE(stop.WaitFor(0)) << "the signal was not consumed";
+  stop.SetEvent();
+  child.executable = "no/such/program";
+  EXPECT_EQ(child.Run(), kTerminatedExitCode) << "not even looked for";
 }
 
 TEST(ChildProcess, ARunThatEndsByItselfLeavesTheStopEventAlone) {

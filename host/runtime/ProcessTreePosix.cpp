@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <optional>
 #include <string_view>
+#include <unordered_set>
 
 namespace qx {
 namespace {
@@ -71,14 +72,15 @@ std::vector<Process> AllProcesses() {
 
 // Children of members are members, to any depth.
 void SpreadToChildren(std::vector<Process>& all) {
+  std::unordered_set<pid_t> members;
+  for (const Process& process : all) {
+    if (process.member) members.insert(process.pid);
+  }
   for (bool grown = true; grown;) {
     grown = false;
     for (Process& process : all) {
-      if (process.member) continue;
-      process.member = std::any_of(all.begin(), all.end(), [&](const Process& other) {
-        return other.member && other.pid == process.parent;
-      });
-      grown = grown || process.member;
+      if (process.member || !members.contains(process.parent)) continue;
+      process.member = grown = members.insert(process.pid).second;
     }
   }
 }
