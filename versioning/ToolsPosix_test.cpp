@@ -69,11 +69,11 @@ TEST(Tools, ScriptsThatWereAcceptedStayAccepted) {
     if (extension != ".rc" && extension != ".rc2") continue;
     const TestFolder folder;
     CopyWritable(entry.path(), folder.Path("App.rc"));
-    // The headers that such scripts include, empty but for the one name they need.
-    for (const char* header :
-         {"afxres.h", "resource.h", "Resource.h", "windows.h", "winres.h", "winresrc.h"}) {
-      folder.Write(header, "#define VS_VERSION_INFO 1\n#define IDC_STATIC -1\n");
+    // The headers of the scripts' own environment, made of those that this compiler brings along.
+    for (const char* header : {"afxres.h", "winres.h", "winresrc.h"}) {
+      folder.Write(header, "#include <windows.h>\n#define IDC_STATIC (-1)\n");
     }
+    for (const char* header : {"resource.h", "Resource.h"}) folder.Write(header, "");
     if (!Succeeds("cd " + folder.Path("") + " && " + kWindres + " App.rc -O res -o before.res")) continue;
     if (!Succeeds(kStamp + " rc " + folder.Path("App.rc"))) continue;  // a block of another form
     ++accepted;

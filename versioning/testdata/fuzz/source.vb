@@ -1,0 +1,2 @@
+<Assembly: AssemblyTitle("x")> _
+' <Assembly: AssemblyVersion("1.0.*")>

@@ -1,0 +1,4 @@
+[assembly: AssemblyTitle("x
+[assembly: AssemblyTitle(
+[assembly: X
+assembly:
