@@ -131,10 +131,13 @@ TEST_F(BuildRun, ExpandsNestedVariables) {
 }
 
 TEST_F(BuildRun, TakesEachVersionsFolder) {
-  options->SetDevEnvLocation("  " + Path("vs") + " ");
-  options->SetDevEnv2003Location(Path("vs/"));
-  options->SetDevEnv2005Location(Path("vs"));
-  for (const TVSDotNetVersion version : {vs2002, vs2003, vs2005}) {
+  using Setter = void (IQXVSDotNetOptions::*)(const std::string&);
+  const std::pair<TVSDotNetVersion, Setter> rows[] = {{vs2002, &IQXVSDotNetOptions::SetDevEnvLocation},
+                                                      {vs2003, &IQXVSDotNetOptions::SetDevEnv2003Location},
+                                                      {vs2005, &IQXVSDotNetOptions::SetDevEnv2005Location}};
+  for (const auto& [version, set] : rows) {
+    for (const auto& [other, clear] : rows) (options.get()->*clear)("C:\\elsewhere");
+    (options.get()->*set)(" \t" + Path(version == vs2003 ? "vs/" : "vs") + " ");
     Use(version);
     ExpectRun(true, Running(devenv(), R"(/build "Debug" ")" + solution() + '"'));
   }
