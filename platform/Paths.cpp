@@ -62,6 +62,10 @@ std::string WithTrailingDelimiter(std::string_view path) {
 bool IsAbsolute(std::string_view path) { return system::RootLength(path) > 0; }
 
 std::string ExpandPath(std::string_view base, std::string_view relative) {
+  const auto mounted_relative = system::Mounted(relative);
+  const auto mounted_base = system::Mounted(base);
+  if (mounted_relative) relative = *mounted_relative;
+  if (mounted_base) base = *mounted_base;
   std::string current;  // keeps what pieces[0] may point to
   std::string_view pieces[] = {relative, {}, {}};
   const bool rooted_only = NativeDelimiter() == '\\' && system::RootLength(relative) == 1;  // "\x": no drive

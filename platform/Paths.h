@@ -2,6 +2,7 @@
 // outside Windows a name that does not match exactly is looked up without regard to case, folder by folder.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,6 +37,11 @@ std::string ExpandPath(std::string_view base, std::string_view relative);
 // be looked up without regard to case, in the case it has on disk; empty when nothing of that name exists.
 // Of several names that differ in case only the exact one wins, else the first in byte order.
 std::string FindExisting(const std::string& path);
+
+// Outside Windows: the folders where network shares are mounted, by "\\server\share" in lower case. Wherever this
+// and Files.h take a path, one that begins with a share (delimiters of either kind, letter case aside) then means
+// the folder. On Windows it changes nothing. To be called before the threads that ask.
+void SetShares(std::map<std::string, std::string> shares);
 
 // FindExisting for many paths at once: a path that exists as it is written costs one question to the system;
 // only after a miss are folders listed, each once. One thread; what changes on disk meanwhile may go unseen.

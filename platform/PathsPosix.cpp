@@ -29,9 +29,28 @@ bool Exists(const std::string& path, Wanted wanted) {
   return wanted == Wanted::kAny || !S_ISDIR(status.st_mode);
 }
 
+std::map<std::string, std::string>& MountedShares() {
+  static std::map<std::string, std::string> shares;
+  return shares;
+}
+
 }  // namespace
 
+void SetShares(std::map<std::string, std::string> shares) { MountedShares() = std::move(shares); }
+
 namespace system {
+
+std::optional<std::string> Mounted(std::string_view path) {
+  if (MountedShares().empty() || path.size() < 2 || !IsDelimiter(path[0]) || !IsDelimiter(path[1])) return {};
+  const auto server = std::find_if(path.begin() + 2, path.end(), IsDelimiter);
+  if (server == path.end()) return {};
+  const auto share = std::find_if(server + 1, path.end(), IsDelimiter);
+  std::string name = LowerCase(std::string_view(path.begin(), share));
+  std::replace(name.begin(), name.end(), '/', '\\');
+  const auto found = MountedShares().find(name);
+  if (found == MountedShares().end()) return {};
+  return found->second + std::string(share, path.end());
+}
 
 std::string CurrentFolder() {
   std::string folder(256, '\0');
@@ -98,7 +117,7 @@ struct PathFinder::Cache {
 
   bool Find(std::string& path, Wanted wanted) {
     if (path.empty() || path.find('\0') != std::string::npos) return false;
-    std::string native = path;
+    std::string native = system::Mounted(path).value_or(path);
     std::replace(native.begin(), native.end(), '\\', '/');
     if (Exists(native, wanted)) {
       path = std::move(native);

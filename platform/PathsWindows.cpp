@@ -29,7 +29,12 @@ DWORD Attributes(const std::string& path) {
 
 }  // namespace
 
+// Shares are the system's own here.
+void SetShares(std::map<std::string, std::string>) {}
+
 namespace system {
+
+std::optional<std::string> Mounted(std::string_view) { return {}; }
 
 std::string CurrentFolder() {
   std::wstring folder(32768, L'\0');

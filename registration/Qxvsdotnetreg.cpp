@@ -12,8 +12,8 @@ namespace {
 
 // In the order in which units start: what a unit builds on stands above it.
 TQXUnit g_units[] = {
-    {"Vsnetsln", 0},         {"Qxvsdotnetoptions", 0}, {"Qxvc7versioninfo", 0}, {"Qxassemblyinfo", 0},
-    {"Qxvsdotnetaction", 0}, {"Qxmstestaction", 0},    {"Qxvsdotnetreg", 0},
+    {"Vsnetsln", 0},       {"Qxvsdotnetoptions", 0}, {"Qxvc7versioninfo", 0}, {"Qxresolveiisdirectory", 0},
+    {"Qxassemblyinfo", 0}, {"Qxvsdotnetaction", 0},  {"Qxmstestaction", 0},   {"Qxvsdotnetreg", 0},
 };
 
 // The host's own editor: opens the action's first property page.

@@ -10,8 +10,8 @@
 #include "plugin/Qxutils.h"
 #include "solution/Vsnetsln.h"
 #include "versioning/AssemblyAttributes.h"
-#include "versioning/LocateWebProject.h"
 #include "versioning/SourceText.h"
+#include "versioning/WebProjects.h"
 
 namespace qx {
 namespace {
@@ -59,20 +59,21 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
   void Process(const std::vector<std::string>& ids) {
     Log(std::to_string(ids.size()) + " projects to process.");
     const auto projects = solution_->GetProjects();
+    WebProjects webProjects(location_);
     for (const std::string& id : ids) {
       const auto project = projects->FindByGUID(id);
       if (project.get() == nullptr) {
         Log("ProjectID : " + id + " - not found in solution");
         continue;
       }
-      ProcessProject(project->GetPath());
+      ProcessProject(project->GetPath(), webProjects);
     }
   }
 
-  void ProcessProject(const std::string& path) {
+  void ProcessProject(const std::string& path, WebProjects& webProjects) {
     const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
     const std::string file =
-        isWeb ? LocateWebProject(path, location_) : ExpandRelativePath(solutionFolder_, path);
+        isWeb ? webProjects.FindProjectFile(path) : ExpandRelativePath(solutionFolder_, path);
     if (!FileExists(file)) throw Exception("ERROR : Unable to find : " + file);
     Log("Processing Project File : " + file);
 
@@ -80,7 +81,13 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     const std::string bytes = ReadFile(file);
     const std::string reference = AssemblyInfoReference(DecodeText(bytes, decoded));
     if (reference.empty()) return;
-    ProcessFile(ExpandRelativePath(FolderPart(file), reference), LowerCase(ExtensionOf(reference)));
+    if (!isWeb || !webProjects.AreFetched()) {
+      ProcessFile(ExpandRelativePath(FolderPart(file), reference), LowerCase(ExtensionOf(reference)));
+      return;
+    }
+    const std::string fetched = webProjects.Fetch(reference);
+    ProcessFile(fetched, ExtensionOf(fetched));
+    webProjects.Put(fetched, reference);
   }
 
   void ProcessFile(const std::string& path, const std::string& extension) {

@@ -1,6 +1,7 @@
 // Names and values of the host's settings.
 #include "host/runtime/HostSettings.h"
 
+#include "platform/Paths.h"
 #include "platform/Registry.h"
 #include "platform/Texts.h"
 
@@ -92,6 +93,7 @@ HostSettings HostSettings::From(std::span<const std::pair<std::string, std::stri
 
 void ApplyHostSettings(HostSettings settings) {
   SetRegistryFile(settings.registryFile);
+  SetShares(settings.shares);
   Current() = std::move(settings);
 }
 

@@ -1,0 +1,65 @@
+#include "versioning/WebProjects.h"
+
+#include <algorithm>
+
+#include "platform/Paths.h"
+#include "weblocation/Qxresolveiisdirectory.h"
+
+namespace qx {
+namespace {
+
+// The detection methods by their numbers, the order of the action's property.
+constexpr std::int32_t kMetabase = 0;
+constexpr std::int32_t kShare = 1;
+constexpr std::int32_t kWebDav = 2;
+
+}  // namespace
+
+WebProjects::~WebProjects() {
+  if (client_ != nullptr) client_->Disconnect();
+}
+
+std::string WebProjects::FindProjectFile(const std::string& url) {
+  switch (settings_.projLocationDetectMethod) {
+    case kMetabase:
+      return GetPhysicalDirFromIISDir(url, settings_.wmiWebsiteNum);
+    case kShare:
+      return BuildShareName(url, settings_.sharePath);
+    case kWebDav:
+      break;
+    default:
+      return {};
+  }
+  if (client_ == nullptr) {
+    client_ = std::make_unique<TQXWebDavClient>();
+    client_->userName = settings_.webDavUsername;
+    client_->password = settings_.webDavPassword;
+  }
+  std::string local;
+  GetProjectFileUsingWebDAV(client_.get(), url, remoteBase_, local);
+  return local;
+}
+
+bool WebProjects::AreFetched() const { return settings_.projLocationDetectMethod == kWebDav; }
+
+std::string WebProjects::RemoteFolderOf(const std::string& reference) const {
+  std::string below = FolderPart(reference);
+  std::replace(below.begin(), below.end(), '\\', '/');
+  if (IsAbsolute(reference))
+    throw Exception("Refused to fetch \"" + reference + "\": it is no file of the project");
+  if (below.ends_with('/')) below.pop_back();
+  const bool needsSlash = !remoteBase_.empty() && !below.empty();
+  return remoteBase_ + (needsSlash ? "/" : "") + below;
+}
+
+std::string WebProjects::Fetch(const std::string& reference) {
+  std::string local;
+  GetFileUsingWebDAV(client_.get(), RemoteFolderOf(reference), FilePart(reference), local);
+  return local;
+}
+
+void WebProjects::Put(const std::string& localFile, const std::string& reference) {
+  PutFileUsingWebDAV(client_.get(), localFile, RemoteFolderOf(reference));
+}
+
+}  // namespace qx
