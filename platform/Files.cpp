@@ -6,6 +6,7 @@
 
 #include "platform/FilesSystem.h"
 #include "platform/Paths.h"
+#include "platform/Texts.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -24,10 +25,15 @@ Captured& TheCaptured() {
   return captured;
 }
 
+// Where the system passes over letter case, so does the look-up.
+std::string IndexKey(const std::string& target) {
+  return NativeDelimiter() == '\\' ? FoldCase(target) : target;
+}
+
 void Record(const std::string& target, std::optional<std::string> bytes) {
   Captured& captured = TheCaptured();
   const std::lock_guard guard(captured.lock);
-  const auto [place, isNew] = captured.index.try_emplace(target, captured.changes.size());
+  const auto [place, isNew] = captured.index.try_emplace(IndexKey(target), captured.changes.size());
   if (isNew) captured.changes.push_back({target, {}});
   captured.changes[place->second].bytes = std::move(bytes);
 }
@@ -38,7 +44,7 @@ std::optional<WriteCapture::Change> Recorded(const std::string& path) {
   const std::string target = system::WriteTarget(path);
   Captured& captured = TheCaptured();
   const std::lock_guard guard(captured.lock);
-  const auto found = captured.index.find(target);
+  const auto found = captured.index.find(IndexKey(target));
   if (found == captured.index.end()) return std::nullopt;
   return captured.changes[found->second];
 }
@@ -55,6 +61,16 @@ void Replace(const std::string& path, std::string_view bytes, const std::string&
   if (TryReadFile(target, old) && old == bytes) return;
   if (capturing) return Record(target, std::string(bytes));
   if (!system::Replace(target, {&bytes, 1}, model, reason)) Fail("Cannot write ", path, reason);
+}
+
+bool MakeFolders(const std::string& path, std::string& reason) {
+  if (FolderExists(path)) return true;
+  const std::string folder = path.substr(0, path.size() - (IsDelimiter(path.back()) ? 1 : 0));
+  const std::string parent = FolderPart(folder);
+  if (parent.size() < folder.size() && !MakeFolders(parent, reason)) return false;
+  const std::string existing = FindExisting(parent);  // under the name it has on disk
+  return system::MakeFolder(existing.empty() ? folder : WithTrailingDelimiter(existing) + FilePart(folder),
+                            reason);
 }
 
 }  // namespace
@@ -96,18 +112,9 @@ bool FolderExists(const std::string& path) {
 }
 
 void CreateFolders(const std::string& path) {
-  if (path.empty() || FolderExists(path)) return;
-  const std::string full = ExpandPath("", path);
-  const bool delimited = IsDelimiter(full.back());
-  const std::string folder = full.substr(0, full.size() - (delimited ? 1 : 0));
-  const std::string parent = FolderPart(folder);
-  if (parent.size() < folder.size()) CreateFolders(parent);
-  const std::string existing = FindExisting(parent);
   std::string reason;
-  if (!system::MakeFolder(existing.empty() ? folder : WithTrailingDelimiter(existing) + FilePart(folder),
-                          reason)) {
+  if (!path.empty() && !MakeFolders(ExpandPath("", path), reason))
     Fail("Cannot create folder ", path, reason);
-  }
 }
 
 void ReplaceFile(const std::string& path, std::string_view bytes) { Replace(path, bytes, ""); }

@@ -102,6 +102,18 @@ std::string WhyNotWritable(const std::string& target) {
   return (attributes & FILE_ATTRIBUTE_READONLY) != 0 ? "the file is read-only" : "";
 }
 
+namespace {
+
+// Whether another program keeps the file from being replaced; asked first, because a replacement that breaks
+// off may leave a file of the system's own behind.
+bool IsHeld(const std::wstring& name) {
+  const Handle file(
+      CreateFileW(name.c_str(), GENERIC_READ | DELETE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+  return !file.IsOpen() && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
+}  // namespace
+
 bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
              std::string& reason) {
   const std::wstring name = BesideName(target);
@@ -110,6 +122,10 @@ bool Replace(const std::string& target, std::span<const std::string_view> pieces
   const DWORD kept = old == INVALID_FILE_ATTRIBUTES
                          ? FILE_ATTRIBUTE_NORMAL
                          : old & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE);
+  if (IsHeld(wide)) {
+    reason = ErrorText(ERROR_SHARING_VIOLATION);
+    return false;
+  }
   Handle file(CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, kept, nullptr));
   if (!file.IsOpen()) {
     reason = LastError();

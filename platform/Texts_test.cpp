@@ -6,9 +6,142 @@ namespace qx {
 namespace {
 
 using Items = std::vector<std::string>;
+using std::string_literals::operator""s;
+
+TEST(Texts, TrimTakesBlanksAndControlCharactersOffBothEnds) {
+  EXPECT_EQ(Trim(" \t\r\n\x01 a b \x1F"), "a b");
+  EXPECT_EQ(Trim("\0a\0"s), "a");
+  EXPECT_EQ(Trim(" \t "), "");
+  EXPECT_EQ(Trim("\xA0x"), "\xA0x") << "only what is at or below the blank goes";
+}
+
+TEST(Texts, LetterCaseOfBytesIsThatOfAsciiOnly) {
+  EXPECT_EQ(LowerCase("AZaz[\xC3\x84"), "azaz[\xC3\x84");
+  EXPECT_EQ(UpperCase("AZaz{\xC3\xA4"), "AZAZ{\xC3\xA4");
+}
+
+TEST(Texts, SameTextPassesOverLetterCase) {
+  EXPECT_TRUE(SameText("Debug|Win32", "dEBUG|wIN32"));
+  EXPECT_FALSE(SameText("Debug", "Debug "));
+  EXPECT_FALSE(SameText("[", "{"));
+  EXPECT_TRUE(SameText("", ""));
+}
+
+TEST(Texts, SameTextKnowsLatinGreekAndCyrillicLettersInUtf8) {
+  EXPECT_TRUE(SameText("ÄÖÜ-ŁŽŸ", "äöü-łžÿ"));
+  EXPECT_TRUE(SameText("ΑΩΆΏΣ", "αωάώσ"));
+  EXPECT_TRUE(SameText("ЁЖЯҐ", "ёжяґ"));
+  EXPECT_FALSE(SameText("×", "÷")) << "signs among the letters have no case";
+  EXPECT_FALSE(SameText("Ä", "A"));
+}
+
+TEST(Texts, SameTextLeavesBytesThatAreNotUtf8Alone) {
+  EXPECT_TRUE(SameText("R\xC4", "r\xC4"));
+  EXPECT_FALSE(SameText("\xC4", "\xE4"));
+}
+
+TEST(Texts, FoldedLettersKeepTheirSizeInBytes) {
+  for (char16_t c = 0x80; c < 0xD800; ++c) {
+    const std::string letter = ToUtf8(std::u16string(1, c));
+    EXPECT_EQ(FoldCase(letter).size(), letter.size()) << "U+" << std::hex << static_cast<int>(c);
+  }
+}
+
+TEST(Texts, LinesEndInCrLfCrOrLf) {
+  EXPECT_EQ(SplitLines("a\r\nb\rc\nd"), (Items{"a", "b", "c", "d"}));
+  EXPECT_EQ(SplitLines("a\r\n\r\nb\n\n"), (Items{"a", "", "b", ""}));
+  EXPECT_EQ(SplitLines("a\r\rb\r"), (Items{"a", "", "b"}));
+  EXPECT_EQ(SplitLines("\n\r"), (Items{"", ""}));
+  EXPECT_EQ(SplitLines(""), Items{});
+  EXPECT_EQ(SplitLines("a\0b\n"s), (Items{"a\0b"s}));
+}
+
+TEST(Texts, JoinedLinesAllEndInCrLf) {
+  EXPECT_EQ(JoinLines(Items{"a", "", "b"}), "a\r\n\r\nb\r\n");
+  EXPECT_EQ(JoinLines(Items{}), "");
+}
 
 TEST(CommaText, SeparatesByCommasAndByBlanksOutsideQuotes) {
   EXPECT_EQ(SplitCommaText("a, b c\t\"d, e\""), (Items{"a", "b", "c", "d, e"}));
+  EXPECT_EQ(SplitCommaText("  a  ,  b  "), (Items{"a", "b"}));
+}
+
+TEST(CommaText, ADoubledQuoteInsideQuotesStandsForOne) {
+  EXPECT_EQ(SplitCommaText("\"say \"\"hi\"\"\",\"\"\"\""), (Items{"say \"hi\"", "\""}));
+}
+
+TEST(CommaText, EmptyItemsStandBetweenCommasAndBehindTheLast) {
+  EXPECT_EQ(SplitCommaText("a,,b"), (Items{"a", "", "b"}));
+  EXPECT_EQ(SplitCommaText("a,"), (Items{"a", ""}));
+  EXPECT_EQ(SplitCommaText(","), (Items{"", ""}));
+  EXPECT_EQ(SplitCommaText("\"\""), (Items{""}));
+  EXPECT_EQ(SplitCommaText("a, "), (Items{"a"})) << "blanks behind the last comma open no item";
+  EXPECT_EQ(SplitCommaText("  "), Items{});
+}
+
+TEST(CommaText, AnOpenQuoteHoldsTheRest) {
+  EXPECT_EQ(SplitCommaText("a,\"b, c"), (Items{"a", "b, c"}));
+  EXPECT_EQ(SplitCommaText("\""), (Items{""}));
+  EXPECT_EQ(SplitCommaText("\"a\"\""), (Items{"a\""}));
+}
+
+TEST(CommaText, AQuoteInsideAnItemIsALetterAndOneBehindItBeginsTheNext) {
+  EXPECT_EQ(SplitCommaText("a\"b c"), (Items{"a\"b", "c"}));
+  EXPECT_EQ(SplitCommaText("\"a\"b"), (Items{"a", "b"}));
+}
+
+TEST(CommaText, JoiningQuotesWhatSplittingWouldTear) {
+  EXPECT_EQ(JoinCommaText(Items{"a", "b c", "d,e", "f\"g", ""}), "a,\"b c\",\"d,e\",\"f\"\"g\",");
+  EXPECT_EQ(JoinCommaText(Items{""}), "\"\"");
+  EXPECT_EQ(JoinCommaText(Items{}), "");
+}
+
+TEST(CommaText, WhatWasJoinedSplitsIntoTheSameItems) {
+  for (const Items& items :
+       {Items{""}, Items{"", ""}, Items{"a", "", "\"", ",", " ", "\t"}, Items{"\"\"", "a b"}}) {
+    EXPECT_EQ(SplitCommaText(JoinCommaText(items)), items);
+  }
+}
+
+TEST(Integers, AreDecimalWithAnOptionalSignAndNothingElse) {
+  EXPECT_EQ(ToInteger("0"), 0);
+  EXPECT_EQ(ToInteger("+12"), 12);
+  EXPECT_EQ(ToInteger("-2147483648"), INT32_MIN);
+  EXPECT_EQ(ToInteger("2147483647"), INT32_MAX);
+  for (const char* text :
+       {"", "+", "-", "+-1", "2147483648", "-2147483649", "$10", "0x10", " 1", "1 ", "1.0", "a"}) {
+    EXPECT_EQ(ToInteger(text), std::nullopt) << text;
+  }
+}
+
+TEST(Utf, KnowsWhatIsUtf8) {
+  EXPECT_TRUE(IsValidUtf8("aä€𝄞"));
+  EXPECT_TRUE(IsValidUtf8(""));
+  for (const char* bytes : {"\x80", "\xC0\x80", "\xE0\x80\x80", "\xF0\x80\x80\x80", "\xF4\x90\x80\x80",
+                            "\xED\xA0\x80", "\xC3", "\xE2\x82", "\xF8\x88\x80\x80\x80", "\xFF"}) {
+    EXPECT_FALSE(IsValidUtf8(bytes));
+  }
+}
+
+TEST(Utf, GoesToUtf16AndBack) {
+  EXPECT_EQ(ToUtf16("aä€𝄞"), u"aä€𝄞");
+  EXPECT_EQ(ToUtf8(u"aä€𝄞"), "aä€𝄞");
+}
+
+TEST(Utf, LoneSurrogatesComeBack) {
+  const std::u16string lone = {u'a', char16_t{0xD834}, u'b', char16_t{0xDD1E}};
+  EXPECT_EQ(ToUtf8(lone),
+            "a\xED\xA0\xB4"
+            "b\xED\xB4\x9E");
+  EXPECT_EQ(ToUtf16Strict(ToUtf8(lone)), lone);
+}
+
+TEST(Utf, BytesThatAreNotUtf8AreRefusedOrReplaced) {
+  EXPECT_EQ(ToUtf16Strict("a\xFF"), std::nullopt);
+  EXPECT_EQ(ToUtf16("a\xFF"
+                    "b\xC3"),
+            u"a\uFFFDb\uFFFD");
+  EXPECT_EQ(AsValidUtf8("ä\xFF\xED\xA0\xB4"), "ä\uFFFD\uFFFD");
 }
 
 }  // namespace

@@ -70,12 +70,15 @@ class ComOnThread {
   bool mine_;
 };
 
+// IXMLDOMDocument2, which the import libraries leave out.
+constexpr IID kDocument2 = {0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+
 ComPtr<IXMLDOMDocument2> CreateDocument() {
   ComPtr<IXMLDOMDocument2> document;
   for (const wchar_t* name : {L"Msxml2.DOMDocument.6.0", L"Msxml2.DOMDocument.3.0"}) {
     CLSID id;
     if (FAILED(CLSIDFromProgID(name, &id))) continue;
-    if (SUCCEEDED(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IXMLDOMDocument2),
+    if (SUCCEEDED(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, kDocument2,
                                    reinterpret_cast<void**>(document.Receive())))) {
       return document;
     }
@@ -143,7 +146,7 @@ std::string XmlElement::Name() const {
 std::string XmlElement::Attribute(const char* name) const {
   ComPtr<IXMLDOMElement> element;
   if (node_ == nullptr || FAILED(Access::Node(*this)->QueryInterface(
-                              __uuidof(IXMLDOMElement), reinterpret_cast<void**>(element.Receive())))) {
+                              IID_IXMLDOMElement, reinterpret_cast<void**>(element.Receive())))) {
     return {};
   }
   ComPtr<IXMLDOMAttribute> attribute;
@@ -207,7 +210,7 @@ XmlElement XmlDocument::Root() const {
   ComPtr<IXMLDOMElement> root;
   if (state_->document) state_->document->get_documentElement(root.Receive());
   ComPtr<IXMLDOMNode> node;
-  if (root) root->QueryInterface(__uuidof(IXMLDOMNode), reinterpret_cast<void**>(node.Receive()));
+  if (root) root->QueryInterface(IID_IXMLDOMNode, reinterpret_cast<void**>(node.Receive()));
   return XmlElement::Access::Keep(&state_->nodes, std::move(node));
 }
 
