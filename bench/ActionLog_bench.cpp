@@ -1,5 +1,5 @@
-// What one line of compiler output costs in the log: a message made, filled, sent and written. 30 to 50 nanoseconds
-// keep a forwarded build as cheap as a pipe.
+// What one line of compiler output costs in the log: a message made, filled, sent and written. 30 to 50
+// nanoseconds keep a forwarded build as cheap as a pipe.
 #include <benchmark/benchmark.h>
 
 #include <string>

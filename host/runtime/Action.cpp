@@ -1,4 +1,5 @@
-// The bases of every action: the operations that a package calls, and the host's behaviour behind the 65 virtual ones.
+// The bases of every action: the operations that a package calls, and the host's behaviour behind the 65
+// virtual ones.
 #include <algorithm>
 
 #include "host/runtime/ActionHost.h"

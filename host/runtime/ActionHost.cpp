@@ -19,7 +19,8 @@ class ApplicationServices final : public Implements<IQXApplicationServices> {
   const Variables& variables_;
 };
 
-// Expands as the action does, wherever the action is moved. Lives no longer than its use during the action's run.
+// Expands as the action does, wherever the action is moved. Lives no longer than its use during the action's
+// run.
 class ActionContext final : public Implements<IQXActionContext> {
  public:
   explicit ActionContext(InterfacePtr<IQXApplicationServices> services) : services_(std::move(services)) {}
@@ -55,7 +56,8 @@ void AttachAction(TQXAction& action, const TQXActionClass& actionClass,
 std::unique_ptr<TQXAction> MakeAction(const TQXActionClass& actionClass,
                                       const ActionSurroundings& surroundings) {
   std::unique_ptr<TQXAction> action = actionClass.construct();
-  if (action == nullptr) throw Exception("The class " + std::string(actionClass.className) + " made no action");
+  if (action == nullptr)
+    throw Exception("The class " + std::string(actionClass.className) + " made no action");
   AttachAction(*action, actionClass, surroundings);
   action->Create();
   return action;

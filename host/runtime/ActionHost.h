@@ -1,5 +1,6 @@
-// The host's side of an action: what it is attached to (class record, log, variables, context), the state that the
-// host keeps for it, and the functions by which the host, a tool or a test makes an action and runs it.
+// The host's side of an action: what it is attached to (class record, log, variables, context), the state
+// that the host keeps for it, and the functions by which the host, a tool or a test makes an action and runs
+// it.
 #pragma once
 
 #include <atomic>
@@ -42,16 +43,18 @@ struct TCustomQXAction::HostSide {
 };
 
 // Makes an action of the class, attaches it and calls Create. Raises Exception when the class makes none.
-std::unique_ptr<TQXAction> MakeAction(const TQXActionClass& actionClass, const ActionSurroundings& surroundings);
+std::unique_ptr<TQXAction> MakeAction(const TQXActionClass& actionClass,
+                                      const ActionSurroundings& surroundings);
 
 // Attaches an action that exists already, anew if it was attached before; Create is not called.
-void AttachAction(TQXAction& action, const TQXActionClass& actionClass, const ActionSurroundings& surroundings);
+void AttachAction(TQXAction& action, const TQXActionClass& actionClass,
+                  const ActionSurroundings& surroundings);
 
 // Moves an attached action into other surroundings (another log, other variables, another number).
 void MoveAction(TQXAction& action, const ActionSurroundings& surroundings);
 
-// Tells the log the clear text of every property that is kept secret, so that no record shows one. A secret that
-// cannot be decrypted is passed over: then nobody has its clear text.
+// Tells the log the clear text of every property that is kept secret, so that no record shows one. A secret
+// that cannot be decrypted is passed over: then nobody has its clear text.
 void GuardSecrets(TQXAction& action, ActionLog& log);
 
 // Whether the name stands in the action's list of properties that change while it runs, letter case aside.
@@ -79,7 +82,8 @@ class ValidationErrors : public AnswersUncounted<IQXActionValidationError> {
 // Expands texts with the given variables, for code that has no action. The variables outlive it.
 InterfacePtr<IQXApplicationServices> MakeApplicationServices(const Variables& variables);
 
-// A host in miniature: a log kept in memory and variables that see no environment. Tests make their actions with it.
+// A host in miniature: a log kept in memory and variables that see no environment. Tests make their actions
+// with it.
 class TestHost {
  public:
   TestHost();

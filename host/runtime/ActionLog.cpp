@@ -17,9 +17,9 @@ namespace {
 // How long a line may wait in a buffer before it is shown.
 constexpr std::chrono::milliseconds kFlushInterval{50};
 
-// A message's details lie one behind the other in one text, so that a line costs no allocation of its own once the
-// message has been used before. One released message is kept for the next call: output is forwarded line by line,
-// each with a message of its own.
+// A message's details lie one behind the other in one text, so that a line costs no allocation of its own
+// once the message has been used before. One released message is kept for the next call: output is forwarded
+// line by line, each with a message of its own.
 class LogMessage final : public IQXActionLogMessage {
  public:
   static InterfacePtr<IQXActionLogMessage> Make() {
@@ -118,7 +118,8 @@ std::string Mask(std::string_view text, const std::vector<std::string>& secrets)
 
 }  // namespace
 
-// The thread that calls Flush while records wait. It starts with the first record and sleeps when there are none.
+// The thread that calls Flush while records wait. It starts with the first record and sleeps when there are
+// none.
 struct ActionLog::Flusher {
   std::condition_variable wake;
   bool waiting = false;  // records came since the last flush

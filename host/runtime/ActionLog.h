@@ -1,6 +1,6 @@
-// The log of a build: every message, status entry, exception, validation error and result of its actions, in the
-// order they came, into any number of sinks (text or JSON into a stream, a list in memory). It serialises its callers
-// and takes the secrets of the run out of every text on the way.
+// The log of a build: every message, status entry, exception, validation error and result of its actions, in
+// the order they came, into any number of sinks (text or JSON into a stream, a list in memory). It serialises
+// its callers and takes the secrets of the run out of every text on the way.
 #pragma once
 
 #include <cstddef>
@@ -36,8 +36,9 @@ class LogDetails {
 // One entry as the sinks see it. Texts are views, valid during the call.
 struct LogRecord {
   LogKind kind = LogKind::Message;
-  int action = 0;            // 1-based place of the action in its build project; 0: none
-  std::string_view text;     // of a message or exception; the heading of a status; the message of a validation error
+  int action = 0;  // 1-based place of the action in its build project; 0: none
+  std::string_view
+      text;  // of a message or exception; the heading of a status; the message of a validation error
   std::string_view subject;  // of a validation error; the action's name of a result
   LogDetails details;        // of a status
   bool success = false;      // of a result
@@ -65,7 +66,8 @@ struct LogEntry {
   bool success = false;
   double seconds = 0;
 
-  // The record as the text log shows it, its lines joined by LF, without colour and without the last line end.
+  // The record as the text log shows it, its lines joined by LF, without colour and without the last line
+  // end.
   std::string AsText() const;
 };
 
@@ -93,8 +95,8 @@ class ActionLog {
 
   // Before the first record. The log owns the sink and gives it back as a reference.
   LogSink& AddSink(std::unique_ptr<LogSink> sink);
-  // A text that no sink may see: every place where it stands becomes "***", each line of a text of several lines too.
-  // The empty text is no secret. It holds from now on.
+  // A text that no sink may see: every place where it stands becomes "***", each line of a text of several
+  // lines too. The empty text is no secret. It holds from now on.
   void AddSecret(std::string_view secret);
 
   void AddMessage(int action, std::string_view text);

@@ -47,7 +47,9 @@ TEST_F(LogFiles, TextShowsAMessageAsItIs) {
 }
 
 TEST_F(LogFiles, TextIndentsDetailsUnderAHeading) {
-  EXPECT_EQ(Text([](ActionLog& log) { SendStatus(log, "Head", {"one", "", "two\r\nlines"}); }),
+  EXPECT_EQ(Text([](ActionLog& log) {
+              SendStatus(log, "Head", {"one", "", "two\r\nlines"});
+            }),
             "Head\n    one\n    \n    two\n    lines\n");
 }
 
@@ -103,12 +105,13 @@ TEST_F(LogFiles, JsonEscapesWhatItMust) {
 
 TEST_F(LogFiles, JsonKeepsTheValidPartOfBrokenUtf8) {
   const std::string bad = "\xEF\xBF\xBD";
-  // A lone follower, an overlong form, a surrogate, a cut sequence; and valid ones of 2, 3 and 4 bytes between them.
+  // A lone follower, an overlong form, a surrogate, a cut sequence; and valid ones of 2, 3 and 4 bytes
+  // between them.
   EXPECT_EQ(Json([](ActionLog& log) {
               log.AddMessage(1, "\xC3\xA4\x80 \xC0\xAF \xE2\x82\xAC\xED\xA0\x80 \xF0\x9F\x98\x80\xE2\x82");
             }),
-            "{\"action\":1,\"kind\":\"message\",\"text\":\"\xC3\xA4" + bad + " " + bad + bad + " \xE2\x82\xAC" + bad +
-                bad + bad + " \xF0\x9F\x98\x80" + bad + bad + "\"}\n");
+            "{\"action\":1,\"kind\":\"message\",\"text\":\"\xC3\xA4" + bad + " " + bad + bad +
+                " \xE2\x82\xAC" + bad + bad + bad + " \xF0\x9F\x98\x80" + bad + bad + "\"}\n");
 }
 
 TEST_F(LogFiles, TextKeepsBytesThatAreNotUtf8) {
@@ -122,7 +125,8 @@ TEST_F(LogFiles, ColourOnDemandOnly) {
   };
   EXPECT_EQ(Written(LogStyle::Text, ColourChoice::Always, write),
             "\x1b[1mHead\x1b[0m\n    a\n\x1b[32mBuild: succeeded (0.0 s)\x1b[0m\n");
-  EXPECT_EQ(Written(LogStyle::Text, ColourChoice::Automatic, write), "Head\n    a\nBuild: succeeded (0.0 s)\n");
+  EXPECT_EQ(Written(LogStyle::Text, ColourChoice::Automatic, write),
+            "Head\n    a\nBuild: succeeded (0.0 s)\n");
   EXPECT_EQ(Written(LogStyle::Json, ColourChoice::Always, write).find('\x1b'), std::string::npos);
 }
 
@@ -135,7 +139,8 @@ TEST_F(LogFiles, SecretsAreMaskedInEveryText) {
     log.AddValidation(1, "hush", "hush");
     log.AddResult(1, "hush", true, 0);
   });
-  EXPECT_EQ(text, "psw=***;***\n*** head\n    hu\n    sh\n    x***x\n***!\n***: ***\n***: succeeded (0.0 s)\n");
+  EXPECT_EQ(text,
+            "psw=***;***\n*** head\n    hu\n    sh\n    x***x\n***!\n***: ***\n***: succeeded (0.0 s)\n");
 }
 
 TEST_F(LogFiles, OverlappingSecretsLeaveNothing) {

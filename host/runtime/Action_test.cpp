@@ -35,7 +35,9 @@ TEST(Action, IsAttachedBeforeCreateRuns) {
   struct Curious : TQXAction {
     void Create() override { SendMessage(ExpandExpression("%A%", false)); }
   };
-  const TQXActionClass curious{"Curious", [] { return std::string("c"); }, {},
+  const TQXActionClass curious{"Curious",
+                               [] { return std::string("c"); },
+                               {},
                                []() -> std::unique_ptr<TQXAction> { return std::make_unique<Curious>(); }};
   TestHost host;
   host.variables.SetProject("A", "there");
@@ -45,8 +47,8 @@ TEST(Action, IsAttachedBeforeCreateRuns) {
 }
 
 TEST(Action, AClassThatMakesNothingIsNamed) {
-  const TQXActionClass empty{"Empty", [] { return std::string(); }, {},
-                             []() -> std::unique_ptr<TQXAction> { return nullptr; }};
+  const TQXActionClass empty{
+      "Empty", [] { return std::string(); }, {}, []() -> std::unique_ptr<TQXAction> { return nullptr; }};
   TestHost host;
   EXPECT_THROW(host.Make(empty), Exception);
 }

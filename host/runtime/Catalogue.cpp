@@ -32,7 +32,8 @@ class ScriptCall final : public IQXScriptCall {
 
 template <class Entries>
 auto FindNamed(Entries& entries, std::string_view name) {
-  return std::find_if(entries.begin(), entries.end(), [&](const auto& entry) { return SameText(entry.name, name); });
+  return std::find_if(entries.begin(), entries.end(),
+                      [&](const auto& entry) { return SameText(entry.name, name); });
 }
 
 }  // namespace
@@ -43,10 +44,11 @@ Catalogue::~Catalogue() { Forget(); }
 void Catalogue::RegisterAction(const TQXActionClass& actionClass, const std::string& displayName,
                                const std::string& category, const std::string& bitmap) {
   calls_.push_back({"RegisterAction",
-                    {Plain("class", actionClass.className), Plain("name", displayName), Plain("category", category),
-                     Plain("bitmap", bitmap)}});
-  const auto known = std::find_if(actions_.begin(), actions_.end(),
-                                  [&](const RegisteredAction& action) { return action.actionClass == &actionClass; });
+                    {Plain("class", actionClass.className), Plain("name", displayName),
+                     Plain("category", category), Plain("bitmap", bitmap)}});
+  const auto known = std::find_if(actions_.begin(), actions_.end(), [&](const RegisteredAction& action) {
+    return action.actionClass == &actionClass;
+  });
   if (known != actions_.end()) return;
   if (const RegisteredAction* other = FindAction(displayName)) {
     throw Exception("The action \"" + displayName + "\" is registered already, by the class " +
@@ -56,8 +58,9 @@ void Catalogue::RegisterAction(const TQXActionClass& actionClass, const std::str
 }
 
 RegisteredAction& Catalogue::NeedClass(const TQXActionClass& actionClass) {
-  const auto found = std::find_if(actions_.begin(), actions_.end(),
-                                  [&](const RegisteredAction& action) { return action.actionClass == &actionClass; });
+  const auto found = std::find_if(actions_.begin(), actions_.end(), [&](const RegisteredAction& action) {
+    return action.actionClass == &actionClass;
+  });
   if (found == actions_.end()) {
     throw Exception("The class " + std::string(actionClass.className) + " is not registered");
   }
@@ -72,7 +75,8 @@ void Catalogue::RegisterPropertyEditor(const TQXActionClass& actionClass, const 
   NeedClass(actionClass).editors.push_back({propertyName, &editorClass});
 }
 
-void Catalogue::RegisterPropertyPages(const TQXActionClass& actionClass, std::span<const TFrameClass* const> pages) {
+void Catalogue::RegisterPropertyPages(const TQXActionClass& actionClass,
+                                      std::span<const TFrameClass* const> pages) {
   RegistrationCall::Argument names{"pages", {}, true};
   for (const TFrameClass* page : pages) names.values.emplace_back(page->className);
   calls_.push_back({"RegisterPropertyPages", {Plain("class", actionClass.className), std::move(names)}});
@@ -81,8 +85,9 @@ void Catalogue::RegisterPropertyPages(const TQXActionClass& actionClass, std::sp
 }
 
 RegisteredOptions* Catalogue::FindOptionsClass(const TQXOptionsClass& optionsClass) {
-  const auto found = std::find_if(options_.begin(), options_.end(),
-                                  [&](const RegisteredOptions& entry) { return entry.optionsClass == &optionsClass; });
+  const auto found = std::find_if(options_.begin(), options_.end(), [&](const RegisteredOptions& entry) {
+    return entry.optionsClass == &optionsClass;
+  });
   return found == options_.end() ? nullptr : &*found;
 }
 
@@ -92,15 +97,18 @@ void Catalogue::RegisterOptions(const TQXOptionsClass& optionsClass, const std::
 }
 
 void Catalogue::RegisterOptionsPage(const TQXOptionsClass& optionsClass, const TFrameClass& page) {
-  calls_.push_back({"RegisterOptionsPage", {Plain("class", optionsClass.className), Plain("page", page.className)}});
+  calls_.push_back(
+      {"RegisterOptionsPage", {Plain("class", optionsClass.className), Plain("page", page.className)}});
   RegisteredOptions* entry = FindOptionsClass(optionsClass);
-  if (entry == nullptr) throw Exception("The class " + std::string(optionsClass.className) + " is not registered");
+  if (entry == nullptr)
+    throw Exception("The class " + std::string(optionsClass.className) + " is not registered");
   entry->pages.push_back(&page);
 }
 
 TQXOptionsObject* Catalogue::FindOptions(const std::string& category, const std::string& name) {
   for (RegisteredOptions& entry : options_) {
-    if (entry.optionsClass->getCategory() == category && entry.optionsClass->getName() == name) return &Load(entry);
+    if (entry.optionsClass->getCategory() == category && entry.optionsClass->getName() == name)
+      return &Load(entry);
   }
   return nullptr;
 }
@@ -110,7 +118,8 @@ TQXOptionsObject& Catalogue::Load(RegisteredOptions& options) {
   if (options.object == nullptr) {
     options.object = options.optionsClass->construct();
     if (options.object == nullptr) {
-      throw Exception("The class " + std::string(options.optionsClass->className) + " made no options object");
+      throw Exception("The class " + std::string(options.optionsClass->className) +
+                      " made no options object");
     }
     if (store_ != nullptr) options.object->LoadOptions(*store_->Reader(options.optionsClass->getOptionKey()));
   }
@@ -179,9 +188,9 @@ const TQXPropertyEditorClass* Catalogue::FindEditor(const TQXActionClass& action
   if (std::none_of(table.begin(), table.end(), isText)) return nullptr;
   for (const RegisteredAction& action : actions_) {
     if (action.actionClass != &actionClass) continue;
-    const auto found = std::find_if(action.editors.rbegin(), action.editors.rend(), [&](const RegisteredEditor& e) {
-      return SameText(e.propertyName, propertyName);
-    });
+    const auto found =
+        std::find_if(action.editors.rbegin(), action.editors.rend(),
+                     [&](const RegisteredEditor& e) { return SameText(e.propertyName, propertyName); });
     return found == action.editors.rend() ? nullptr : found->editorClass;
   }
   return nullptr;

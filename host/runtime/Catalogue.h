@@ -1,5 +1,6 @@
 // What packages have registered: actions with their editors and pages, options objects, script functions and
-// enumerations. It stands behind the contract's three registration services, and keeps the calls as they came.
+// enumerations. It stands behind the contract's three registration services, and keeps the calls as they
+// came.
 #pragma once
 
 #include <memory>
@@ -36,8 +37,8 @@ struct RegisteredAction {
   std::string displayName;
   std::string category;
   std::string bitmap;
-  std::vector<RegisteredEditor> editors;   // in the order they were registered
-  std::vector<const TFrameClass*> pages;   // likewise
+  std::vector<RegisteredEditor> editors;  // in the order they were registered
+  std::vector<const TFrameClass*> pages;  // likewise
 };
 
 struct RegisteredOptions {
@@ -57,8 +58,8 @@ struct RegisteredEnumeration {
   std::vector<std::string> values;
 };
 
-// Registrations come on one thread, before or after all else; options objects may be asked for from any thread.
-// What it holds belongs to a package's library: Forget before the library goes.
+// Registrations come on one thread, before or after all else; options objects may be asked for from any
+// thread. What it holds belongs to a package's library: Forget before the library goes.
 class Catalogue final : public IQXActionServices, public IQXOptionsServices, public IQXScriptingServices {
  public:
   Catalogue();
@@ -66,13 +67,15 @@ class Catalogue final : public IQXActionServices, public IQXOptionsServices, pub
   Catalogue(const Catalogue&) = delete;
   Catalogue& operator=(const Catalogue&) = delete;
 
-  // The contract's services. RegisterAction raises Exception when another class has that display name; editors and
-  // pages for a class that was not registered raise too. Registering a class again changes nothing.
+  // The contract's services. RegisterAction raises Exception when another class has that display name;
+  // editors and pages for a class that was not registered raise too. Registering a class again changes
+  // nothing.
   void RegisterAction(const TQXActionClass& actionClass, const std::string& displayName,
                       const std::string& category, const std::string& bitmap) override;
   void RegisterPropertyEditor(const TQXActionClass& actionClass, const std::string& propertyName,
                               const TQXPropertyEditorClass& editorClass) override;
-  void RegisterPropertyPages(const TQXActionClass& actionClass, std::span<const TFrameClass* const> pages) override;
+  void RegisterPropertyPages(const TQXActionClass& actionClass,
+                             std::span<const TFrameClass* const> pages) override;
   void RegisterOptions(const TQXOptionsClass& optionsClass, const std::string& bitmap) override;
   void RegisterOptionsPage(const TQXOptionsClass& optionsClass, const TFrameClass& page) override;
   TQXOptionsObject* FindOptions(const std::string& category, const std::string& name) override;
@@ -92,7 +95,8 @@ class Catalogue final : public IQXActionServices, public IQXOptionsServices, pub
   // The same; raises Exception that names the nearest one.
   const RegisteredAction& NeedAction(std::string_view displayName) const;
   // The last editor registered for a text property of that name, letter case aside; null when there is none.
-  const TQXPropertyEditorClass* FindEditor(const TQXActionClass& actionClass, std::string_view propertyName) const;
+  const TQXPropertyEditorClass* FindEditor(const TQXActionClass& actionClass,
+                                           std::string_view propertyName) const;
 
   // Where options objects are loaded from and saved to; it outlives what is registered. Null: they keep their
   // defaults and nothing is saved. Objects that exist already are not loaded anew.
@@ -106,8 +110,8 @@ class Catalogue final : public IQXActionServices, public IQXOptionsServices, pub
   // under that name.
   TQXOptionsObject* CallFunction(std::string_view name);
 
-  // The variables of the build project that is open, for code that runs outside a build; null: the environment's
-  // alone. They outlive their use.
+  // The variables of the build project that is open, for code that runs outside a build; null: the
+  // environment's alone. They outlive their use.
   void UseDesignVariables(const Variables* variables) { design_variables_ = variables; }
   const Variables* DesignVariables() const { return design_variables_; }
 

@@ -18,7 +18,9 @@ constexpr std::array kBuildProperties{Property<&Build::GetSolution, &Build::SetS
                                       Property<&Build::GetQuick, &Build::SetQuick>("Quick")};
 constexpr TQXActionClass kBuild{"TBuild", [] { return std::string("Build"); }, kBuildProperties,
                                 []() -> std::unique_ptr<TQXAction> { return std::make_unique<Build>(); }};
-constexpr TQXActionClass kOther{"TOther", [] { return std::string("Other"); }, {},
+constexpr TQXActionClass kOther{"TOther",
+                                [] { return std::string("Other"); },
+                                {},
                                 []() -> std::unique_ptr<TQXAction> { return std::make_unique<Build>(); }};
 constexpr TFrameClass kPage{"TPage", []() -> std::unique_ptr<TFrame> { return nullptr; }};
 constexpr TFrameClass kPage2{"TPage2", []() -> std::unique_ptr<TFrame> { return nullptr; }};
@@ -46,15 +48,18 @@ class Paths : public TQXOptionsObject {
   std::string place;
   std::int32_t number = 0;
 };
-constexpr TQXOptionsClass kPaths{"TPaths",
-                                 [] { return std::string("Paths"); },
-                                 [] { return std::string("Tools"); },
-                                 [] { return std::string("PathsKey"); },
-                                 {},
-                                 []() -> std::unique_ptr<TQXOptionsObject> { return std::make_unique<Paths>(); }};
+constexpr TQXOptionsClass kPaths{
+    "TPaths",
+    [] { return std::string("Paths"); },
+    [] { return std::string("Tools"); },
+    [] { return std::string("PathsKey"); },
+    {},
+    []() -> std::unique_ptr<TQXOptionsObject> { return std::make_unique<Paths>(); }};
 Paths::Paths() : TQXOptionsObject(kPaths) { ++optionsMade; }
 
-Paths* FindPaths(Catalogue& catalogue) { return dynamic_cast<Paths*>(catalogue.FindOptions("Tools", "Paths")); }
+Paths* FindPaths(Catalogue& catalogue) {
+  return dynamic_cast<Paths*>(catalogue.FindOptions("Tools", "Paths"));
+}
 
 TEST(Catalogue, KeepsCallsInOrderWithTheirArguments) {
   Catalogue catalogue;

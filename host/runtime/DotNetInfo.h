@@ -5,7 +5,8 @@
 
 namespace qx {
 
-// The folder that holds MSBuild.exe of the version ("v2.0", lower case), when nothing is set for it; empty: none.
+// The folder that holds MSBuild.exe of the version ("v2.0", lower case), when nothing is set for it; empty:
+// none.
 std::string InstalledFrameworkFolder(const std::string& version);
 
 }  // namespace qx

@@ -1,5 +1,5 @@
-// Outside Windows there is no framework of that name: a folder of the host's own holds an MSBuild.exe that hands over
-// to the engine of this system, and counts as installed when there is one.
+// Outside Windows there is no framework of that name: a folder of the host's own holds an MSBuild.exe that
+// hands over to the engine of this system, and counts as installed when there is one.
 #include <unistd.h>
 
 #include <string_view>

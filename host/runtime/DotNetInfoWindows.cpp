@@ -15,8 +15,8 @@ struct VersionFolder {
   std::string_view folder;
 };
 
-// The folders' names carry the build of each release; Microsoft documents them under ".NET Framework versions and
-// dependencies". Version 3.0 has no MSBuild.exe of its own.
+// The folders' names carry the build of each release; Microsoft documents them under ".NET Framework versions
+// and dependencies". Version 3.0 has no MSBuild.exe of its own.
 constexpr std::array<VersionFolder, 5> kFolders{{
     {"v1.0", "v1.0.3705"},
     {"v1.1", "v1.1.4322"},
@@ -28,8 +28,7 @@ constexpr std::array<VersionFolder, 5> kFolders{{
 }  // namespace
 
 std::string InstalledFrameworkFolder(const std::string& version) {
-  const std::string root =
-      ReadMachineText("SOFTWARE\\Microsoft\\.NETFramework", "InstallRoot").value_or("");
+  const std::string root = ReadMachineText("SOFTWARE\\Microsoft\\.NETFramework", "InstallRoot").value_or("");
   if (root.empty()) return {};
   for (const VersionFolder& entry : kFolders) {
     if (entry.version != version) continue;

@@ -1,4 +1,5 @@
-// The environment of this process: names are exact here, but build projects come from a system where they are not.
+// The environment of this process: names are exact here, but build projects come from a system where they are
+// not.
 #include <unistd.h>
 
 #include <cstdlib>

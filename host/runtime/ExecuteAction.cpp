@@ -23,11 +23,16 @@ class Argument final : public Implements<IArgument> {
 // The argument as it stands in the command line; nothing when it is left out.
 std::string Written(const std::string& argumentSwitch, const std::string& value, TArgumentOption option) {
   switch (option) {
-    case TArgumentOption::aoSwitchOnly: return argumentSwitch;
-    case TArgumentOption::aoValueOnly: return QuoteArgument(value);
-    case TArgumentOption::aoSeparate: return argumentSwitch + " " + QuoteArgument(value);
-    case TArgumentOption::aoJoined: return argumentSwitch + (value.empty() ? "" : QuoteArgument(value));
-    case TArgumentOption::aoJoinedIfValue: return value.empty() ? "" : argumentSwitch + QuoteArgument(value);
+    case TArgumentOption::aoSwitchOnly:
+      return argumentSwitch;
+    case TArgumentOption::aoValueOnly:
+      return QuoteArgument(value);
+    case TArgumentOption::aoSeparate:
+      return argumentSwitch + " " + QuoteArgument(value);
+    case TArgumentOption::aoJoined:
+      return argumentSwitch + (value.empty() ? "" : QuoteArgument(value));
+    case TArgumentOption::aoJoinedIfValue:
+      return value.empty() ? "" : argumentSwitch + QuoteArgument(value);
   }
   throw Exception("Unknown argument option " + std::to_string(static_cast<int>(option)));
 }

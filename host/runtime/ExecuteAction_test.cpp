@@ -71,7 +71,9 @@ class RunChild : public TQXExecuteAbstractAction {
   bool InterpretResult(int exitCode) override { return exitCode == success; }
 };
 
-const TQXActionClass kRunChild{"RunChild", [] { return std::string("Run child"); }, {},
+const TQXActionClass kRunChild{"RunChild",
+                               [] { return std::string("Run child"); },
+                               {},
                                []() -> std::unique_ptr<TQXAction> { return std::make_unique<RunChild>(); }};
 
 TEST(ExecuteAction, ForwardsOutputAndJudgesTheExitCode) {

@@ -39,8 +39,8 @@ bool IsHostSettingName(std::string_view name);
 // "v" and digits with points between them: nothing that could lead into another folder.
 bool IsFrameworkVersion(std::string_view text);
 
-// From now on the framework table, the registry and the network shares of this process answer by these. Raises Exception when the
-// registry's file cannot be read. Before the threads that ask.
+// From now on the framework table, the registry and the network shares of this process answer by these.
+// Raises Exception when the registry's file cannot be read. Before the threads that ask.
 void ApplyHostSettings(HostSettings settings);
 const HostSettings& CurrentHostSettings();
 

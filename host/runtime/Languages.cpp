@@ -1,8 +1,8 @@
 // The table of Windows languages. Identifiers and names are those of Microsoft's published list of language
-// identifiers ([MS-LCID], "Windows Language Code Identifier Reference", structure of an LCID and language ID table) and
-// the names that Windows shows for them. Left out: neutral languages, which name no locale, pseudo-locales, which no
-// text is written in, other sort orders of the same locale (identifiers above 0xFFFF), and locales that share the
-// identifier 0x1000 because they have none of their own.
+// identifiers ([MS-LCID], "Windows Language Code Identifier Reference", structure of an LCID and language ID
+// table) and the names that Windows shows for them. Left out: neutral languages, which name no locale,
+// pseudo-locales, which no text is written in, other sort orders of the same locale (identifiers above
+// 0xFFFF), and locales that share the identifier 0x1000 because they have none of their own.
 #include "plugin/Qxlanguages.h"
 
 #include <algorithm>
@@ -286,7 +286,8 @@ constexpr Language kLanguages[] = {
 constexpr int kCount = static_cast<int>(std::size(kLanguages));
 
 const Language& At(int index) {
-  if (index < 0 || index >= kCount) throw Exception("List index out of bounds (" + std::to_string(index) + ")");
+  if (index < 0 || index >= kCount)
+    throw Exception("List index out of bounds (" + std::to_string(index) + ")");
   return kLanguages[index];
 }
 

@@ -32,12 +32,13 @@ TEST(LanguagesWindows, HaveEveryLocaleThatTheSystemLists) {
   for (const std::int32_t lcid : found) {
     if (lcid == LOCALE_CUSTOM_UNSPECIFIED) continue;  // shared by all that have no identifier of their own
     EXPECT_GE(QXLanguages().IndexOf(lcid), 0)
-        << std::hex << lcid << " " << Ask(lcid, LOCALE_SENGLISHLANGUAGENAME) << " " << Ask(lcid, LOCALE_SENGLISHCOUNTRYNAME);
+        << std::hex << lcid << " " << Ask(lcid, LOCALE_SENGLISHLANGUAGENAME) << " "
+        << Ask(lcid, LOCALE_SENGLISHCOUNTRYNAME);
   }
 }
 
-// Where the system has another word for a language ("Xhosa" for "isiXhosa") or for a region ("Macao SAR China"), the
-// other part still shows that the identifier stands at the right name.
+// Where the system has another word for a language ("Xhosa" for "isiXhosa") or for a region ("Macao SAR
+// China"), the other part still shows that the identifier stands at the right name.
 TEST(LanguagesWindows, NamesAgreeInLanguageOrRegion) {
   const TQXLanguages& languages = QXLanguages();
   int known = 0;
@@ -50,7 +51,8 @@ TEST(LanguagesWindows, NamesAgreeInLanguageOrRegion) {
     const std::string name = languages.GetName(i);
     const bool sameLanguage = name.starts_with(language.substr(0, language.find(" (")) + " (");
     const bool sameRegion = name.ends_with(region + ")");
-    EXPECT_TRUE(sameLanguage || sameRegion) << std::hex << lcid << " " << name << ": " << language << ", " << region;
+    EXPECT_TRUE(sameLanguage || sameRegion)
+        << std::hex << lcid << " " << name << ": " << language << ", " << region;
   }
   EXPECT_GT(known, 200);
 }

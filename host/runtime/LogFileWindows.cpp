@@ -65,7 +65,8 @@ std::string LogFile::Write(std::string_view bytes) {
   while (!bytes.empty()) {
     DWORD written = 0;
     const auto size = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), std::size_t{1} << 20));
-    if (WriteFile(HandleOf(native_), bytes.data(), size, &written, nullptr) == 0) return Reason(GetLastError());
+    if (WriteFile(HandleOf(native_), bytes.data(), size, &written, nullptr) == 0)
+      return Reason(GetLastError());
     bytes.remove_prefix(written);
   }
   return {};

@@ -60,13 +60,14 @@ std::string FormatSeconds(double seconds, int decimals) {
   const std::int64_t unit = decimals == 1 ? 10 : 1000;
   const std::int64_t ticks = std::llround(std::clamp(seconds, 0.0, 1e12) * static_cast<double>(unit));
   std::string fraction = std::to_string(ticks % unit + unit).substr(1);
-  while (!fraction.empty() && fraction.back() == '0' && (decimals != 1 || fraction.size() > 1)) fraction.pop_back();
+  while (!fraction.empty() && fraction.back() == '0' && (decimals != 1 || fraction.size() > 1))
+    fraction.pop_back();
   std::string text = std::to_string(ticks / unit);
   return fraction.empty() ? text : text + "." + fraction;
 }
 
-// How many bytes the UTF-8 sequence at the beginning of the text takes; 0 when there is no valid one. Ranges as in
-// table 3-7 of the Unicode standard.
+// How many bytes the UTF-8 sequence at the beginning of the text takes; 0 when there is no valid one. Ranges
+// as in table 3-7 of the Unicode standard.
 std::size_t SequenceSize(std::string_view text) {
   const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
   const auto follows = [&](std::size_t i) { return (byte(i) & 0xC0U) == 0x80U; };
@@ -92,12 +93,23 @@ void AppendJsonControl(std::string& out, char c) {
   constexpr std::string_view kDigits = "0123456789abcdef";
   const auto code = static_cast<unsigned char>(c);
   switch (c) {
-    case '"': out += "\\\""; return;
-    case '\\': out += "\\\\"; return;
-    case '\n': out += "\\n"; return;
-    case '\r': out += "\\r"; return;
-    case '\t': out += "\\t"; return;
-    default: break;
+    case '"':
+      out += "\\\"";
+      return;
+    case '\\':
+      out += "\\\\";
+      return;
+    case '\n':
+      out += "\\n";
+      return;
+    case '\r':
+      out += "\\r";
+      return;
+    case '\t':
+      out += "\\t";
+      return;
+    default:
+      break;
   }
   out += "\\u00";
   out += kDigits[code >> 4U];
@@ -130,8 +142,10 @@ void AppendAsText(std::string& out, const LogRecord& record, LogColour colour) {
       out += record.text;
       out += '\n';
       return;
-    case LogKind::Status: return AppendStatus(out, record, colour);
-    case LogKind::Exception: return AppendLine(out, record.text, kRed, colour);
+    case LogKind::Status:
+      return AppendStatus(out, record, colour);
+    case LogKind::Exception:
+      return AppendLine(out, record.text, kRed, colour);
     case LogKind::Validation:
       return AppendLine(out, std::string(record.subject) + ": " + std::string(record.text), kRed, colour);
     case LogKind::Result:
@@ -213,13 +227,14 @@ std::string LogEntry::AsText() const {
     ends.push_back(joined.size());
   }
   std::string out;
-  AppendAsText(out, {kind, action, text, subject, LogDetails(joined, ends), success, seconds}, LogColour::Off);
+  AppendAsText(out, {kind, action, text, subject, LogDetails(joined, ends), success, seconds},
+               LogColour::Off);
   if (!out.empty()) out.pop_back();
   return out;
 }
 
 void MemorySink::Take(const LogRecord& record) {
-  LogEntry entry{record.kind, record.action, std::string(record.text), std::string(record.subject), {},
+  LogEntry entry{record.kind,    record.action, std::string(record.text), std::string(record.subject), {},
                  record.success, record.seconds};
   for (std::size_t i = 0; i < record.details.size(); ++i) entry.details.emplace_back(record.details[i]);
   entries_.push_back(std::move(entry));

@@ -1,5 +1,5 @@
-// How a record of the log is written: as text for people, or as one JSON object a line. Text in, text out; the
-// streams and the list in memory share it.
+// How a record of the log is written: as text for people, or as one JSON object a line. Text in, text out;
+// the streams and the list in memory share it.
 #pragma once
 
 #include <string>
@@ -11,9 +11,10 @@ namespace qx {
 
 enum class LogColour { Off, On };
 
-// Appends the record as text with its line ends (LF): a message as it is; a status's heading on a line of its own and
-// its details under it, indented by four blanks when there is a heading; an exception's text; "SUBJECT: MESSAGE" of a
-// validation error; "NAME: succeeded (1.2 s)" or "NAME: failed (1.2 s)" of a result. Bytes stay as they stand.
+// Appends the record as text with its line ends (LF): a message as it is; a status's heading on a line of its
+// own and its details under it, indented by four blanks when there is a heading; an exception's text;
+// "SUBJECT: MESSAGE" of a validation error; "NAME: succeeded (1.2 s)" or "NAME: failed (1.2 s)" of a result.
+// Bytes stay as they stand.
 void AppendAsText(std::string& out, const LogRecord& record, LogColour colour);
 
 // Appends the record as a JSON object and LF. A byte that is not valid UTF-8 becomes U+FFFD; the rest stays.

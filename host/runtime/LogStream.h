@@ -41,14 +41,15 @@ class LogFile {
 
 class StreamSink : public LogSink {
  public:
-  // Colour: always, never, or when the stream is a terminal, NO_COLOR is unset or empty and TERM is not "dumb".
-  // JSON is never coloured.
+  // Colour: always, never, or when the stream is a terminal, NO_COLOR is unset or empty and TERM is not
+  // "dumb". JSON is never coloured.
   StreamSink(LogFile file, LogStyle style, ColourChoice colour);
 
   void Take(const LogRecord& record) override;
   void Flush() override;
   bool IsBuffered() const override { return true; }
-  // Why the first write that failed did, naming the stream; empty when none failed. What comes after it is dropped.
+  // Why the first write that failed did, naming the stream; empty when none failed. What comes after it is
+  // dropped.
   const std::string& Error() const { return error_; }
 
  private:

@@ -8,8 +8,8 @@
 
 namespace qx {
 
-// The candidate with the fewest edits (insert, delete, replace, swap of neighbours; letter case aside) from the name,
-// the first of equals; empty when there is no candidate.
+// The candidate with the fewest edits (insert, delete, replace, swap of neighbours; letter case aside) from
+// the name, the first of equals; empty when there is no candidate.
 std::string_view NearestName(std::string_view name, std::span<const std::string_view> candidates);
 std::string NearestName(std::string_view name, const std::vector<std::string>& candidates);
 

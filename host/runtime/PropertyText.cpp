@@ -44,15 +44,16 @@ std::int32_t WordFromText(const PublishedProperty& property, std::span<const std
                           std::string_view text) {
   const std::int32_t ordinal = FindWord(words, Trim(text));
   if (ordinal >= 0) return ordinal;
-  Refuse(property, Quoted(text) + " is none of " + JoinedBy(", ", words) + " (nearest: " +
-                       std::string(NearestName(text, words)) + ")");
+  Refuse(property, Quoted(text) + " is none of " + JoinedBy(", ", words) +
+                       " (nearest: " + std::string(NearestName(text, words)) + ")");
 }
 
 std::int32_t IntegerFromText(const PublishedProperty& property, std::string_view text) {
   const std::string trimmed = Trim(text);
   if (const std::optional<std::int32_t> number = ToInteger(trimmed)) return *number;
   const bool digits = trimmed.find_first_not_of("0123456789", trimmed.find_first_of("+-") == 0 ? 1 : 0) ==
-                          std::string::npos && trimmed.find_first_of("0123456789") != std::string::npos;
+                          std::string::npos &&
+                      trimmed.find_first_of("0123456789") != std::string::npos;
   if (!digits) Refuse(property, Quoted(text) + " is no decimal number (nearest: 0)");
   const std::string nearest = trimmed.front() == '-' ? "-2147483648" : "2147483647";
   Refuse(property, Quoted(text) + " is beyond -2147483648 to 2147483647 (nearest: " + nearest + ")");
@@ -75,7 +76,8 @@ std::string ListToText(const TStringList& list) {
 
 std::string WordToText(const PublishedProperty& property, EnumerationValue value) {
   const auto index = static_cast<std::size_t>(value.ordinal);
-  if (value.ordinal >= 0 && index < property.valueNames.size()) return std::string(property.valueNames[index]);
+  if (value.ordinal >= 0 && index < property.valueNames.size())
+    return std::string(property.valueNames[index]);
   return std::to_string(value.ordinal);
 }
 
@@ -91,22 +93,32 @@ PropertyValue ValueFromState(const PublishedProperty& property, const std::strin
 
 std::string PropertyToText(const PublishedProperty& property, const PropertyValue& value) {
   switch (property.kind) {
-    case PropertyKind::Text: return std::get<std::string>(value);
-    case PropertyKind::Integer: return std::to_string(std::get<std::int32_t>(value));
-    case PropertyKind::Boolean: return std::string(kBooleans[std::get<bool>(value) ? 1 : 0]);
-    case PropertyKind::Enumeration: return WordToText(property, std::get<EnumerationValue>(value));
-    case PropertyKind::TextList: return ListToText(std::get<TStringList>(value));
+    case PropertyKind::Text:
+      return std::get<std::string>(value);
+    case PropertyKind::Integer:
+      return std::to_string(std::get<std::int32_t>(value));
+    case PropertyKind::Boolean:
+      return std::string(kBooleans[std::get<bool>(value) ? 1 : 0]);
+    case PropertyKind::Enumeration:
+      return WordToText(property, std::get<EnumerationValue>(value));
+    case PropertyKind::TextList:
+      return ListToText(std::get<TStringList>(value));
   }
   return {};
 }
 
 PropertyValue PropertyFromText(const PublishedProperty& property, std::string_view text) {
   switch (property.kind) {
-    case PropertyKind::Text: break;
-    case PropertyKind::Integer: return IntegerFromText(property, text);
-    case PropertyKind::Boolean: return WordFromText(property, kBooleans, text) != 0;
-    case PropertyKind::Enumeration: return EnumerationValue{WordFromText(property, property.valueNames, text)};
-    case PropertyKind::TextList: return ListFromText(text);
+    case PropertyKind::Text:
+      break;
+    case PropertyKind::Integer:
+      return IntegerFromText(property, text);
+    case PropertyKind::Boolean:
+      return WordFromText(property, kBooleans, text) != 0;
+    case PropertyKind::Enumeration:
+      return EnumerationValue{WordFromText(property, property.valueNames, text)};
+    case PropertyKind::TextList:
+      return ListFromText(text);
   }
   return std::string(text);
 }

@@ -1,5 +1,6 @@
-// Secrets under a key that only the running user can read: secret.key in the host's configuration folder, made
-// when the first secret is encrypted. XSalsa20-Poly1305 (libsodium's secretbox), a fresh nonce each time.
+// Secrets under a key that only the running user can read: secret.key in the host's configuration folder,
+// made when the first secret is encrypted. XSalsa20-Poly1305 (libsodium's secretbox), a fresh nonce each
+// time.
 #include <fcntl.h>
 #include <sodium.h>
 #include <sys/stat.h>
@@ -48,10 +49,12 @@ std::string ToBase64(const unsigned char* bytes, std::size_t size) {
 
 // Empty when the text is no base64.
 std::vector<unsigned char> FromBase64(std::string_view text) {
+  if (text.empty()) return {};
   std::vector<unsigned char> bytes(text.size());
   std::size_t size = 0;
   const char* end = nullptr;
-  if (sodium_base642bin(bytes.data(), bytes.size(), text.data(), text.size(), nullptr, &size, &end, kBase64) != 0 ||
+  if (sodium_base642bin(bytes.data(), bytes.size(), text.data(), text.size(), nullptr, &size, &end,
+                        kBase64) != 0 ||
       end != text.data() + text.size()) {
     return {};
   }
@@ -98,7 +101,8 @@ bool ReadKey(const std::string& path, Key& key) {
   return true;
 }
 
-// Writes a new key beside its place and links it there, so that of two processes one wins and nobody reads half a key.
+// Writes a new key beside its place and links it there, so that of two processes one wins and nobody reads
+// half a key.
 void MakeKey(const std::string& path) {
   CreateFolders(FolderPart(path));
   std::string beside = path + ".XXXXXX";
@@ -120,8 +124,9 @@ void MakeKey(const std::string& path) {
 // The user's key bound to a word.
 Key BoundTo(std::string_view word, const Key& user) {
   Key bound;
-  crypto_generichash(bound.bytes.data(), bound.bytes.size(), reinterpret_cast<const unsigned char*>(word.data()),
-                     word.size(), user.bytes.data(), user.bytes.size());
+  crypto_generichash(bound.bytes.data(), bound.bytes.size(),
+                     reinterpret_cast<const unsigned char*>(word.data()), word.size(), user.bytes.data(),
+                     user.bytes.size());
   return bound;
 }
 
@@ -138,8 +143,9 @@ std::string EncryptSecret(std::string_view text, std::string_view key) {
   }
   std::vector<unsigned char> box(crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES + text.size());
   randombytes_buf(box.data(), crypto_secretbox_NONCEBYTES);
-  crypto_secretbox_easy(box.data() + crypto_secretbox_NONCEBYTES, reinterpret_cast<const unsigned char*>(text.data()),
-                        text.size(), box.data(), BoundTo(key, user).bytes.data());
+  crypto_secretbox_easy(box.data() + crypto_secretbox_NONCEBYTES,
+                        reinterpret_cast<const unsigned char*>(text.data()), text.size(), box.data(),
+                        BoundTo(key, user).bytes.data());
   return std::string(kVersion) + ToBase64(box.data(), box.size());
 }
 
@@ -154,9 +160,9 @@ std::string DecryptSecret(std::string_view text, std::string_view key) {
   Key user;
   if (!ReadKey(path, user)) throw Exception("The stored secret cannot be decrypted: there is no key " + path);
   std::string clear(box.size() - kOverhead, '\0');
-  if (crypto_secretbox_open_easy(reinterpret_cast<unsigned char*>(clear.data()), box.data() + crypto_secretbox_NONCEBYTES,
-                                 box.size() - crypto_secretbox_NONCEBYTES, box.data(),
-                                 BoundTo(key, user).bytes.data()) != 0) {
+  if (crypto_secretbox_open_easy(
+          reinterpret_cast<unsigned char*>(clear.data()), box.data() + crypto_secretbox_NONCEBYTES,
+          box.size() - crypto_secretbox_NONCEBYTES, box.data(), BoundTo(key, user).bytes.data()) != 0) {
     throw Exception("The stored secret cannot be decrypted: it was changed, or made by another user");
   }
   return clear;

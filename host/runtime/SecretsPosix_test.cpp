@@ -22,7 +22,8 @@ class OwnConfiguration : public testing::Environment {
  private:
   std::unique_ptr<TestFolder> folder_;
 };
-[[maybe_unused]] const auto* const kOwnConfiguration = testing::AddGlobalTestEnvironment(new OwnConfiguration);
+[[maybe_unused]] const auto* const kOwnConfiguration =
+    testing::AddGlobalTestEnvironment(new OwnConfiguration);
 
 // A configuration folder for one test.
 class SecretKey : public testing::Test {

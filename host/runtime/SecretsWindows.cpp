@@ -1,4 +1,5 @@
-// Secrets under the data protection of Windows: bound to the account of the running user, no key of ours to keep.
+// Secrets under the data protection of Windows: bound to the account of the running user, no key of ours to
+// keep.
 #include <windows.h>
 // After windows.h, which it needs.
 #include <dpapi.h>
@@ -43,10 +44,12 @@ std::string ToBase64(std::string_view bytes) {
 std::string FromBase64(std::string_view text) {
   DWORD size = 0;
   const auto length = static_cast<DWORD>(text.size());
-  if (CryptStringToBinaryA(text.data(), length, CRYPT_STRING_BASE64, nullptr, &size, nullptr, nullptr) == 0) return {};
+  if (CryptStringToBinaryA(text.data(), length, CRYPT_STRING_BASE64, nullptr, &size, nullptr, nullptr) == 0)
+    return {};
   std::string bytes(size, '\0');
   auto* data = reinterpret_cast<BYTE*>(bytes.data());
-  if (CryptStringToBinaryA(text.data(), length, CRYPT_STRING_BASE64, data, &size, nullptr, nullptr) == 0) return {};
+  if (CryptStringToBinaryA(text.data(), length, CRYPT_STRING_BASE64, data, &size, nullptr, nullptr) == 0)
+    return {};
   bytes.resize(size);
   return bytes;
 }

@@ -13,10 +13,12 @@ std::string RaisedByDecrypting(const std::string& text, const std::string& key =
   }
 }
 
-constexpr const char* kChanged = "The stored secret cannot be decrypted: it was changed, or made by another user";
+constexpr const char* kChanged =
+    "The stored secret cannot be decrypted: it was changed, or made by another user";
 
 TEST(Secrets, ComeBack) {
-  for (const std::string clear : {"x", "p\xC3\xA4ss w\xF6rd\r\n", "", "qx1:", "a longer secret of some words"}) {
+  for (const std::string clear :
+       {"x", "p\xC3\xA4ss w\xF6rd\r\n", "", "qx1:", "a longer secret of some words"}) {
     EXPECT_EQ(DecryptSecret(EncryptSecret(clear, ""), ""), clear);
   }
 }

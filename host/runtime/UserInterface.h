@@ -1,5 +1,5 @@
-// Where the contract's file and folder pickers lead: the desktop, the page driver or a test sets a user interface;
-// without one nobody picks anything.
+// Where the contract's file and folder pickers lead: the desktop, the page driver or a test sets a user
+// interface; without one nobody picks anything.
 #pragma once
 
 #include <optional>
@@ -17,7 +17,8 @@ class UserInterface {
   virtual std::optional<std::string> PickFolder(const std::string& title, const std::string& current) = 0;
 };
 
-// Sets the one of this process, null for none; the caller keeps it, and it outlives its use. User-interface thread.
+// Sets the one of this process, null for none; the caller keeps it, and it outlives its use. User-interface
+// thread.
 void SetUserInterface(UserInterface* userInterface);
 
 }  // namespace qx

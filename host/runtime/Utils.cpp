@@ -19,7 +19,9 @@ bool TakePicked(std::optional<std::string> picked, std::string& path) {
 
 void SetUserInterface(UserInterface* userInterface) { currentInterface = userInterface; }
 
-void LoadUnicodeFile(const std::string& path, TStringList& lines) { lines.Items() = TextFile::Load(path).lines; }
+void LoadUnicodeFile(const std::string& path, TStringList& lines) {
+  lines.Items() = TextFile::Load(path).lines;
+}
 
 std::string ExpandRelativePath(const std::string& baseFolder, const std::string& relativePath) {
   std::string expanded = ExpandPath(baseFolder, relativePath);

@@ -28,7 +28,8 @@ void SetIn(Layer& layer, std::string name, std::string value) {
   layer.emplace_back(std::move(name), std::move(value));
 }
 
-// One expansion under way: the result so far, and the variables whose values are being expanded, outermost first.
+// One expansion under way: the result so far, and the variables whose values are being expanded, outermost
+// first.
 class Expansion {
  public:
   Expansion(const Variables& variables, bool nested) : variables_(variables), nested_(nested) {}
@@ -90,7 +91,8 @@ class Expansion {
 
   void Put(std::string_view text) {
     if (text.size() > Variables::kLargestResult - result_.size()) {
-      throw Exception("The expanded text is longer than " + std::to_string(Variables::kLargestResult) + " bytes");
+      throw Exception("The expanded text is longer than " + std::to_string(Variables::kLargestResult) +
+                      " bytes");
     }
     result_ += text;
   }

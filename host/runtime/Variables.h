@@ -1,5 +1,5 @@
-// The variables of a build: three layers (the command line's, the build project's, the environment) and the expansion
-// of %NAME% in a text.
+// The variables of a build: three layers (the command line's, the build project's, the environment) and the
+// expansion of %NAME% in a text.
 #pragma once
 
 #include <functional>
@@ -13,12 +13,12 @@
 
 namespace qx {
 
-// Looks a name up in the environment of this process: as it stands first, then without regard to letter case (Windows
-// never regards it). Values are UTF-8 on Windows, bytes as they stand elsewhere.
+// Looks a name up in the environment of this process: as it stands first, then without regard to letter case
+// (Windows never regards it). Values are UTF-8 on Windows, bytes as they stand elsewhere.
 std::optional<std::string> ReadEnvironment(const std::string& name);
 
-// Names are compared without regard to letter case, as everywhere on the host's own system; a name that matches
-// exactly is preferred within its layer. Reading is safe from any thread while nobody writes.
+// Names are compared without regard to letter case, as everywhere on the host's own system; a name that
+// matches exactly is preferred within its layer. Reading is safe from any thread while nobody writes.
 class Variables {
  public:
   using Lookup = std::function<std::optional<std::string>(const std::string& name)>;
@@ -35,11 +35,12 @@ class Variables {
 
   std::optional<std::string> Find(std::string_view name) const;
 
-  // Replaces each %NAME% by the variable's value and each %% by one percent sign. A name is at least one character
-  // and holds neither a percent sign nor a line end; a percent sign that begins no such name stays as it is. What is
-  // put in is expanded in turn when `nested` is set, and otherwise stands as it is. Raises Exception:
-  // "Undefined variable : NAME"; a variable that contains itself, directly or through others (nested only); a result
-  // that grows beyond kLargestResult, or takes more than kMostReplacements replacements or kDeepestNesting levels.
+  // Replaces each %NAME% by the variable's value and each %% by one percent sign. A name is at least one
+  // character and holds neither a percent sign nor a line end; a percent sign that begins no such name stays
+  // as it is. What is put in is expanded in turn when `nested` is set, and otherwise stands as it is. Raises
+  // Exception: "Undefined variable : NAME"; a variable that contains itself, directly or through others
+  // (nested only); a result that grows beyond kLargestResult, or takes more than kMostReplacements
+  // replacements or kDeepestNesting levels.
   std::string Expand(std::string_view text, bool nested) const;
 
   // Far above what a command line or a path holds; below what would harm the host.
