@@ -5,8 +5,8 @@
 #include <optional>
 #include <utility>
 
-#include "host/runtime/TestFolder.h"
 #include "platform/Paths.h"
+#include "platform/TestFolder.h"
 #include "plugin/Qxtypes.h"
 #include "solution/Vsnetsln.h"
 
