@@ -71,6 +71,27 @@ TEST(VcprojScan, RefusesWhatIsNoXmlWithTheReason) {
   }
 }
 
+TEST(VcprojScan, LooksIntoEveryFilesElement) {
+  EXPECT_EQ(Listed("<VisualStudioProject><Files>" + Filter(File("a.rc")) + "</Files><Files>" +
+                   Filter(File("b.rc")) + "</Files></VisualStudioProject>"),
+            (Names{"a.rc", "b.rc"}));
+}
+
+TEST(VcprojScan, ReadsAProjectBehindAComment) {
+  EXPECT_EQ(Listed("<!--\r\nlicence\r\n-->\r\n<VisualStudioProject><Files>" + Filter(File("a.rc")) +
+                   "</Files></VisualStudioProject>"),
+            Names{"a.rc"});
+}
+
+TEST(VcprojScan, ReadsNamesInTheDeclaredEncoding) {
+  const auto declared = [](const std::string& encoding, const std::string& name) {
+    return Listed("<?xml version=\"1.0\" encoding=\"" + encoding + "\"?><VisualStudioProject><Files>" +
+                  Filter(File(name)) + "</Files></VisualStudioProject>");
+  };
+  EXPECT_EQ(declared("shift_jis", "\x83\x5C\x83\x74\x83\x67.rc"), Names{"ソフト.rc"});
+  EXPECT_EQ(declared("Windows-1252", "gr\xFC\xDF.rc"), Names{"grüß.rc"});
+}
+
 // Through a solution
 
 class Scan : public testing::Test {
