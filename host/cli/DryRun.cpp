@@ -43,15 +43,19 @@ std::string NameInDiff(const std::string& path, const std::string& folder) {
 
 }  // namespace
 
-std::string DryRun::Report(const std::string& folder) const {
+std::string DryRun::Report(const OpenProject& project) const {
   std::string report;
   for (const ProcessRehearsal::Command& command : processes_.Commands()) {
     report += "Would run in " + command.directory + ":\n    " + QuoteArgument(command.executable) + " " +
               command.parameters + "\n";
   }
-  const std::string real = RealFolder(folder);
+  const std::string real = RealFolder(FolderPart(project.File()));
   for (const WriteCapture::Change& change : writes_.Changes()) {
-    report += UnifiedDiff(NameInDiff(change.path, real), BytesOnDisk(change.path), change.bytes);
+    std::optional<std::string> before = BytesOnDisk(change.path);
+    std::error_code ignored;
+    const bool isProject = fs::equivalent(ToPath(change.path), ToPath(project.File()), ignored);
+    if (before && isProject) before = project.WithoutSecrets(std::move(*before));
+    report += UnifiedDiff(NameInDiff(change.path, real), before, change.bytes);
   }
   return report;
 }

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "host/runtime/OpenProject.h"
 #include "host/runtime/ProcessRehearsal.h"
 #include "platform/Files.h"
 
@@ -11,8 +12,9 @@ namespace qx::cli {
 class DryRun {
  public:
   // The command lines that would have run, and a unified diff of every file that would have changed, backups too.
-  // Files below `folder` are named relative to it, others from the root of the file system.
-  std::string Report(const std::string& folder) const;
+  // Files below the project's folder are named relative to it, others from the root of the file system. A secret
+  // that stands in clear text in the project's file is masked.
+  std::string Report(const OpenProject& project) const;
 
  private:
   WriteCapture writes_;

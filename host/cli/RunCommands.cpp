@@ -94,7 +94,7 @@ int RunProject(Session& session, const Invocation& invocation) {
     if (saves) saved = SaveAfterwards(project, dry);
   }
   log.Finish();
-  if (rehearsal) session.Print(rehearsal->Report(FolderPart(file)));
+  if (rehearsal) session.Print(rehearsal->Report(project));
   if (outcome == RunOutcome::Stopped) {
     const bool timeOut = runner.StoppedBy() == StopRequests::Event::TimeOut;
     Session::Complain(file + (timeOut ? ": stopped by the time-out" : ": stopped by the user"));

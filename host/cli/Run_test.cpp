@@ -146,6 +146,17 @@ TEST_F(RunCommand, ADryRunShowsEverythingAndChangesNothing) {
   EXPECT_EQ(std::filesystem::last_write_time(folder_), folderTime);
 }
 
+TEST_F(RunCommand, ADryRunMasksASecretThatStandsThereInClearText) {
+  Write("p.xml", "<BuildProject version=\"1\"><Actions><Action type=\"Tiny Task\">\n"
+                 "<Property name=\"Password\">hush&amp;&#104;ush</Property>\n</Action></Actions></BuildProject>");
+  const std::string before = Content("p.xml");
+  const auto result = Host({"run", "p.xml", "--dry-run"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_TRUE(Holds(result.out, "-<Property name=\"Password\">***</Property>\n")) << result.out;
+  EXPECT_FALSE(Holds(result.out, "hush")) << result.out;
+  EXPECT_EQ(Content("p.xml"), before);
+}
+
 TEST_F(RunCommand, ASecondRunSaysWhoHoldsTheProject) {
   Project("p.xml", {{"Deed=tdSleep", "Seconds=2"}});
   test::ProgramResult first;

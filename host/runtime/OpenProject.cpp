@@ -82,6 +82,19 @@ std::vector<std::string> OpenProject::Save() {
   return warnings;
 }
 
+std::string OpenProject::WithoutSecrets(std::string bytes) const {
+  BuildProject shown = BuildProject::Parse(std::move(bytes), File());
+  for (int i = 0; i < shown.ActionCount(); ++i) {
+    const TQXActionClass* actionClass = findClass_(shown.ActionType(i));
+    if (actionClass == nullptr) continue;
+    for (const PublishedProperty& property : actionClass->properties) {
+      if (property.storage != PropertyStorage::Secret || !shown.Has(i, property.name)) continue;
+      shown.WriteText(i, property.name, "***", "");
+    }
+  }
+  return shown.Text();
+}
+
 void OpenProject::SaveInto(BuildProject fresh) {
   std::string lost;
   for (int i = 0; i < ActionCount(); ++i) {

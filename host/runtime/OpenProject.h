@@ -39,6 +39,9 @@ class OpenProject {
   // not be saved too.
   std::vector<std::string> Save();
 
+  // Bytes of the project's file as people may see them: "***" for a secret that stands there in clear text.
+  std::string WithoutSecrets(std::string bytes) const;
+
  private:
   using State = std::map<std::string, std::variant<std::string, std::vector<std::string>>, std::less<>>;
   static State Capture(TQXAction& action);
