@@ -1,7 +1,6 @@
 #include "platform/FileRewrite.h"
 
 #include "platform/Files.h"
-#include "platform/FilesSystem.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -34,9 +33,21 @@ std::string Joined(Pieces pieces) {
 
 }  // namespace
 
-FileRewrite::FileRewrite(const std::string& path) : path_(path) {
-  const bool asNamed = !WritesAreCaptured() && system::IsRegularFile(path);
-  target_ = asNamed ? path : system::WriteTarget(path);
+std::optional<FileRewrite> FileRewrite::OpenAsNamed(const std::string& path) {
+  FileRewrite rewrite;
+  if (!WritesAreCaptured()) rewrite.facts_ = system::ReadWithFacts(path, rewrite.bytes_);
+  if (!rewrite.facts_ || !rewrite.facts_->mayBeWritten) return std::nullopt;
+  rewrite.path_ = rewrite.target_ = path;
+  return rewrite;
+}
+
+FileRewrite::FileRewrite(const std::string& path) {
+  if (auto named = OpenAsNamed(path)) {
+    *this = std::move(*named);
+    return;
+  }
+  path_ = path;
+  target_ = system::WriteTarget(path);
   bytes_ = ReadFile(path);
   if (const std::string reason = system::WhyNotWritable(target_); !reason.empty()) FailToWrite(path, reason);
 }
@@ -49,10 +60,14 @@ void FileRewrite::Commit(std::string_view suffix, BackupRule rule, Pieces backup
     return;
   }
   const bool changes = !Equal(bytes, bytes_);
-  const bool linked = BackUp(name, rule, backup, changes && Equal(backup, bytes_));
+  const bool mayLink = changes && facts_ && facts_->hasOneName && Equal(backup, bytes_);
+  const bool linked = BackUp(name, rule, backup, mayLink);
   if (!changes) return;
   std::string reason;
-  if (system::Replace(target_, bytes, "", reason)) return;
+  if (facts_ ? system::ReplaceByFacts(target_, bytes, *facts_, false, reason)
+             : system::Replace(target_, bytes, "", reason)) {
+    return;
+  }
   // The second name may not outlive the failure: what is written to the file would be written to its backup.
   std::string ignored;
   if (linked) system::Remove(name, ignored);
@@ -63,10 +78,14 @@ void FileRewrite::Commit(std::string_view suffix, BackupRule rule, Pieces backup
 bool FileRewrite::BackUp(const std::string& name, BackupRule rule, Pieces backup, bool mayLink) {
   std::string reason;
   if (rule == BackupRule::kFirstTime && FileExists(name)) return false;
+  if (mayLink && system::AddName(target_, name)) return true;
   if (rule == BackupRule::kEveryTime && !system::Remove(name, reason)) FailToWrite(name, reason);
   if (mayLink && system::AddName(target_, name)) return true;
-  if (!system::Replace(name, backup, target_, reason)) FailToWrite(name, reason);
-  return false;
+  if (facts_ ? system::ReplaceByFacts(name, backup, *facts_, true, reason)
+             : system::Replace(name, backup, target_, reason)) {
+    return false;
+  }
+  FailToWrite(name, reason);
 }
 
 }  // namespace qx

@@ -3,9 +3,12 @@
 // once.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "platform/FilesSystem.h"
 
 namespace qx {
 
@@ -19,6 +22,9 @@ class FileRewrite {
   // Finds the file and reads it. Raises "Cannot read FILE: REASON"; for a file that may not be written,
   // "Cannot write FILE: REASON". Nothing is written yet.
   explicit FileRewrite(const std::string& path);
+  // The same for a file that stands under exactly this name and may be written, with no search for it; none
+  // where that is not so.
+  static std::optional<FileRewrite> OpenAsNamed(const std::string& path);
 
   // The file as it was read.
   const std::string& Bytes() const { return bytes_; }
@@ -31,12 +37,14 @@ class FileRewrite {
               std::span<const std::string_view> bytes);
 
  private:
+  FileRewrite() = default;
   bool BackUp(const std::string& name, BackupRule rule, std::span<const std::string_view> backup,
               bool linked);
 
   std::string path_;    // as it was given
   std::string target_;  // on disk
   std::string bytes_;
+  std::optional<system::FileFacts> facts_;  // absent: the file was reached the long way
 };
 
 }  // namespace qx

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "platform/Files.h"
@@ -90,6 +91,32 @@ std::string AbsolutePath(const std::string& path) {
   return real ? std::string(real.get()) : std::string();
 }
 
+bool WriteAndRename(const std::string& target, std::span<const std::string_view> pieces,
+                    const system::FileFacts* model, bool leaveToWrite, std::string& reason) {
+  std::string name;
+  Descriptor file(CreateBeside(target, name));
+  if (!file.IsOpen()) {
+    reason = LastError();
+    return false;
+  }
+  bool done = true;
+  struct stat made;
+  if (model != nullptr && fstat(file.Number(), &made) == 0) {
+    // Only the superuser can give files away: a file that cannot be given stays the writer's.
+    const bool isTheirs = made.st_uid != model->owner || made.st_gid != model->group;
+    if (isTheirs && fchown(file.Number(), model->owner, model->group) != 0) errno = 0;
+    const mode_t mode = leaveToWrite ? model->mode | S_IWUSR : model->mode;
+    if ((made.st_mode & 07777) != mode) done = fchmod(file.Number(), mode) == 0;
+  }
+  for (const std::string_view piece : pieces) done = done && WriteAll(file.Number(), piece);
+  done = done && fsync(file.Number()) == 0;
+  done = done && file.Close() && rename(name.c_str(), target.c_str()) == 0;
+  if (done) return true;
+  reason = LastError();
+  unlink(name.c_str());
+  return false;
+}
+
 }  // namespace
 
 namespace system {
@@ -142,29 +169,30 @@ std::string WhyNotWritable(const std::string& target) {
   return read_only || access(target.c_str(), W_OK) != 0 ? "the file is read-only" : "";
 }
 
+std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes) {
+  Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+  struct stat status;
+  if (!file.IsOpen() || fstat(file.Number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  std::string reason;
+  if (!Drain(file.Number(), static_cast<std::size_t>(status.st_size), bytes, reason)) return std::nullopt;
+  const bool isOwn = geteuid() == 0 || (status.st_uid == geteuid() && (status.st_mode & S_IWUSR) != 0);
+  const bool mayBeWritten =
+      (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0 && (isOwn || access(path.c_str(), W_OK) == 0);
+  return FileFacts{mayBeWritten, status.st_nlink == 1, status.st_mode & 07777, status.st_uid, status.st_gid};
+}
+
 bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
              std::string& reason) {
-  std::string name;
-  Descriptor file(CreateBeside(target, name));
-  if (!file.IsOpen()) {
-    reason = LastError();
-    return false;
-  }
   struct stat status;
-  bool done = true;
-  if (stat(model.empty() ? target.c_str() : model.c_str(), &status) == 0) {
-    // Only the superuser can give files away: a file that cannot be given stays the writer's.
-    if (fchown(file.Number(), status.st_uid, status.st_gid) != 0) errno = 0;
-    const mode_t mode = status.st_mode & 07777;
-    done = fchmod(file.Number(), model.empty() ? mode : mode | S_IWUSR) == 0;
-  }
-  for (const std::string_view piece : pieces) done = done && WriteAll(file.Number(), piece);
-  done = done && fsync(file.Number()) == 0;
-  done = done && file.Close() && rename(name.c_str(), target.c_str()) == 0;
-  if (done) return true;
-  reason = LastError();
-  unlink(name.c_str());
-  return false;
+  const bool hasModel = stat(model.empty() ? target.c_str() : model.c_str(), &status) == 0;
+  if (!hasModel) return WriteAndRename(target, pieces, nullptr, false, reason);
+  const FileFacts facts{true, false, status.st_mode & 07777, status.st_uid, status.st_gid};
+  return WriteAndRename(target, pieces, &facts, !model.empty(), reason);
+}
+
+bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces,
+                    const FileFacts& facts, bool leaveToWrite, std::string& reason) {
+  return WriteAndRename(target, pieces, &facts, leaveToWrite, reason);
 }
 
 bool Remove(const std::string& target, std::string& reason) {
@@ -173,14 +201,8 @@ bool Remove(const std::string& target, std::string& reason) {
   return false;
 }
 
-bool IsRegularFile(const std::string& path) {
-  struct stat status;
-  return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
 bool AddName(const std::string& file, const std::string& name) {
-  struct stat status;
-  return stat(file.c_str(), &status) == 0 && status.st_nlink == 1 && link(file.c_str(), name.c_str()) == 0;
+  return link(file.c_str(), name.c_str()) == 0;
 }
 
 bool MakeFolder(const std::string& path, std::string& reason) {

@@ -2,6 +2,8 @@
 // success.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,13 +25,23 @@ std::string WhyNotWritable(const std::string& target);
 bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
              std::string& reason);
 
+// What reading a file told about its replacement, so that nothing is asked of the system twice.
+struct FileFacts {
+  bool mayBeWritten = false;
+  bool hasOneName = false;
+  std::uint32_t mode = 0, owner = 0, group = 0;
+};
+// Reads a regular file that stands under exactly this name, no link. None where that is not so, or not known to be.
+std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes);
+// As Replace, for a file that was read so; `leaveToWrite` adds that to the mode.
+bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces, const FileFacts& facts,
+                    bool leaveToWrite, std::string& reason);
+
 // True when there is no such file afterwards.
 bool Remove(const std::string& target, std::string& reason);
 
-// Whether a regular file, no link, stands under exactly this name.
-bool IsRegularFile(const std::string& path);
 // Gives the file a second name, at which nothing may be yet: the cheapest copy of a file that is about to be
-// replaced. False, and nothing is done, where the system cannot or where the file has other names already.
+// replaced. False, and nothing is done, where the system cannot.
 bool AddName(const std::string& file, const std::string& name);
 
 // Makes one folder; true when it exists afterwards.

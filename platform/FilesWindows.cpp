@@ -154,10 +154,10 @@ bool Remove(const std::string& target, std::string& reason) {
   return false;
 }
 
-bool IsRegularFile(const std::string& path) {
-  const DWORD attributes = GetFileAttributesW(WidePath(path).c_str());
-  constexpr DWORD kOthers = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & kOthers) == 0;
+std::optional<FileFacts> ReadWithFacts(const std::string&, std::string&) { return std::nullopt; }
+bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces, const FileFacts&, bool,
+                    std::string& reason) {
+  return Replace(target, pieces, "", reason);
 }
 
 // ReplaceFileW carries the old file's identity over to the new one: a second name would show the new bytes.

@@ -2,6 +2,7 @@
 // end that rewritten files have. Header-only; for this room alone.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -14,27 +15,6 @@ struct Line {
   std::size_t next = 0;   // where the following line begins
 };
 
-// Lines end in CR LF, CR or LF; a text that ends in a line end has no further empty line.
-class LineCursor {
- public:
-  explicit LineCursor(std::string_view text, std::size_t at = 0) : text_(text), at_(at) {}
-
-  bool Next(Line& line) {
-    if (at_ >= text_.size()) return false;
-    std::size_t end = at_;
-    while (end < text_.size() && text_[end] != '\r' && text_[end] != '\n') ++end;
-    line.text = text_.substr(at_, end - at_);
-    line.begin = at_;
-    at_ = end + (text_.substr(end, 2) == "\r\n" ? 2 : end < text_.size() ? 1 : 0);
-    line.next = at_;
-    return true;
-  }
-
- private:
-  std::string_view text_;
-  std::size_t at_;
-};
-
 // Whether every line ends in CR LF, the last one too: such a text would come back from WithCrLf as it is.
 inline bool HasOnlyCrLf(std::string_view text) {
   if (text.empty()) return true;
@@ -45,6 +25,37 @@ inline bool HasOnlyCrLf(std::string_view text) {
   }
   return lone == 0;
 }
+
+// Lines end in CR LF, CR or LF; a text that ends in a line end has no further empty line.
+class LineCursor {
+ public:
+  explicit LineCursor(std::string_view text, std::size_t at = 0) : text_(text), at_(at) {}
+
+  bool Next(Line& line) {
+    if (at_ >= text_.size()) return false;
+    const std::size_t end = FindEnd();
+    line.text = text_.substr(at_, end - at_);
+    line.begin = at_;
+    at_ = end + (text_.substr(end, 2) == "\r\n" ? 2 : end < text_.size() ? 1 : 0);
+    line.next = at_;
+    return true;
+  }
+
+ private:
+  // Where the line's end stands. Lone CRs are rare: they are looked for up to the next LF only, which is
+  // remembered, so that a text without any LF is not searched for it again and again.
+  std::size_t FindEnd() {
+    if (feed_ == kUnknown || (feed_ < at_ && feed_ != text_.size())) {
+      feed_ = std::min(text_.find('\n', at_), text_.size());
+    }
+    return at_ + std::min(text_.substr(at_, feed_ - at_).find('\r'), feed_ - at_);
+  }
+
+  static constexpr std::size_t kUnknown = std::string_view::npos;
+  std::string_view text_;
+  std::size_t at_;
+  std::size_t feed_ = kUnknown;  // the next LF at or behind `at_`, or the text's size
+};
 
 inline std::string WithCrLf(std::string_view text) {
   std::string out;

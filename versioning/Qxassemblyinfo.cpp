@@ -1,6 +1,7 @@
 #include "versioning/Qxassemblyinfo.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "platform/FileRewrite.h"
 #include "platform/Files.h"
@@ -34,7 +35,7 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
                          InterfacePtr<IQXActionLogMessage> log)
       : solution_(std::move(solution)),
         source_(source),
-        solutionFolder_(FolderPart(solution_->GetFileName())),
+        solutionFolder_(FolderPart(ExpandPath("", solution_->GetFileName()))),
         log_(std::move(log)),
         location_(source.GetProjectLocation()) {}
 
@@ -60,40 +61,54 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     Log(std::to_string(ids.size()) + " projects to process.");
     const auto projects = solution_->GetProjects();
     WebProjects webProjects(location_);
+    // As FindByGUID, the first of its identifier, without a search a project.
+    std::unordered_map<std::string, InterfacePtr<IVSDotNetProject>> byId;
+    for (int i = 0; i < projects->GetCount(); ++i) {
+      const auto project = projects->GetItem(i);
+      byId.try_emplace(project->GetGUID(), project);
+    }
     for (const std::string& id : ids) {
-      const auto project = projects->FindByGUID(id);
-      if (project.get() == nullptr) {
+      const auto found = byId.find(id);
+      if (found == byId.end()) {
         Log("ProjectID : " + id + " - not found in solution");
         continue;
       }
-      ProcessProject(project->GetPath(), webProjects);
+      ProcessProject(found->second->GetPath(), webProjects);
     }
   }
 
   void ProcessProject(const std::string& path, WebProjects& webProjects) {
     const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
-    const std::string file =
-        isWeb ? webProjects.FindProjectFile(path) : ExpandRelativePath(solutionFolder_, path);
-    if (!FileExists(file)) throw Exception("ERROR : Unable to find : " + file);
+    std::string file = isWeb ? webProjects.FindProjectFile(path) : ExpandPath(solutionFolder_, path);
+    std::string bytes, decoded, reason;
+    bool isRead = TryReadFile(file, bytes, &reason);
+    if (!isRead && !isWeb) {  // it may stand there in another letter case
+      file = ExpandRelativePath(solutionFolder_, path);
+      isRead = TryReadFile(file, bytes, &reason);
+    }
+    if (!isRead && !FileExists(file)) throw Exception("ERROR : Unable to find : " + file);
     Log("Processing Project File : " + file);
-
-    std::string decoded;
-    const std::string bytes = ReadFile(file);
+    if (!isRead) throw Exception("Cannot read " + file + ": " + reason);
     const std::string reference = AssemblyInfoReference(DecodeText(bytes, decoded));
     if (reference.empty()) return;
     if (!isWeb || !webProjects.AreFetched()) {
-      ProcessFile(ExpandRelativePath(FolderPart(file), reference), LowerCase(ExtensionOf(reference)));
+      const std::string info = ExpandPath(FolderPart(file), reference);
+      auto rewrite = FileRewrite::OpenAsNamed(info);
+      ProcessFile(rewrite ? info : ExpandRelativePath(FolderPart(file), reference),
+                  LowerCase(ExtensionOf(reference)), std::move(rewrite));
       return;
     }
     const std::string fetched = webProjects.Fetch(reference);
-    ProcessFile(fetched, ExtensionOf(fetched));
+    ProcessFile(fetched, ExtensionOf(fetched), std::nullopt);
     webProjects.Put(fetched, reference);
   }
 
-  void ProcessFile(const std::string& path, const std::string& extension) {
+  // `rewrite`: the file, where it has been opened already.
+  void ProcessFile(const std::string& path, const std::string& extension,
+                   std::optional<FileRewrite> rewrite) {
     Log("Processing AssemblyInfo File : " + path);
-    FileRewrite rewrite(path);
-    SourceText source(rewrite.Bytes(), path, PlainAscii::kIsUtf8);
+    if (!rewrite) rewrite.emplace(path);
+    SourceText source(rewrite->Bytes(), path, PlainAscii::kIsUtf8);
     Log("Backingup AssemblyInfo File : " + path + " to :" + path + ".bak");
     const std::string stamped = StampAssemblyInfo(
         source.Text(), extension, [this](AssemblyAttribute attribute) { return NewValue(attribute); },
@@ -103,7 +118,7 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     std::string oldStorage, newStorage;
     const auto oldBytes = source.Encode({source.NormalText()}, oldStorage);
     const auto newBytes = source.Encode({stamped}, newStorage);
-    rewrite.Commit(".bak", BackupRule::kEveryTime, oldBytes, newBytes);
+    rewrite->Commit(".bak", BackupRule::kEveryTime, oldBytes, newBytes);
   }
 
   std::optional<std::string> NewValue(AssemblyAttribute attribute) {
@@ -119,7 +134,7 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
 
   InterfacePtr<IVSDotNetSolution> solution_;
   IAssemblyInfoSource& source_;
-  std::string solutionFolder_;  // with its trailing delimiter
+  std::string solutionFolder_;  // absolute, with its trailing delimiter
   InterfacePtr<IQXActionLogMessage> log_;
   ProjectLocationSettings location_;
 };
