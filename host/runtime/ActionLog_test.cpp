@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "host/runtime/LogStream.h"
-#include "host/runtime/TestFolder.h"
+#include "platform/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 // The log file of one test.
 class LogFiles : public testing::Test {
  protected:
-  std::string Path() const { return folder_.Path("log"); }
+  std::string Path() const { return folder_ / "log"; }
   std::string Content() const { return folder_.Read("log"); }
   // What a log of that style holds after the writing.
   std::string Written(LogStyle style, ColourChoice colour, const std::function<void(ActionLog&)>& write) {

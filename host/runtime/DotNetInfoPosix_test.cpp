@@ -5,7 +5,7 @@
 #include "host/runtime/DotNetInfo.h"
 #include "host/runtime/HostProgram.h"
 #include "host/runtime/HostSettings.h"
-#include "host/runtime/TestFolder.h"
+#include "platform/TestFolder.h"
 #include "plugin/Qxdotnetinfo.h"
 
 namespace qx {
@@ -47,7 +47,7 @@ TEST_F(InstalledFramework, TakesAnyOfTheThreeEngines) {
   for (const std::string engine : {"msbuild", "dotnet", "xbuild"}) {
     PutOnPath(engine, 0755);
     EXPECT_EQ(InstalledFrameworkFolder("v77.1"), place_) << engine;
-    std::filesystem::remove(folder_.Path(engine));
+    std::filesystem::remove(folder_ / engine);
     EXPECT_EQ(InstalledFrameworkFolder("v77.1"), "") << engine;
   }
 }

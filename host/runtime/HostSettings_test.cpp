@@ -1,7 +1,7 @@
 #include "host/runtime/HostSettings.h"
 
-#include "host/runtime/TestFolder.h"
 #include "platform/Registry.h"
+#include "platform/TestFolder.h"
 #include "plugin/Qxdotnetinfo.h"
 
 namespace qx {
@@ -72,7 +72,7 @@ TEST_F(Settings, AFrameworkThatNobodyHasIsNotFound) {
 TEST_F(Settings, ARegistryThatIsNotThereIsNamed) {
   const TestFolder folder;
   HostSettings settings;
-  settings.registryFile = folder.Path("none.reg");
+  settings.registryFile = folder / "none.reg";
   settings.frameworks["v2.0"] = "/changed";
   try {
     ApplyHostSettings(settings);

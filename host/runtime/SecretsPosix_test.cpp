@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "host/runtime/Secrets.h"
-#include "host/runtime/TestFolder.h"
+#include "platform/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -30,10 +30,10 @@ class SecretKey : public testing::Test {
  protected:
   void SetUp() override {
     before_ = std::getenv("XDG_CONFIG_HOME");
-    setenv("XDG_CONFIG_HOME", folder.Path("deep/config").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (folder / "deep/config").c_str(), 1);
   }
   void TearDown() override { setenv("XDG_CONFIG_HOME", before_.c_str(), 1); }
-  std::string Key() const { return folder.Path("deep/config/qxhost/secret.key"); }
+  std::string Key() const { return folder / "deep/config/qxhost/secret.key"; }
   std::string Raised(const std::string& secret) {
     try {
       return "decrypted to " + DecryptSecret(secret, "");

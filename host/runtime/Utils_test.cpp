@@ -1,8 +1,8 @@
 #include "plugin/Qxutils.h"
 
-#include "host/runtime/TestFolder.h"
 #include "host/runtime/UserInterface.h"
 #include "platform/Paths.h"
+#include "platform/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -29,7 +29,7 @@ TEST(Utils, AFileThatIsNotThereIsNamed) {
   const TestFolder folder;
   TStringList lines;
   try {
-    LoadUnicodeFile(folder.Path("none.sln"), lines);
+    LoadUnicodeFile(folder / "none.sln", lines);
     FAIL();
   } catch (const Exception& failure) {
     EXPECT_NE(failure.Message().find("none.sln"), std::string::npos) << failure.Message();
@@ -40,11 +40,10 @@ TEST(Utils, ExpandsRelativePathsToTheCaseOnDisk) {
   const TestFolder folder;
   const std::string file = folder.Write("Lib/Source/A.rc", "");
   const std::string slash(1, NativeDelimiter());
-  EXPECT_EQ(ExpandRelativePath(folder.Path("Lib"), "source\\.\\..\\SOURCE\\a.RC"),
-            slash == "\\" ? folder.Path() + "\\Lib\\SOURCE\\a.RC" : file);
-  EXPECT_EQ(ExpandRelativePath(folder.Path("Lib"), "no\\such"),
-            folder.Path("Lib") + slash + "no" + slash + "such");
-  EXPECT_EQ(ExpandRelativePath("elsewhere", folder.Path()), folder.Path());
+  EXPECT_EQ(ExpandRelativePath(folder / "Lib", "source\\.\\..\\SOURCE\\a.RC"),
+            slash == "\\" ? folder.Path() + "Lib\\SOURCE\\a.RC" : file);
+  EXPECT_EQ(ExpandRelativePath(folder / "Lib", "no\\such"), (folder / "Lib") + slash + "no" + slash + "such");
+  EXPECT_EQ(ExpandRelativePath("elsewhere", folder / "Lib"), folder / "Lib");
 }
 
 class Picker : public UserInterface {
