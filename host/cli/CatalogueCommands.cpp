@@ -10,12 +10,14 @@
 #include "host/runtime/PropertyText.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
+#include "platform/Texts.h"
 
 namespace qx::cli {
 namespace {
 
 constexpr std::array<std::string_view, 5> kKindNames{"text", "integer", "boolean", "enumeration", "list"};
 constexpr std::string_view kRegistryName = "Registry";
+constexpr std::string_view kTimeoutName = "WebDavTimeout";
 constexpr std::array<std::string_view, 3> kStorageNames{"stored", "not stored", "secret"};
 
 Json PropertyRowAsJson(const PublishedProperty& property) {
@@ -107,16 +109,23 @@ struct PendingOption {
   std::string hostValue;
 };
 
-PendingOption FindOption(Catalogue& catalogue, const std::string& name, const std::string& value) {
-  if (IsHostSettingName(name)) {
-    PendingOption option{nullptr, nullptr, {}, CheckHostSettingName(name), value};
-    if (option.hostName == kRegistryName && !value.empty()) {
-      option.hostValue = ExpandPath("", value);
-      if (!FileExists(option.hostValue)) throw Exception("Registry: there is no file " + option.hostValue);
-    }
-    return option;
+PendingOption CheckHostSetting(const std::string& name, const std::string& value) {
+  PendingOption option{nullptr, nullptr, {}, name, value};
+  if (value.empty()) return option;  // taken out
+  if (name == kRegistryName) {
+    option.hostValue = ExpandPath("", value);
+    if (!FileExists(option.hostValue)) throw Exception("Registry: there is no file " + option.hostValue);
   }
-  std::vector<std::string> names{std::string(kRegistryName), "Framework.v2.0"};
+  const std::pair<std::string, std::string> setting{name, value};
+  if (name == kTimeoutName && ToInteger(value) != HostSettings::From({&setting, 1}).webDavTimeout) {
+    throw Exception("WebDavTimeout takes a whole number of seconds, a day's at most, not \"" + value + "\"");
+  }
+  return option;
+}
+
+PendingOption FindOption(Catalogue& catalogue, const std::string& name, const std::string& value) {
+  if (IsHostSettingName(name)) return CheckHostSetting(CheckHostSettingName(name), value);
+  std::vector<std::string> names{std::string(kRegistryName), std::string(kTimeoutName), "Framework.v2.0"};
   for (const RegisteredOptions& entry : catalogue.Options()) {
     for (const PublishedProperty& property : entry.optionsClass->properties) names.emplace_back(property.name);
     if (const PublishedProperty* property = FindProperty(entry.optionsClass->properties, name)) {

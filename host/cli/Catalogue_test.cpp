@@ -68,22 +68,11 @@ TEST_F(CatalogueCommands, OptionsAreChangedSavedAndShown) {
   EXPECT_EQ(shown["host"].dump(), "{\"Framework.v2.0\":\"/opt/x\"}");
 }
 
-TEST_F(CatalogueCommands, AWrongSettingOfTheHostIsNamedAndCanBeMended) {
-  Write("r.reg", "REGEDIT4\r\n");
-  ASSERT_EQ(Host({"options", "Registry=r.reg"}).code, 0);
-  Write("options.xml", "<Options version=\"1\"><Host><Option name=\"Registry\">none.reg</Option></Host></Options>");
-  const auto refused = Host({"actions"});
-  EXPECT_EQ(refused.code, 2);
-  EXPECT_TRUE(Holds(refused.err, "options.xml: ")) << refused.err;
-  EXPECT_EQ(Host({"options"}).code, 0);
-  EXPECT_TRUE(Holds(Host({"options"}).err, "warning: ")) << refused.err;
-  EXPECT_EQ(Host({"options", "Registry=none.reg"}).code, 2);
-}
-
 TEST_F(CatalogueCommands, OptionsAreAllOrNone) {
   for (const Words& words : std::vector<Words>{{"options", "Greeting=x", "Level=high"},
                                                {"options", "Greeting=x", "Nothing=1"},
                                                {"options", "Greeting=x", "Framework.two=1"},
+                                               {"options", "Greeting=x", "WebDavTimeout=soon"},
                                                {"options", "Greeting=x", "Level"}}) {
     const auto result = Host(words);
     EXPECT_EQ(result.code, 2) << words.back();

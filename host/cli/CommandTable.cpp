@@ -91,8 +91,8 @@ constexpr std::array kCommands{
     CommandRow{"options", kOptionsOperands, kOptionsOptions, "show or change the options",
                "Without an assignment shows the options objects of the packages and the host's own settings. The host's "
                "settings are Framework.VERSION=FOLDER, the folder that holds MSBuild.exe for a framework version; "
-               "Unc.\\\\SERVER\\SHARE=FOLDER, where a network share is mounted (outside Windows); and Registry=FILE, a "
-               ".reg export that stands in for the registry (outside Windows). An empty value takes a setting of the "
+               "Unc.\\\\SERVER\\SHARE=FOLDER, where a network share is mounted (outside Windows); Registry=FILE, a .reg "
+               "export that stands in for the registry (outside Windows); and WebDavTimeout=SECONDS. An empty value takes a setting of the "
                "host out.",
                "qxhost options Framework.v2.0=/opt/msbuild", "names the folder of a framework", ShowOptions},
     CommandRow{"expand", kExpandOperands, kExpandOptions, "print a text with its variables expanded",

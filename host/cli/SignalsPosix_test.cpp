@@ -158,5 +158,21 @@ TEST_F(Signals, RunsAtOnceLoseNoIncrement) {
   EXPECT_EQ(Count(), done);
 }
 
+// Outside Windows an export stands in for the registry.
+using RegistrySetting = CliTest;
+
+TEST_F(RegistrySetting, OfAFileThatIsGoneIsNamedAndCanBeMended) {
+  Write("r.reg", "REGEDIT4\r\n");
+  ASSERT_EQ(Host({"options", "Registry=r.reg"}).code, 0);
+  EXPECT_EQ(Host({"options", "Registry=none.reg"}).code, 2);
+  std::filesystem::remove(folder_ / "r.reg");
+  const auto refused = Host({"actions"});
+  EXPECT_EQ(refused.code, 2);
+  EXPECT_TRUE(Holds(refused.err, "options.xml: ") && Holds(refused.err, "r.reg")) << refused.err;
+  EXPECT_TRUE(Holds(Host({"options"}).err, "warning: "));
+  EXPECT_EQ(Host({"options", "Registry="}).code, 0);
+  EXPECT_EQ(Host({"actions"}).code, 0);
+}
+
 }  // namespace
 }  // namespace qx::cli

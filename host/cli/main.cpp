@@ -41,7 +41,13 @@ int Main(const std::vector<std::string>& arguments) {
     session.Print(document);
     return 0;
   }
-  const int code = Dispatch(session, invocation);
+  int code = kUsageError;
+  try {
+    code = Dispatch(session, invocation);
+  } catch (const std::exception& fault) {
+    // Here, while the session lives: the exception may belong to a package, which goes with it.
+    Session::Complain(fault.what());
+  }
   if (session.WriteError().empty()) return code;
   Session::Complain(session.WriteError());
   return code == 0 ? kUsageError : code;
