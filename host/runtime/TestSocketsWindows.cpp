@@ -66,7 +66,12 @@ bool Write(Socket socket, std::string_view bytes) {
   return true;
 }
 
-void Shut(Socket socket) { shutdown(Native(socket), SD_BOTH); }
+// The shutdown fails the reads that are to come, but wakes none that waits already.
+void Shut(Socket socket) {
+  shutdown(Native(socket), SD_BOTH);
+  CancelIoEx(reinterpret_cast<HANDLE>(Native(socket)), nullptr);
+}
+
 void Close(Socket socket) { closesocket(Native(socket)); }
 
 }  // namespace qx::test_sockets

@@ -114,7 +114,8 @@ std::vector<HttpChallenge> OfferedChallenges(HINTERNET request) {
     for (HttpChallenge& challenge : ParseChallenges(header)) offered.push_back(std::move(challenge));
   }
   const auto rank = [](const HttpChallenge& challenge) {
-    return std::find(kSchemes.begin(), kSchemes.end(), challenge.scheme) - kSchemes.begin();
+    return static_cast<std::size_t>(std::find(kSchemes.begin(), kSchemes.end(), challenge.scheme) -
+                                    kSchemes.begin());
   };
   std::erase_if(offered, [&](const HttpChallenge& challenge) { return rank(challenge) == kSchemes.size(); });
   std::stable_sort(offered.begin(), offered.end(),

@@ -19,7 +19,7 @@ add_library(qx_web_test STATIC HttpTestServer.cpp TestSockets${system}.cpp)
 target_link_libraries(qx_web_test PUBLIC qx_options Threads::Threads PRIVATE $<$<BOOL:${WIN32}>:ws2_32>)
 
 if(NOT WIN32)
-  set(system_tests TemporaryFolderPosix_test.cpp)
+  set(system_tests TemporaryFolderPosix_test.cpp WebDavClientPosix_test.cpp)
 endif()
 qx_tests(webdav_tests
   SOURCES
