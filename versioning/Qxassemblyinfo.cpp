@@ -80,15 +80,15 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
   void ProcessProject(const std::string& path, WebProjects& webProjects) {
     const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
     std::string file = isWeb ? webProjects.FindProjectFile(path) : ExpandPath(solutionFolder_, path);
-    std::string bytes, decoded, reason;
-    bool isRead = TryReadFile(file, bytes, &reason);
+    std::string bytes, decoded;
+    bool isRead = TryReadFile(file, bytes);
     if (!isRead && !isWeb) {  // it may stand there in another letter case
       file = ExpandRelativePath(solutionFolder_, path);
-      isRead = TryReadFile(file, bytes, &reason);
+      isRead = TryReadFile(file, bytes);
     }
     if (!isRead && !FileExists(file)) throw Exception("ERROR : Unable to find : " + file);
     Log("Processing Project File : " + file);
-    if (!isRead) throw Exception("Cannot read " + file + ": " + reason);
+    if (!isRead) bytes = ReadFile(file);  // on a share, or under a name with the other delimiter
     const std::string reference = AssemblyInfoReference(DecodeText(bytes, decoded));
     if (reference.empty()) return;
     if (!isWeb || !webProjects.AreFetched()) {

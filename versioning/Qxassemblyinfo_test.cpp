@@ -316,6 +316,21 @@ TEST_F(AssemblyInfo, AWebProjectIsNowhereByAMethodThatIsNone) {
   EXPECT_EQ(UpdateError(), "ERROR : Unable to find : ");
 }
 
+TEST_F(AssemblyInfo, AWebProjectIsStampedThroughAMountedShare) {
+  if (NativeDelimiter() == '\\') GTEST_SKIP() << "shares are mounted outside Windows only";
+  AddProject("http://localhost/Site/Site.csproj", "");
+  folder.Write("Site/Site.csproj", kProject);
+  folder.Write("Site/AssemblyInfo.cs", "[assembly: AssemblyTitle(\"x\")]\r\n");
+  source.Update(AssemblyAttribute::Title, "T");
+  source.location.projLocationDetectMethod = 1;
+  source.location.sharePath = "wwwroot$";
+  SetShares({{"\\\\localhost\\wwwroot$", folder.Path("")}});
+  const std::string error = UpdateError();
+  SetShares({});
+  EXPECT_EQ(error, "no error");
+  EXPECT_EQ(folder.Read("Site/AssemblyInfo.cs"), "[assembly: AssemblyTitle(\"T\")]\r\n");
+}
+
 TEST_F(AssemblyInfo, ADryRunWritesNothing) {
   AddProject("A.csproj", kProject);
   folder.Write("AssemblyInfo.cs", "[assembly: AssemblyTitle(\"x\")]\n");
