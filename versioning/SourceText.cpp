@@ -18,6 +18,15 @@ bool IsUtf16(TextEncoding encoding) {
   return encoding == TextEncoding::kUtf16LittleEnd || encoding == TextEncoding::kUtf16BigEnd;
 }
 
+// UTF-16 whose mark is missing, told by its first two characters when these are ASCII: cut at line ends as
+// bytes it would be ruined, and its backup with it.
+bool LooksLikeUtf16(std::string_view bytes) {
+  if (bytes.size() < 4) return false;
+  const bool littleEnd = bytes[0] != 0 && bytes[1] == 0 && bytes[2] != 0 && bytes[3] == 0;
+  const bool bigEnd = bytes[0] == 0 && bytes[1] != 0 && bytes[2] == 0 && bytes[3] != 0;
+  return littleEnd || bigEnd;
+}
+
 }  // namespace
 
 SourceText::SourceText(std::string_view bytes, std::string fileName, PlainAscii plainAscii)
@@ -26,6 +35,9 @@ SourceText::SourceText(std::string_view bytes, std::string fileName, PlainAscii 
   encoding_ = TextFile::FromBytes(bytes.substr(0, 3)).encoding;
   if (IsUtf16(encoding_) && bytes.size() % 2 != 0) {
     throw Exception("Cannot write " + fileName_ + ": it is UTF-16 and ends in half a character");
+  }
+  if (LooksLikeUtf16(bytes)) {
+    throw Exception("Cannot write " + fileName_ + ": it is UTF-16 without a mark (save the file with one)");
   }
   text_ = DecodeText(bytes, decoded_);
 }

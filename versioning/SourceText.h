@@ -21,8 +21,8 @@ enum class PlainAscii {
 
 class SourceText {
  public:
-  // `bytes` must outlive the object. Raises Exception for UTF-16 that ends in half a character, which nothing
-  // could write back.
+  // `bytes` must outlive the object. Raises Exception for UTF-16 that ends in half a character or has no
+  // mark, which nothing could write back.
   SourceText(std::string_view bytes, std::string fileName, PlainAscii plainAscii);
   SourceText(const SourceText&) = delete;
   SourceText& operator=(const SourceText&) = delete;

@@ -81,6 +81,19 @@ TEST(SourceTextEncoding, HalfACharacterIsRefused) {
   }
 }
 
+TEST(SourceTextEncoding, Utf16WithoutMarkIsRefused) {
+  for (const std::string& bytes : {"u\0s\0i\0"s, "\0u\0s\0i"s, "\r\0\n\0"s}) {
+    try {
+      SourceText(bytes, "A.cs", kCode);
+      FAIL();
+    } catch (const Exception& error) {
+      EXPECT_EQ(error.Message(), "Cannot write A.cs: it is UTF-16 without a mark (save the file with one)");
+    }
+  }
+  // Entries that were added to a file without any attribute line begin with a character of code 0.
+  EXPECT_EQ(SourceText("\0: AssemblyTitle(\"T\")\r\n"s, "A.cs", kCode).Text().size(), 23U);
+}
+
 TEST(SourceTextFit, AsciiAlwaysFits) {
   for (const std::string& bytes : {""s, "x"s, "\xA9"s, "\xEF\xBB\xBF"s, "\xFF\xFE"s}) {
     EXPECT_EQ(Fitted(bytes, "plain $1 \\"), "plain $1 \\");
