@@ -1,6 +1,7 @@
 #include "platform/FileRewrite.h"
 
 #include "platform/Files.h"
+#include "platform/Paths.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -29,6 +30,13 @@ std::string Joined(Pieces pieces) {
   std::string bytes;
   for (const std::string_view piece : pieces) bytes += piece;
   return bytes;
+}
+
+// The same name in its folder as that is called on disk: a share and the other delimiter mean nothing to the
+// system. The file itself may be a link, and its backup stands beside the link.
+std::string NameOnDisk(const std::string& path) {
+  const std::string folder = NativeDelimiter() == '\\' ? "" : FindExisting(FolderPart(path));
+  return folder.empty() ? path : WithTrailingDelimiter(folder) + FilePart(path);
 }
 
 }  // namespace
@@ -61,7 +69,8 @@ void FileRewrite::Commit(std::string_view suffix, BackupRule rule, Pieces backup
   }
   const bool changes = !Equal(bytes, bytes_);
   const bool mayLink = changes && facts_ && facts_->hasOneName && Equal(backup, bytes_);
-  const bool linked = BackUp(name, rule, backup, mayLink);
+  const std::string nameOnDisk = facts_ ? name : NameOnDisk(name);
+  const bool linked = BackUp(nameOnDisk, rule, backup, mayLink);
   if (!changes) return;
   std::string reason;
   if (facts_ ? system::ReplaceByFacts(target_, bytes, *facts_, false, reason)
@@ -70,7 +79,7 @@ void FileRewrite::Commit(std::string_view suffix, BackupRule rule, Pieces backup
   }
   // The second name may not outlive the failure: what is written to the file would be written to its backup.
   std::string ignored;
-  if (linked) system::Remove(name, ignored);
+  if (linked) system::Remove(nameOnDisk, ignored);
   FailToWrite(path_, reason);
 }
 

@@ -80,6 +80,17 @@ TEST_F(FileRewritePosix, ALinkStaysALinkAndItsBackupStandsBesideIt) {
   EXPECT_EQ(Read("link.bak"), "old");
 }
 
+TEST_F(FileRewritePosix, TheBackupOfANameWithTheOtherDelimiterStandsBesideTheFile) {
+  fs::create_directory(folder / "sub");
+  Write("sub/a", "old");
+  const std::string name = folder.string() + "\\Sub\\a";
+  EXPECT_EQ(Commit(name, BackupRule::kEveryTime, "new"), "");
+  EXPECT_EQ(Commit(name, BackupRule::kEveryTime, "newer"), "");
+  EXPECT_EQ(Read("sub/a"), "newer");
+  EXPECT_EQ(Read("sub/a.bak"), "new");
+  EXPECT_FALSE(fs::exists(name + ".bak"));
+}
+
 TEST_F(FileRewritePosix, AFileOfSeveralNamesGetsARealCopy) {
   const std::string path = Write("a", "old");
   fs::create_hard_link(folder / "a", folder / "other");
