@@ -1,3 +1,4 @@
+#include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
 #include <time.h>
@@ -25,11 +26,28 @@ Locale UsersLocale() {
   return Locale(locale);
 }
 
+// A text in the locale's own encoding, which is Latin-1 in many an old one; as it stands where the system
+// cannot convert it.
+std::string ToUtf8(std::string text, locale_t locale) {
+  const iconv_t converter = iconv_open("UTF-8", nl_langinfo_l(CODESET, locale));
+  if (converter == reinterpret_cast<iconv_t>(-1)) return text;
+  std::string out(text.size() * 4, '\0');
+  char* from = text.data();
+  char* to = out.data();
+  std::size_t left = text.size(), room = out.size();
+  iconv(converter, &from, &left, &to, &room);
+  iconv_close(converter);
+  if (left != 0) return text;
+  out.resize(out.size() - room);
+  return out;
+}
+
 std::string Format(const char* format, std::time_t time, locale_t locale) {
   struct tm parts {};
   localtime_r(&time, &parts);
   std::array<char, 256> text;
-  return std::string(text.data(), strftime_l(text.data(), text.size(), format, &parts, locale));
+  const std::size_t size = strftime_l(text.data(), text.size(), format, &parts, locale);
+  return ToUtf8(std::string(text.data(), size), locale);
 }
 
 // The system knows no long date; its short one tells in which order the parts stand.

@@ -3,7 +3,9 @@
 #include <stdlib.h>
 #include <time.h>
 
+#include <filesystem>
 #include <optional>
+#include <string>
 
 #include "platform/DateText.h"
 
@@ -68,6 +70,23 @@ TEST(DateTextPosix, PutsThePartsInTheLocalesOrder) {
     EXPECT_EQ(ShortTimeText(kAfternoon), one.time);
   }
   if (tried == 0) GTEST_SKIP() << "none of the locales en_US, en_GB, de_DE is installed";
+}
+
+TEST(DateTextPosix, IsUtf8WhateverTheLocalesEncoding) {
+  std::string folder = (std::filesystem::temp_directory_path() / "locale-XXXXXX").string();
+  ASSERT_NE(mkdtemp(folder.data()), nullptr);
+  const std::string make = "localedef -i de_DE -f ISO-8859-1 " + folder + "/old >/dev/null 2>&1";
+  const bool isMade = system(make.c_str()) >= 0 && std::filesystem::exists(folder + "/old/LC_TIME");
+  std::string date;
+  if (isMade) {
+    const Environment zone("TZ", "UTC");
+    const Environment place("LOCPATH", folder.c_str());
+    const Environment locale("LC_ALL", "old");
+    date = LongDateText(1772539200);  // 2026-03-03 12:00:00 UTC
+  }
+  std::filesystem::remove_all(folder);
+  if (!isMade) GTEST_SKIP() << "localedef cannot make a locale in Latin-1 here";
+  EXPECT_EQ(date, "Dienstag, 3 M\xC3\xA4rz 2026");
 }
 
 }  // namespace
