@@ -93,8 +93,9 @@ Calls Units() {
 }
 
 TEST(PackageUnits, CountTheirStarts) {
-  const Calls stopped = {"Vsnetsln 0",       "Qxvsdotnetoptions 0", "Qxvc7versioninfo 0", "Qxresolveiisdirectory 0",
-                         "Qxassemblyinfo 0", "Qxvsdotnetaction 0",  "Qxmstestaction 0",   "Qxvsdotnetreg 0"};
+  const Calls stopped = {
+      "Vsnetsln 0",       "Qxvsdotnetoptions 0", "Qxvc7versioninfo 0", "Qxresolveiisdirectory 0",
+      "Qxassemblyinfo 0", "Qxvsdotnetaction 0",  "Qxmstestaction 0",   "Qxvsdotnetreg 0"};
   EXPECT_EQ(Units(), stopped);
   StartUnits();
   EXPECT_EQ(Units()[0], "Vsnetsln 1");
