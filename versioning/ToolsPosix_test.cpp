@@ -60,6 +60,62 @@ TEST(Tools, TheResourceCompilerSeesEveryNumberFlagStringLanguageAndPage) {
   }
 }
 
+// Prints what Windows itself reads out of the program's own version resource.
+constexpr const char* kVersionReader = R"(
+#include <windows.h>
+#include <stdio.h>
+static void show(const char *block, const char *key) {
+  char path[100];
+  void *text;
+  UINT size;
+  sprintf(path, "\\\\StringFileInfo\\\\040904B0\\\\%s", key);
+  printf("%s=%s\n", key, VerQueryValueA(block, path, &text, &size) ? (char *)text : "none");
+}
+int main(int argc, char **argv) {
+  static char block[65536];
+  VS_FIXEDFILEINFO *fixed;
+  WORD *translation;
+  UINT size;
+  if (!GetFileVersionInfoA(argv[0], 0, sizeof block, block)) return 1;
+  if (!VerQueryValueA(block, "\\\\", (void **)&fixed, &size)) return 2;
+  printf("file %08lx%08lx product %08lx%08lx mask %lx flags %lx os %lx type %lx\n", fixed->dwFileVersionMS,
+         fixed->dwFileVersionLS, fixed->dwProductVersionMS, fixed->dwProductVersionLS, fixed->dwFileFlagsMask,
+         fixed->dwFileFlags, fixed->dwFileOS, fixed->dwFileType);
+  if (!VerQueryValueA(block, "\\\\VarFileInfo\\\\Translation", (void **)&translation, &size)) return 3;
+  printf("language %04x page %u\n", translation[0], translation[1]);
+  show(block, "CompanyName");
+  show(block, "FileVersion");
+  show(block, "LegalCopyright");
+  show(block, "ProductVersion");
+  return 0;
+}
+)";
+
+TEST(Tools, WindowsReadsEveryNumberFlagStringLanguageAndPage) {
+  const std::string compiler = "x86_64-w64-mingw32-gcc";
+  if (!HasTool(kWindres) || !HasTool(compiler) || !HasTool("wine")) {
+    GTEST_SKIP() << "the cross compiler or Wine is not installed";
+  }
+  const TestFolder folder;
+  folder.Write("App.rc", "#include <winver.h>\n1 VERSIONINFO\nBEGIN\nEND\n");
+  folder.Write("reader.c", kVersionReader);
+  ASSERT_TRUE(Succeeds(kStamp + " rc " + folder.Path("App.rc")));
+  const std::string here = "cd " + Quoted(folder.Path("")) + " && ";
+  ASSERT_TRUE(Succeeds(here + kWindres + " App.rc -o version.o"));
+  ASSERT_TRUE(Succeeds(here + compiler + " reader.c version.o -o reader.exe -lversion"));
+  const std::string wine =
+      std::string(QX_SOURCE_DIR) + "/scripts/wine-prefix " + folder.Path("wine") + " wine ";
+  ASSERT_EQ(std::system((here + wine + "reader.exe >out.txt 2>/dev/null").c_str()), 0);
+  std::string text;
+  for (const char c : folder.Read("out.txt")) {
+    if (c != '\r') text += c;
+  }
+  EXPECT_EQ(text,
+            "file 0007000600050004 product 0007000600050004 mask 3f flags 2b os 40004 type 2\n"
+            "language 0409 page 1200\nCompanyName=ACME\nFileVersion=7.6.5.4\n"
+            "LegalCopyright=(C) $1 & \\ 100%\nProductVersion=7.6\n");
+}
+
 TEST(Tools, ScriptsThatWereAcceptedStayAccepted) {
   if (!HasTool(kWindres)) GTEST_SKIP() << kWindres << " is not installed";
   if (!fs::exists(kCorpus)) GTEST_SKIP() << "no files at " << kCorpus;
