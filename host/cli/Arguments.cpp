@@ -4,8 +4,8 @@
 #include <charconv>
 
 #include "host/runtime/Nearest.h"
-#include "plugin/Qxtypes.h"
 #include "platform/Texts.h"
+#include "plugin/Qxtypes.h"
 
 namespace qx::cli {
 namespace {
@@ -53,7 +53,8 @@ class Parser {
     throw Exception("Unknown command " + Quoted(word) + Advice(word, names) + "; see qxhost --help");
   }
 
-  // Options of a command may stand before its name: which command it is, the first word that is no option says.
+  // Options of a command may stand before its name: which command it is, the first word that is no option
+  // says.
   void TakeOption(const std::string& word) {
     const std::size_t equals = word.find('=');
     const std::string name = word.substr(0, equals);
@@ -81,7 +82,8 @@ class Parser {
 
   static void CheckValue(const OptionRow& row, const std::string& value) {
     const std::string name(row.name);
-    if (row.kind == ValueKind::Choice && std::find(row.choices.begin(), row.choices.end(), value) == row.choices.end()) {
+    if (row.kind == ValueKind::Choice &&
+        std::find(row.choices.begin(), row.choices.end(), value) == row.choices.end()) {
       throw Exception(name + " cannot be " + Quoted(value) +
                       Advice(value, std::vector<std::string>(row.choices.begin(), row.choices.end())));
     }
@@ -98,7 +100,8 @@ class Parser {
   // A row of the command, of a global option, or, while no command is known, of any command.
   const OptionRow* FindOption(std::string_view name) const {
     const auto in = [&](std::span<const OptionRow> rows) -> const OptionRow* {
-      const auto found = std::find_if(rows.begin(), rows.end(), [&](const OptionRow& row) { return row.name == name; });
+      const auto found =
+          std::find_if(rows.begin(), rows.end(), [&](const OptionRow& row) { return row.name == name; });
       return found == rows.end() ? nullptr : &*found;
     };
     if (const OptionRow* row = in(GlobalOptions())) return row;
@@ -134,8 +137,8 @@ class Parser {
     std::size_t most = 0;
     for (const OperandRow& row : result_.command->operands) {
       if (result_.operands.size() < least + static_cast<std::size_t>(row.least)) {
-        throw Exception("qxhost " + std::string(result_.command->name) + " needs " + std::string(row.name) + "; see " +
-                        HelpOf(result_.command));
+        throw Exception("qxhost " + std::string(result_.command->name) + " needs " + std::string(row.name) +
+                        "; see " + HelpOf(result_.command));
       }
       least += static_cast<std::size_t>(row.least);
       most += static_cast<std::size_t>(row.most);
@@ -174,7 +177,8 @@ std::vector<std::string> Invocation::Values(std::string_view option) const {
 std::optional<double> ToSeconds(std::string_view text) {
   constexpr double kLongest = 1e9;  // thirty years
   double seconds = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
+  const auto [end, error] =
+      std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
   if (error != std::errc() || end != text.data() + text.size() || !(seconds > 0 && seconds <= kLongest)) {
     return std::nullopt;
   }
@@ -183,7 +187,8 @@ std::optional<double> ToSeconds(std::string_view text) {
 
 std::pair<std::string, std::string> SplitAssignment(const std::string& text) {
   const std::size_t equals = text.find('=');
-  if (equals == std::string::npos || equals == 0) throw Exception(Quoted(text) + " is not of the form NAME=VALUE");
+  if (equals == std::string::npos || equals == 0)
+    throw Exception(Quoted(text) + " is not of the form NAME=VALUE");
   return {text.substr(0, equals), text.substr(equals + 1)};
 }
 

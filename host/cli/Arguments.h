@@ -28,8 +28,9 @@ std::pair<std::string, std::string> SplitAssignment(const std::string& text);
 // A decimal number above 0; nothing for any other text.
 std::optional<double> ToSeconds(std::string_view text);
 
-// Global options may stand anywhere; values as "--log json" or "--log=json"; "--" ends the options. Raises Exception
-// that names what is wrong and the nearest valid word. With --help or --version missing operands are no error.
+// Global options may stand anywhere; values as "--log json" or "--log=json"; "--" ends the options. Raises
+// Exception that names what is wrong and the nearest valid word. With --help or --version missing operands
+// are no error.
 Invocation ParseArguments(const std::vector<std::string>& arguments);
 
 }  // namespace qx::cli

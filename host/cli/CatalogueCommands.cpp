@@ -43,25 +43,30 @@ std::string CallAsText(const RegistrationCall& call) {
 Json CallAsJson(const RegistrationCall& call) {
   Json json{{"call", call.operation}};
   for (const RegistrationCall::Argument& argument : call.arguments) {
-    if (argument.isList) json[argument.name] = argument.values;
-    else json[argument.name] = argument.values.empty() ? "" : argument.values.front();
+    if (argument.isList)
+      json[argument.name] = argument.values;
+    else
+      json[argument.name] = argument.values.empty() ? "" : argument.values.front();
   }
   return json;
 }
 
 std::string PackageAsText(const LoadedPackage& package, const Catalogue& catalogue) {
-  std::string text = package.File() + "\n  State: " + std::string(PackageStateName(package.State())) + "\n  Units:\n";
+  std::string text =
+      package.File() + "\n  State: " + std::string(PackageStateName(package.State())) + "\n  Units:\n";
   for (const TQXUnit& unit : package.Units()) {
     text += "    " + std::string(unit.name) + " (started " + std::to_string(unit.startCount) + ")\n";
   }
   text += "  Registrations:\n";
-  for (std::size_t i = package.FirstCall(); i < package.EndOfCalls(); ++i) text += CallAsText(catalogue.Calls()[i]);
+  for (std::size_t i = package.FirstCall(); i < package.EndOfCalls(); ++i)
+    text += CallAsText(catalogue.Calls()[i]);
   return text;
 }
 
 Json PackageAsJson(const LoadedPackage& package, const Catalogue& catalogue) {
   Json units = Json::array();
-  for (const TQXUnit& unit : package.Units()) units.push_back({{"name", unit.name}, {"startCount", unit.startCount}});
+  for (const TQXUnit& unit : package.Units())
+    units.push_back({{"name", unit.name}, {"startCount", unit.startCount}});
   Json calls = Json::array();
   for (std::size_t i = package.FirstCall(); i < package.EndOfCalls(); ++i) {
     calls.push_back(CallAsJson(catalogue.Calls()[i]));
@@ -97,7 +102,8 @@ void PrintOptions(Session& session, Catalogue& catalogue, bool asJson) {
     text += AssignmentLine(name, value);
     host[name] = value;
   }
-  session.Print(asJson ? AsLines(Json{{"file", session.Store().File()}, {"objects", objects}, {"host", host}}) : text);
+  session.Print(asJson ? AsLines(Json{{"file", session.Store().File()}, {"objects", objects}, {"host", host}})
+                       : text);
 }
 
 // One assignment, read and found, that is still to be made.
@@ -127,7 +133,8 @@ PendingOption FindOption(Catalogue& catalogue, const std::string& name, const st
   if (IsHostSettingName(name)) return CheckHostSetting(CheckHostSettingName(name), value);
   std::vector<std::string> names{std::string(kRegistryName), std::string(kTimeoutName), "Framework.v2.0"};
   for (const RegisteredOptions& entry : catalogue.Options()) {
-    for (const PublishedProperty& property : entry.optionsClass->properties) names.emplace_back(property.name);
+    for (const PublishedProperty& property : entry.optionsClass->properties)
+      names.emplace_back(property.name);
     if (const PublishedProperty* property = FindProperty(entry.optionsClass->properties, name)) {
       return {&catalogue.ObjectOf(entry), property, PropertyFromText(*property, value), {}, {}};
     }
@@ -174,7 +181,8 @@ int ShowActions(Session& session, const Invocation& invocation) {
     session.Print(AsLines(json));
     return 0;
   }
-  std::stable_sort(actions.begin(), actions.end(), [](const auto* a, const auto* b) { return a->category < b->category; });
+  std::stable_sort(actions.begin(), actions.end(),
+                   [](const auto* a, const auto* b) { return a->category < b->category; });
   std::string text;
   const RegisteredAction* before = nullptr;
   for (const RegisteredAction* action : actions) {

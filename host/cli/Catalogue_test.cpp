@@ -37,12 +37,13 @@ TEST_F(CatalogueCommands, APackageKeepsTheRungItReachedAndSaysWhoIsToBlame) {
     const char* state;
     const char* complaint;
   };
-  for (const Rung& rung : {Rung{"nowhere", "named", "there is no such file"},
-                           Rung{"tiny_no_register", "opened", "it does not export QXRegister, so it is no package"},
-                           Rung{"tiny_load_fails", "resolved",
-                                "QXPackageLoad failed: the tiny units will not start (the package's fault)"},
-                           Rung{"tiny_register_fails", "started",
-                                "QXRegister failed: the tiny catalogue is full (the package's fault)"}}) {
+  for (const Rung& rung :
+       {Rung{"nowhere", "named", "there is no such file"},
+        Rung{"tiny_no_register", "opened", "it does not export QXRegister, so it is no package"},
+        Rung{"tiny_load_fails", "resolved",
+             "QXPackageLoad failed: the tiny units will not start (the package's fault)"},
+        Rung{"tiny_register_fails", "started",
+             "QXRegister failed: the tiny catalogue is full (the package's fault)"}}) {
     const auto result = HostWith(rung.package, {"package", "--json"});
     EXPECT_EQ(result.code, 2) << rung.package;
     EXPECT_TRUE(Holds(result.err, rung.complaint)) << result.err;
@@ -50,8 +51,8 @@ TEST_F(CatalogueCommands, APackageKeepsTheRungItReachedAndSaysWhoIsToBlame) {
     EXPECT_EQ(nlohmann::json::parse(result.out)[0]["state"], rung.state);
     EXPECT_EQ(HostWith(rung.package, {"actions"}).code, 2);
   }
-  const auto text = test::RunProgram(ProgramFile("qxhost"), {"--package", "text.so", "--options", "o.xml", "package"},
-                                     folder_.string());
+  const auto text = test::RunProgram(
+      ProgramFile("qxhost"), {"--package", "text.so", "--options", "o.xml", "package"}, folder_.string());
   EXPECT_EQ(text.code, 2);
   EXPECT_TRUE(Holds(text.err, "text.so: it cannot be loaded as a library: ")) << text.err;
   EXPECT_TRUE(Holds(text.out, "State: found")) << text.out;
@@ -90,11 +91,21 @@ TEST_F(CatalogueCommands, ABrokenOptionsStoreIsNamedAndKept) {
 }
 
 TEST_F(CatalogueCommands, UsageErrorsExitWithTwo) {
-  for (const Words& words : std::vector<Words>{{}, {"run"}, {"run", "a", "b"}, {"new"}, {"set", "p.xml"}, {"add", "p.xml"},
-                                               {"run", "--timeout", "0", "p.xml"}, {"run", "--timeout"},
-                                               {"run", "--timeout", "5s", "p.xml"}, {"run", "--json", "p.xml"},
-                                               {"show", "--json=yes", "p.xml"}, {"run", "--set", "novalue", "p.xml"},
-                                               {"--color", "blue", "actions"}, {"-x", "actions"}, {"help", "nothing"},
+  for (const Words& words : std::vector<Words>{{},
+                                               {"run"},
+                                               {"run", "a", "b"},
+                                               {"new"},
+                                               {"set", "p.xml"},
+                                               {"add", "p.xml"},
+                                               {"run", "--timeout", "0", "p.xml"},
+                                               {"run", "--timeout"},
+                                               {"run", "--timeout", "5s", "p.xml"},
+                                               {"run", "--json", "p.xml"},
+                                               {"show", "--json=yes", "p.xml"},
+                                               {"run", "--set", "novalue", "p.xml"},
+                                               {"--color", "blue", "actions"},
+                                               {"-x", "actions"},
+                                               {"help", "nothing"},
                                                {"run", "--log", "text", "--log", "json", "p.xml"}}) {
     const auto result = Host(words);
     EXPECT_EQ(result.code, 2) << (words.empty() ? "" : words.back());
@@ -106,7 +117,8 @@ TEST_F(CatalogueCommands, UsageErrorsExitWithTwo) {
 TEST_F(CatalogueCommands, EveryCommandHasHelpWithAnExample) {
   const auto help = Host({"--help"});
   EXPECT_EQ(help.code, 0);
-  for (const char* command : {"run", "validate", "new", "add", "set", "show", "actions", "package", "options", "expand"}) {
+  for (const char* command :
+       {"run", "validate", "new", "add", "set", "show", "actions", "package", "options", "expand"}) {
     EXPECT_TRUE(Holds(help.out, "\n  " + std::string(command) + " ")) << command;
     const auto own = Host({"help", command});
     EXPECT_EQ(own.code, 0);
@@ -118,9 +130,13 @@ TEST_F(CatalogueCommands, EveryCommandHasHelpWithAnExample) {
 }
 
 TEST_F(CatalogueCommands, CompletionAndManPageKnowEveryCommandAndOption) {
-  const auto run = [&](const Words& words) { return test::RunProgram(ProgramFile("qxhost"), words, folder_.string()).out; };
-  for (const std::string& text : {run({"--print-completion", "bash"}), run({"--print-completion", "zsh"}), run({"--print-man"})}) {
-    for (const char* word : {"validate", "expand", "package", "timeout"}) EXPECT_TRUE(Holds(text, word)) << word;
+  const auto run = [&](const Words& words) {
+    return test::RunProgram(ProgramFile("qxhost"), words, folder_.string()).out;
+  };
+  for (const std::string& text :
+       {run({"--print-completion", "bash"}), run({"--print-completion", "zsh"}), run({"--print-man"})}) {
+    for (const char* word : {"validate", "expand", "package", "timeout"})
+      EXPECT_TRUE(Holds(text, word)) << word;
   }
 }
 

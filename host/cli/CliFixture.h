@@ -25,7 +25,8 @@ class CliTest : public testing::Test {
 
   void SetUp() override {
     const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = std::filesystem::temp_directory_path() / (std::string("qx-cli-") + test.test_suite_name() + "-" + test.name());
+    folder_ = std::filesystem::temp_directory_path() /
+              (std::string("qx-cli-") + test.test_suite_name() + "-" + test.name());
     std::filesystem::remove_all(folder_);
     std::filesystem::create_directories(folder_);
   }
@@ -57,6 +58,8 @@ class CliTest : public testing::Test {
   std::filesystem::path folder_;
 };
 
-inline bool Holds(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+inline bool Holds(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
 
 }  // namespace qx::cli

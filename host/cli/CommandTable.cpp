@@ -10,14 +10,23 @@ namespace {
 constexpr std::array<std::string_view, 3> kColours{"auto", "always", "never"};
 constexpr std::array<std::string_view, 2> kLogStyles{"text", "json"};
 
-constexpr OptionRow kSet{"--set", "NAME=VALUE", ValueKind::Assignment, {}, true,
-                         "a variable that wins over the project's and the environment's"};
+constexpr OptionRow kSet{
+    "--set", "NAME=VALUE", ValueKind::Assignment,
+    {},      true,         "a variable that wins over the project's and the environment's"};
 constexpr OptionRow kJson{"--json", "", ValueKind::None, {}, false, "print JSON"};
 
 constexpr std::array kGlobals{
-    OptionRow{"--package", "PATH", ValueKind::File, {}, true,
+    OptionRow{"--package",
+              "PATH",
+              ValueKind::File,
+              {},
+              true,
               "load this package library instead of the one beside the program"},
-    OptionRow{"--options", "FILE", ValueKind::File, {}, false,
+    OptionRow{"--options",
+              "FILE",
+              ValueKind::File,
+              {},
+              false,
               "the options store (default: $QXHOST_OPTIONS, else options.xml in the user's configuration)"},
     OptionRow{"--color", "WHEN", ValueKind::Choice, kColours, false, "colour the log: auto, always or never"},
     OptionRow{"--help", "", ValueKind::None, {}, false, "show help, of a command when one is named"},
@@ -32,7 +41,11 @@ constexpr std::array kRunOptions{
     OptionRow{"--log", "STYLE", ValueKind::Choice, kLogStyles, false, "how the log is written: text or json"},
     OptionRow{"--log-file", "FILE", ValueKind::File, {}, false, "write the log into this file too"},
     OptionRow{"--no-save", "", ValueKind::None, {}, false, "do not save the actions' properties afterwards"},
-    OptionRow{"--dry-run", "", ValueKind::None, {}, false,
+    OptionRow{"--dry-run",
+              "",
+              ValueKind::None,
+              {},
+              false,
               "change nothing; show the programs that would run and a diff of the files that would change"},
     OptionRow{"--timeout", "SECONDS", ValueKind::Seconds, {}, false, "stop the build after this time"},
 };
@@ -47,60 +60,102 @@ constexpr std::array kShowOptions{
     kJson, OptionRow{"--all", "", ValueKind::None, {}, false, "hidden properties too"}};
 constexpr std::array kActionsOptions{kJson};
 constexpr std::array kPackageOptions{
-    kJson, OptionRow{"--no-design", "", ValueKind::None, {}, false, "register without property editors and pages"}};
+    kJson,
+    OptionRow{"--no-design", "", ValueKind::None, {}, false, "register without property editors and pages"}};
 constexpr std::array kOptionsOperands{OperandRow{"NAME=VALUE", ValueKind::Assignment, 0, kAny}};
 constexpr std::array kOptionsOptions{kJson};
 constexpr std::array kExpandOperands{OperandRow{"TEXT", ValueKind::Text, 1, 1}};
 constexpr std::array kExpandOptions{
-    OptionRow{"--project", "FILE", ValueKind::File, {}, false, "take the variables of this build project"}, kSet};
+    OptionRow{"--project", "FILE", ValueKind::File, {}, false, "take the variables of this build project"},
+    kSet};
 constexpr std::array kHelpOperands{OperandRow{"COMMAND", ValueKind::Command, 0, 1}};
 
 constexpr std::array kCommands{
     CommandRow{"run", kRunOperands, kRunOptions, "run a build project",
-               "Validates every action first; when one finds an error, nothing is executed. Then executes the actions in "
+               "Validates every action first; when one finds an error, nothing is executed. Then executes "
+               "the actions in "
                "order until one fails.\n"
-               "The actions' properties, raised numbers among them, are saved whatever the outcome. Ctrl-C, SIGTERM and "
-               "the time-out end the running action and its programs. Relative paths are taken from the build project's "
+               "The actions' properties, raised numbers among them, are saved whatever the outcome. Ctrl-C, "
+               "SIGTERM and "
+               "the time-out end the running action and its programs. Relative paths are taken from the "
+               "build project's "
                "folder. A second run of the same file is refused while one is going on.\n"
-               "A dry run does everything up to the programs and writes nothing. Its diff names files as seen from the "
+               "A dry run does everything up to the programs and writes nothing. Its diff names files as "
+               "seen from the "
                "build project's folder: apply it there with patch -p1.",
                "qxhost run nightly.xml --set CONFIG=Release --timeout 3600",
                "builds with one variable replaced, for an hour at most", RunProject},
     CommandRow{"validate", kRunOperands, kValidateOptions, "check a build project without running it",
                "Prints each validation error as SUBJECT: MESSAGE and exits 3 when there is one.",
                "qxhost validate nightly.xml", "says what is missing before the night", ValidateProject},
-    CommandRow{"new", kRunOperands, {}, "write an empty build project",
-               "Refuses to overwrite a file.", "qxhost new nightly.xml", "makes a project to add actions to", NewProject},
-    CommandRow{"add", kAddOperands, {}, "append an action to a build project",
-               "ACTION is the display name that `qxhost actions` shows. Properties are set as by `qxhost set`.",
-               "qxhost add nightly.xml \"Run MSTest\"", "appends an action with its defaults", AddAction},
+    CommandRow{"new",
+               kRunOperands,
+               {},
+               "write an empty build project",
+               "Refuses to overwrite a file.",
+               "qxhost new nightly.xml",
+               "makes a project to add actions to",
+               NewProject},
+    CommandRow{
+        "add",
+        kAddOperands,
+        {},
+        "append an action to a build project",
+        "ACTION is the display name that `qxhost actions` shows. Properties are set as by `qxhost set`.",
+        "qxhost add nightly.xml \"Run MSTest\"",
+        "appends an action with its defaults",
+        AddAction},
     CommandRow{"set", kSetOperands, kSetOptions, "set properties of an action",
-               "Properties are set in the order given, all of them or none. A list takes its items separated by \";\".",
+               "Properties are set in the order given, all of them or none. A list takes its items separated "
+               "by \";\".",
                "qxhost set nightly.xml --action 2 Title=Nightly", "changes one property of the second action",
                SetProperties},
     CommandRow{"show", kRunOperands, kShowOptions, "show a build project's actions and properties",
-               "Properties come in the order of declaration; a secret is shown as ***.", "qxhost show nightly.xml --all",
-               "lists the hidden properties too", ShowProject},
-    CommandRow{"actions", {}, kActionsOptions, "list every action that the packages offer",
-               "By category, with the names that `qxhost add` takes.", "qxhost actions", "shows the catalogue",
+               "Properties come in the order of declaration; a secret is shown as ***.",
+               "qxhost show nightly.xml --all", "lists the hidden properties too", ShowProject},
+    CommandRow{"actions",
+               {},
+               kActionsOptions,
+               "list every action that the packages offer",
+               "By category, with the names that `qxhost add` takes.",
+               "qxhost actions",
+               "shows the catalogue",
                ShowActions},
-    CommandRow{"package", {}, kPackageOptions, "show what a package registers",
-               "Loads the packages and prints how far each came, its unit table and every registration call in the order "
+    CommandRow{"package",
+               {},
+               kPackageOptions,
+               "show what a package registers",
+               "Loads the packages and prints how far each came, its unit table and every registration call "
+               "in the order "
                "it was made.",
-               "qxhost --package ./mine.so package", "checks a package of one's own", ShowPackages},
-    CommandRow{"options", kOptionsOperands, kOptionsOptions, "show or change the options",
-               "Without an assignment shows the options objects of the packages and the host's own settings. The host's "
-               "settings are Framework.VERSION=FOLDER, the folder that holds MSBuild.exe for a framework version; "
-               "Unc.\\\\SERVER\\SHARE=FOLDER, where a network share is mounted (outside Windows); Registry=FILE, a .reg "
-               "export that stands in for the registry (outside Windows); and WebDavTimeout=SECONDS. An empty value takes a setting of the "
-               "host out.",
-               "qxhost options Framework.v2.0=/opt/msbuild", "names the folder of a framework", ShowOptions},
+               "qxhost --package ./mine.so package",
+               "checks a package of one's own",
+               ShowPackages},
+    CommandRow{
+        "options", kOptionsOperands, kOptionsOptions, "show or change the options",
+        "Without an assignment shows the options objects of the packages and the host's own settings. The "
+        "host's "
+        "settings are Framework.VERSION=FOLDER, the folder that holds MSBuild.exe for a framework version; "
+        "Unc.\\\\SERVER\\SHARE=FOLDER, where a network share is mounted (outside Windows); Registry=FILE, a "
+        ".reg "
+        "export that stands in for the registry (outside Windows); and WebDavTimeout=SECONDS. An empty value "
+        "takes a setting of the "
+        "host out.",
+        "qxhost options Framework.v2.0=/opt/msbuild", "names the folder of a framework", ShowOptions},
     CommandRow{"expand", kExpandOperands, kExpandOptions, "print a text with its variables expanded",
-               "%NAME% is replaced by --set, the project's variables or the environment, in this order; %% is one percent "
+               "%NAME% is replaced by --set, the project's variables or the environment, in this order; %% "
+               "is one percent "
                "sign.",
                "qxhost expand '%ROOT%/App.sln' --project nightly.xml", "shows the path that a build will use",
                ExpandText},
-    CommandRow{"help", kHelpOperands, {}, "show help", "", "qxhost help run", "shows the help of one command", ShowHelp},
+    CommandRow{"help",
+               kHelpOperands,
+               {},
+               "show help",
+               "",
+               "qxhost help run",
+               "shows the help of one command",
+               ShowHelp},
 };
 
 constexpr std::array kExitCodes{

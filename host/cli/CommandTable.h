@@ -1,5 +1,5 @@
-// The one table of the command line: commands, what they take, their options, help and examples. Parsing, help, shell
-// completion and the man page are all made from it.
+// The one table of the command line: commands, what they take, their options, help and examples. Parsing,
+// help, shell completion and the man page are all made from it.
 #pragma once
 
 #include <span>

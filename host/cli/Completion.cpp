@@ -24,12 +24,18 @@ std::string CommandWords() {
 // What bash runs to offer values of a kind.
 std::string BashOffer(ValueKind kind, std::span<const std::string_view> choices) {
   switch (kind) {
-    case ValueKind::File: return "compopt -o filenames; COMPREPLY=($(compgen -f -- \"$word\"))";
-    case ValueKind::Folder: return "compopt -o filenames; COMPREPLY=($(compgen -d -- \"$word\"))";
-    case ValueKind::Choice: return "COMPREPLY=($(compgen -W '" + Joined(choices) + "' -- \"$word\"))";
-    case ValueKind::Command: return "COMPREPLY=($(compgen -W '" + CommandWords() + "' -- \"$word\"))";
-    case ValueKind::Action: return "_qxhost_actions";
-    default: return ":";
+    case ValueKind::File:
+      return "compopt -o filenames; COMPREPLY=($(compgen -f -- \"$word\"))";
+    case ValueKind::Folder:
+      return "compopt -o filenames; COMPREPLY=($(compgen -d -- \"$word\"))";
+    case ValueKind::Choice:
+      return "COMPREPLY=($(compgen -W '" + Joined(choices) + "' -- \"$word\"))";
+    case ValueKind::Command:
+      return "COMPREPLY=($(compgen -W '" + CommandWords() + "' -- \"$word\"))";
+    case ValueKind::Action:
+      return "_qxhost_actions";
+    default:
+      return ":";
   }
 }
 
@@ -38,7 +44,11 @@ std::string BashOptionBranches(std::span<const OptionRow> rows, std::string_view
   std::string text;
   for (const OptionRow& row : rows) {
     if (row.kind == ValueKind::None) continue;
-    text.append(indent).append(row.name).append(") ").append(BashOffer(row.kind, row.choices)).append("; return ;;\n");
+    text.append(indent)
+        .append(row.name)
+        .append(") ")
+        .append(BashOffer(row.kind, row.choices))
+        .append("; return ;;\n");
   }
   return text;
 }
@@ -54,8 +64,8 @@ std::string BashCommand(const CommandRow& command) {
     int first = 1;
     for (const OperandRow& row : command.operands) {
       text += "        " + (row.most == kAny ? "*" : std::to_string(first)) + ") offer='" + std::string() +
-              (row.kind == ValueKind::File     ? "file"
-               : row.kind == ValueKind::Action ? "action"
+              (row.kind == ValueKind::File      ? "file"
+               : row.kind == ValueKind::Action  ? "action"
                : row.kind == ValueKind::Command ? "command"
                                                 : "") +
               "' ;;\n";
@@ -70,28 +80,38 @@ std::string BashCommand(const CommandRow& command) {
 std::string ZshText(std::string_view text) {
   std::string out;
   for (const char c : text) {
-    if (c == '\'') out += "'\\''";
-    else if (c == '[' || c == ']' || c == ':') out += {'\\', c};
-    else out += c;
+    if (c == '\'')
+      out += "'\\''";
+    else if (c == '[' || c == ']' || c == ':')
+      out += {'\\', c};
+    else
+      out += c;
   }
   return out;
 }
 
 std::string ZshAction(ValueKind kind, std::span<const std::string_view> choices) {
   switch (kind) {
-    case ValueKind::File: return "_files";
-    case ValueKind::Folder: return "_files -/";
-    case ValueKind::Choice: return "(" + Joined(choices) + ")";
-    case ValueKind::Command: return "(" + CommandWords() + ")";
-    case ValueKind::Action: return "_qxhost_actions";
-    default: return " ";
+    case ValueKind::File:
+      return "_files";
+    case ValueKind::Folder:
+      return "_files -/";
+    case ValueKind::Choice:
+      return "(" + Joined(choices) + ")";
+    case ValueKind::Command:
+      return "(" + CommandWords() + ")";
+    case ValueKind::Action:
+      return "_qxhost_actions";
+    default:
+      return " ";
   }
 }
 
 std::string ZshOption(const OptionRow& row) {
   std::string spec = "'" + std::string(row.repeats ? "*" : "") + std::string(row.name);
   spec += (row.kind == ValueKind::None ? "[" : "=[") + ZshText(row.help) + "]";
-  if (row.kind != ValueKind::None) spec += ":" + ZshText(row.placeholder) + ":" + ZshAction(row.kind, row.choices);
+  if (row.kind != ValueKind::None)
+    spec += ":" + ZshText(row.placeholder) + ":" + ZshAction(row.kind, row.choices);
   return spec + "'";
 }
 
@@ -121,7 +141,9 @@ std::string BashCompletion() {
       "\n"
       "_qxhost() {\n"
       "  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
-      "  local command= operand=0 offer= i globals='" + OptionWords(GlobalOptions()) + "'\n"
+      "  local command= operand=0 offer= i globals='" +
+      OptionWords(GlobalOptions()) +
+      "'\n"
       "  local options=$globals\n"
       "  COMPREPLY=()\n"
       "  for ((i = 1; i < COMP_CWORD; i++)); do\n"
@@ -130,34 +152,42 @@ std::string BashCompletion() {
   const auto addValued = [&](std::span<const OptionRow> rows) {
     for (const OptionRow& row : rows) {
       const std::string name(row.name);
-      if (row.kind == ValueKind::None || ("|" + valued + "|").find("|" + name + "|") != std::string::npos) continue;
+      if (row.kind == ValueKind::None || ("|" + valued + "|").find("|" + name + "|") != std::string::npos)
+        continue;
       valued += (valued.empty() ? "" : "|") + name;
     }
   };
   addValued(GlobalOptions());
   for (const CommandRow& row : Commands()) addValued(row.options);
-  text += "      " + valued + ") ((i++)) ;;\n"
-      "      -*) ;;\n"
-      "      *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; else ((operand++)); fi ;;\n"
-      "    esac\n"
-      "  done\n"
-      "  ((operand++))\n"
-      "  case $before in\n" + BashOptionBranches(GlobalOptions(), "    ") +
-      "  esac\n"
-      "  case $command in\n"
-      "    '') [[ $word == -* ]] || { COMPREPLY=($(compgen -W '" + CommandWords() + "' -- \"$word\")); return; } ;;\n";
+  text += "      " + valued +
+          ") ((i++)) ;;\n"
+          "      -*) ;;\n"
+          "      *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; else ((operand++)); fi ;;\n"
+          "    esac\n"
+          "  done\n"
+          "  ((operand++))\n"
+          "  case $before in\n" +
+          BashOptionBranches(GlobalOptions(), "    ") +
+          "  esac\n"
+          "  case $command in\n"
+          "    '') [[ $word == -* ]] || { COMPREPLY=($(compgen -W '" +
+          CommandWords() + "' -- \"$word\")); return; } ;;\n";
   for (const CommandRow& row : Commands()) text += BashCommand(row);
   return text +
-      "  esac\n"
-      "  if [[ $word == -* ]]; then COMPREPLY=($(compgen -W \"$options\" -- \"$word\")); return; fi\n"
-      "  case $offer in\n"
-      "    file) " + BashOffer(ValueKind::File, {}) + " ;;\n"
-      "    action) _qxhost_actions ;;\n"
-      "    command) " + BashOffer(ValueKind::Command, {}) + " ;;\n"
-      "  esac\n"
-      "}\n"
-      "\n"
-      "complete -F _qxhost qxhost\n";
+         "  esac\n"
+         "  if [[ $word == -* ]]; then COMPREPLY=($(compgen -W \"$options\" -- \"$word\")); return; fi\n"
+         "  case $offer in\n"
+         "    file) " +
+         BashOffer(ValueKind::File, {}) +
+         " ;;\n"
+         "    action) _qxhost_actions ;;\n"
+         "    command) " +
+         BashOffer(ValueKind::Command, {}) +
+         " ;;\n"
+         "  esac\n"
+         "}\n"
+         "\n"
+         "complete -F _qxhost qxhost\n";
 }
 
 std::string ZshCompletion() {

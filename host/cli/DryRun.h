@@ -11,9 +11,9 @@ namespace qx::cli {
 
 class DryRun {
  public:
-  // The command lines that would have run, and a unified diff of every file that would have changed, backups too.
-  // Files below the project's folder are named relative to it, others from the root of the file system. A secret
-  // that stands in clear text in the project's file is masked.
+  // The command lines that would have run, and a unified diff of every file that would have changed, backups
+  // too. Files below the project's folder are named relative to it, others from the root of the file system.
+  // A secret that stands in clear text in the project's file is masked.
   std::string Report(const OpenProject& project) const;
 
  private:

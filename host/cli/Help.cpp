@@ -10,8 +10,8 @@ namespace {
 
 constexpr std::size_t kWidth = 80;
 
-// The words of a paragraph in lines of kWidth columns, every line after the first indented; `column` is where the
-// first one begins.
+// The words of a paragraph in lines of kWidth columns, every line after the first indented; `column` is where
+// the first one begins.
 std::string Wrapped(std::string_view paragraph, std::size_t indent, std::size_t column) {
   std::string out;
   while (!paragraph.empty()) {
@@ -55,20 +55,24 @@ std::string OperandUsage(const CommandRow& command) {
   std::string usage;
   for (const OperandRow& row : command.operands) {
     const std::string name(row.name);
-    usage += (usage.empty() ? "" : " ") + (row.least == 0 ? "[" + name + "]" : name) + (row.most == kAny ? "..." : "");
+    usage += (usage.empty() ? "" : " ") + (row.least == 0 ? "[" + name + "]" : name) +
+             (row.most == kAny ? "..." : "");
   }
   return usage;
 }
 
 std::string ProgramHelp() {
-  std::string text = "usage: qxhost [GLOBAL OPTION]... COMMAND ...\n\nRuns build projects with the actions of packages.\n\nCommands:\n";
+  std::string text =
+      "usage: qxhost [GLOBAL OPTION]... COMMAND ...\n\nRuns build projects with the actions of "
+      "packages.\n\nCommands:\n";
   for (const CommandRow& row : Commands()) text += Row(std::string(row.name), row.summary);
   text += "\nGlobal options:\n" + OptionRows(GlobalOptions()) + "\nExit codes:\n";
   for (const ExitCodeRow& row : ExitCodes()) text += Row(std::to_string(row.code), row.meaning);
-  return text + "\nThe first three commands of a project:\n"
-                "  qxhost new nightly.xml\n"
-                "  qxhost add nightly.xml ACTION NAME=VALUE   (qxhost actions lists the actions)\n"
-                "  qxhost run nightly.xml\n\nSee qxhost help COMMAND for more.\n";
+  return text +
+         "\nThe first three commands of a project:\n"
+         "  qxhost new nightly.xml\n"
+         "  qxhost add nightly.xml ACTION NAME=VALUE   (qxhost actions lists the actions)\n"
+         "  qxhost run nightly.xml\n\nSee qxhost help COMMAND for more.\n";
 }
 
 std::string CommandHelp(const CommandRow& command) {
@@ -102,8 +106,8 @@ int ShowHelp(Session& session, const Invocation& invocation) {
   if (command == nullptr) {
     std::vector<std::string> names;
     for (const CommandRow& row : Commands()) names.emplace_back(row.name);
-    throw Exception("Unknown command \"" + invocation.operands[0] + "\" (nearest: " +
-                    NearestName(invocation.operands[0], names) + ")");
+    throw Exception("Unknown command \"" + invocation.operands[0] +
+                    "\" (nearest: " + NearestName(invocation.operands[0], names) + ")");
   }
   session.Print(CommandHelp(*command));
   return 0;

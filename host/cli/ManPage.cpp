@@ -9,11 +9,16 @@ namespace {
 std::string Troff(std::string_view text) {
   std::string out;
   for (const char c : text) {
-    if (c == '\\') out += "\\e";
-    else if (c == '-') out += "\\-";
-    else if (c == '\'' && (out.empty() || out.back() == '\n')) out += "\\&'";
-    else if (c == '.' && (out.empty() || out.back() == '\n')) out += "\\&.";
-    else out += c;
+    if (c == '\\')
+      out += "\\e";
+    else if (c == '-')
+      out += "\\-";
+    else if (c == '\'' && (out.empty() || out.back() == '\n'))
+      out += "\\&'";
+    else if (c == '.' && (out.empty() || out.back() == '\n'))
+      out += "\\&.";
+    else
+      out += c;
   }
   return out;
 }
@@ -46,17 +51,18 @@ std::string CommandItem(const CommandRow& row) {
 }  // namespace
 
 std::string ManPage() {
-  std::string text =
-      ".TH QXHOST 1 \"\" \"qxhost " QXHOST_VERSION "\"\n"
-      ".SH NAME\n"
-      "qxhost \\- run build projects with the actions of packages\n"
-      ".SH SYNOPSIS\n"
-      ".B qxhost\n"
-      "[\\fIglobal option\\fR]... \\fIcommand\\fR ...\n"
-      ".SH DESCRIPTION\n"
-      "A build project is an XML file that lists actions with their properties. Actions come from packages, libraries that "
-      "are loaded at start. Results go to standard output, complaints to standard error.\n"
-      ".SH GLOBAL OPTIONS\n";
+  std::string text = ".TH QXHOST 1 \"\" \"qxhost " QXHOST_VERSION
+                     "\"\n"
+                     ".SH NAME\n"
+                     "qxhost \\- run build projects with the actions of packages\n"
+                     ".SH SYNOPSIS\n"
+                     ".B qxhost\n"
+                     "[\\fIglobal option\\fR]... \\fIcommand\\fR ...\n"
+                     ".SH DESCRIPTION\n"
+                     "A build project is an XML file that lists actions with their properties. Actions come "
+                     "from packages, libraries that "
+                     "are loaded at start. Results go to standard output, complaints to standard error.\n"
+                     ".SH GLOBAL OPTIONS\n";
   text += OptionItems(GlobalOptions()) + ".SH COMMANDS\n";
   for (const CommandRow& row : Commands()) text += CommandItem(row);
   text += ".SH EXIT STATUS\n";
@@ -66,7 +72,8 @@ std::string ManPage() {
   return text +
          ".SH ENVIRONMENT\n"
          ".TP\n.B QXHOST_OPTIONS\nThe options store, where \\-\\-options names none.\n"
-         ".TP\n.B NO_COLOR\nWhen set and not empty, the log is not coloured unless \\-\\-color asks for it.\n";
+         ".TP\n.B NO_COLOR\nWhen set and not empty, the log is not coloured unless \\-\\-color asks for "
+         "it.\n";
 }
 
 }  // namespace qx::cli

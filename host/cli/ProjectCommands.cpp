@@ -31,8 +31,9 @@ void SaveNow(OpenProject& project) {
 TQXAction& ActionOf(OpenProject& project, int number) {
   if (number > project.ActionCount()) {
     const std::string count = std::to_string(project.ActionCount());
-    throw Exception(project.File() + " has no action " + std::to_string(number) +
-                    (project.ActionCount() == 0 ? "; append one with qxhost add" : " (nearest: " + count + ")"));
+    throw Exception(
+        project.File() + " has no action " + std::to_string(number) +
+        (project.ActionCount() == 0 ? "; append one with qxhost add" : " (nearest: " + count + ")"));
   }
   if (TQXAction* action = project.Action(number - 1)) return *action;
   throw Exception(project.File() + ": no loaded package has action " + std::to_string(number) + ", \"" +
@@ -50,7 +51,8 @@ TStringList HiddenOf(TQXAction& action) {
 std::string ActionAsText(const OpenProject& project, int index, bool all) {
   std::string text = std::to_string(index + 1) + " " + project.ActionType(index) + "\n";
   TQXAction* action = project.Action(index);
-  if (action == nullptr) return text + "    (no loaded package has this action; its properties are only kept)\n";
+  if (action == nullptr)
+    return text + "    (no loaded package has this action; its properties are only kept)\n";
   const TStringList hidden = HiddenOf(*action);
   for (const PublishedProperty& property : action->GetActionClass()->properties) {
     if (all || !IsHidden(hidden, property.name)) text += PropertyLine(*action, property);
@@ -65,7 +67,8 @@ Json ActionAsJson(const OpenProject& project, int index, bool all) {
   Json properties = Json::object();
   const TStringList hidden = HiddenOf(*action);
   for (const PublishedProperty& property : action->GetActionClass()->properties) {
-    if (all || !IsHidden(hidden, property.name)) properties[std::string(property.name)] = PropertyAsJson(*action, property);
+    if (all || !IsHidden(hidden, property.name))
+      properties[std::string(property.name)] = PropertyAsJson(*action, property);
   }
   json["properties"] = std::move(properties);
   json["dynamicProperties"] = action->Host().dynamicProperties;
@@ -76,7 +79,8 @@ Json ActionAsJson(const OpenProject& project, int index, bool all) {
 
 int NewProject(Session&, const Invocation& invocation) {
   const std::string file = ExpandPath("", invocation.operands[0]);
-  if (FileExists(file) || FolderExists(file)) throw Exception(file + " exists already and is not overwritten");
+  if (FileExists(file) || FolderExists(file))
+    throw Exception(file + " exists already and is not overwritten");
   BuildProject::Empty(file).Save();
   return 0;
 }
@@ -84,7 +88,8 @@ int NewProject(Session&, const Invocation& invocation) {
 int AddAction(Session& session, const Invocation& invocation) {
   const std::string file = ExpandPath("", invocation.operands[0]);
   const std::string name = session.Packages().NeedAction(invocation.operands[1]).displayName;
-  if (!FileExists(file)) throw Exception("Cannot read " + file + ": there is no such file; make one with qxhost new");
+  if (!FileExists(file))
+    throw Exception("Cannot read " + file + ": there is no such file; make one with qxhost new");
   const FileLock lock(file);
   OpenProject project = session.Open(file, invocation);
   SetAll(project.Append(name), std::span(invocation.operands).subspan(2));
@@ -119,7 +124,8 @@ int ShowProject(Session& session, const Invocation& invocation) {
   const auto variables = project.Project().Variables();
   if (!variables.empty()) text += "Variables\n";
   for (const auto& [name, value] : variables) text += AssignmentLine(name, value);
-  for (int i = 0; i < project.ActionCount(); ++i) text += (text.empty() ? "" : "\n") + ActionAsText(project, i, all);
+  for (int i = 0; i < project.ActionCount(); ++i)
+    text += (text.empty() ? "" : "\n") + ActionAsText(project, i, all);
   session.Print(text);
   return 0;
 }

@@ -20,18 +20,20 @@ TEST_F(ProjectCommands, NewWritesAnEmptyProjectAndNeverOverwrites) {
 
 TEST_F(ProjectCommands, AddWritesStoredPropertiesInTheOrderOfDeclaration) {
   Project("p.xml", {{"Lines=a;b", "Loud=true"}});
-  EXPECT_EQ(Content("p.xml"),
-            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<BuildProject version=\"1\">\n  <Variables/>\n  <Actions>\n"
-            "    <Action type=\"Tiny Task\">\n"
-            "      <Property name=\"Text\">hello</Property>\n"
-            "      <Property name=\"Count\">0</Property>\n"
-            "      <Property name=\"Seconds\">60</Property>\n"
-            "      <Property name=\"Deed\">tdSucceed</Property>\n"
-            "      <Property name=\"Verdict\">tvValid</Property>\n"
-            "      <Property name=\"Loud\">True</Property>\n"
-            "      <Property name=\"Lines\">\n        <Item>a</Item>\n        <Item>b</Item>\n      </Property>\n"
-            "      <Property name=\"_Password\"/>\n"
-            "    </Action>\n  </Actions>\n</BuildProject>\n");
+  EXPECT_EQ(
+      Content("p.xml"),
+      "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<BuildProject version=\"1\">\n  <Variables/>\n  "
+      "<Actions>\n"
+      "    <Action type=\"Tiny Task\">\n"
+      "      <Property name=\"Text\">hello</Property>\n"
+      "      <Property name=\"Count\">0</Property>\n"
+      "      <Property name=\"Seconds\">60</Property>\n"
+      "      <Property name=\"Deed\">tdSucceed</Property>\n"
+      "      <Property name=\"Verdict\">tvValid</Property>\n"
+      "      <Property name=\"Loud\">True</Property>\n"
+      "      <Property name=\"Lines\">\n        <Item>a</Item>\n        <Item>b</Item>\n      </Property>\n"
+      "      <Property name=\"_Password\"/>\n"
+      "    </Action>\n  </Actions>\n</BuildProject>\n");
 }
 
 TEST_F(ProjectCommands, SetGoesThroughTheSettersInTheOrderGiven) {
@@ -46,11 +48,13 @@ TEST_F(ProjectCommands, SetGoesThroughTheSettersInTheOrderGiven) {
 TEST_F(ProjectCommands, SetIsAllOrNone) {
   Project("p.xml", {{}});
   const std::string before = Content("p.xml");
-  for (const Words& words :
-       std::vector<Words>{{"set", "p.xml", "Text=new", "Count=many"}, {"set", "p.xml", "Text=new", "Deed=tdFial"},
-                          {"set", "p.xml", "Text=new", "Count=-1"}, {"set", "p.xml", "Text=new", "Txet=x"},
-                          {"set", "p.xml", "Text=new", "word"}, {"set", "p.xml", "--action", "2", "Text=new"},
-                          {"add", "p.xml", "Tiny Task", "Loud=maybe"}}) {
+  for (const Words& words : std::vector<Words>{{"set", "p.xml", "Text=new", "Count=many"},
+                                               {"set", "p.xml", "Text=new", "Deed=tdFial"},
+                                               {"set", "p.xml", "Text=new", "Count=-1"},
+                                               {"set", "p.xml", "Text=new", "Txet=x"},
+                                               {"set", "p.xml", "Text=new", "word"},
+                                               {"set", "p.xml", "--action", "2", "Text=new"},
+                                               {"add", "p.xml", "Tiny Task", "Loud=maybe"}}) {
     const auto result = Host(words);
     EXPECT_EQ(result.code, 2) << words.back();
     EXPECT_NE(result.err, "");
@@ -64,7 +68,8 @@ TEST_F(ProjectCommands, RefusalsNameTheNearestValidWord) {
   EXPECT_TRUE(Holds(complaint({"set", "p.xml", "Txet=x"}), "nearest: Text"));
   EXPECT_TRUE(Holds(complaint({"set", "p.xml", "Deed=tdFial"}), "nearest: tdFail"));
   EXPECT_TRUE(Holds(complaint({"set", "p.xml", "Loud=Flase"}), "nearest: False"));
-  EXPECT_TRUE(Holds(complaint({"set", "p.xml", "--action", "7", "Text=x"}), "p.xml has no action 7 (nearest: 1)"));
+  EXPECT_TRUE(
+      Holds(complaint({"set", "p.xml", "--action", "7", "Text=x"}), "p.xml has no action 7 (nearest: 1)"));
   EXPECT_TRUE(Holds(complaint({"add", "p.xml", "Tiny Tsk"}), "nearest: Tiny Task"));
   EXPECT_TRUE(Holds(complaint({"valdate", "p.xml"}), "nearest: validate"));
   EXPECT_TRUE(Holds(complaint({"run", "--tiemout", "3", "p.xml"}), "nearest: --timeout"));
@@ -76,10 +81,12 @@ TEST_F(ProjectCommands, ShowHidesWhatIsHiddenAndMasksSecrets) {
   Project("p.xml", {{"Password=hush", "Lines=a;b"}});
   const auto text = Host({"show", "p.xml"});
   EXPECT_EQ(text.out,
-            "1 Tiny Task\n    Text=hello\n    FirstWord=hello\n    Count=0\n    Deed=tdSucceed\n    Verdict=tvValid\n"
+            "1 Tiny Task\n    Text=hello\n    FirstWord=hello\n    Count=0\n    Deed=tdSucceed\n    "
+            "Verdict=tvValid\n"
             "    Loud=False\n    Lines=a;b\n    Password=***\n");
   EXPECT_TRUE(Holds(Host({"show", "p.xml", "--all"}).out, "    Seconds=60\n"));
-  for (const Words& words : std::vector<Words>{{"show", "p.xml", "--all"}, {"show", "p.xml", "--all", "--json"}}) {
+  for (const Words& words :
+       std::vector<Words>{{"show", "p.xml", "--all"}, {"show", "p.xml", "--all", "--json"}}) {
     EXPECT_FALSE(Holds(Host(words).out, "hush"));
   }
   EXPECT_FALSE(Holds(Content("p.xml"), "hush"));
@@ -99,14 +106,15 @@ TEST_F(ProjectCommands, ShowAsJsonHasTypesOrderAndDynamicProperties) {
   EXPECT_EQ(properties["Password"], "***");
   Words names;
   for (const auto& [name, value] : properties.items()) names.push_back(name);
-  EXPECT_EQ(names, (Words{"Text", "FirstWord", "Count", "Seconds", "Deed", "Verdict", "Loud", "Lines", "Password",
-                          "_Password"}));
+  EXPECT_EQ(names, (Words{"Text", "FirstWord", "Count", "Seconds", "Deed", "Verdict", "Loud", "Lines",
+                          "Password", "_Password"}));
 }
 
 TEST_F(ProjectCommands, KeepsWhatItDoesNotKnowAndWarns) {
   Write("p.xml",
         "<BuildProject version=\"1\">\n<!-- why --><Future/>\n<Actions><Action type=\"Tiny Task\">\n"
-        "<Property name=\"Colour\">red</Property></Action>\n<Action type=\"Other\"><Property name=\"A\">1</Property></Action>"
+        "<Property name=\"Colour\">red</Property></Action>\n<Action type=\"Other\"><Property "
+        "name=\"A\">1</Property></Action>"
         "</Actions></BuildProject>");
   const auto result = Host({"set", "p.xml", "Text=x"});
   EXPECT_EQ(result.code, 0);
@@ -122,8 +130,9 @@ TEST_F(ProjectCommands, KeepsWhatItDoesNotKnowAndWarns) {
 }
 
 TEST_F(ProjectCommands, TakesOutASecretThatStandsThereInClearText) {
-  Write("p.xml", "<BuildProject version=\"1\"><Actions><Action type=\"Tiny Task\">"
-                 "<Property name=\"Password\">hush</Property></Action></Actions></BuildProject>");
+  Write("p.xml",
+        "<BuildProject version=\"1\"><Actions><Action type=\"Tiny Task\">"
+        "<Property name=\"Password\">hush</Property></Action></Actions></BuildProject>");
   const auto result = Host({"set", "p.xml", "Loud=False"});
   EXPECT_EQ(result.code, 0);
   EXPECT_TRUE(Holds(result.err, "clear text"));
@@ -145,8 +154,9 @@ TEST_F(ProjectCommands, RefusesBrokenFilesWithNameAndLine) {
 }
 
 TEST_F(ProjectCommands, ExpandsBySetThenProjectThenEnvironment) {
-  Write("p.xml", "<BuildProject version=\"1\"><Variables><Variable name=\"A\">project</Variable>"
-                 "<Variable name=\"B\">[%A%]</Variable></Variables></BuildProject>");
+  Write("p.xml",
+        "<BuildProject version=\"1\"><Variables><Variable name=\"A\">project</Variable>"
+        "<Variable name=\"B\">[%A%]</Variable></Variables></BuildProject>");
   EXPECT_EQ(Host({"expand", "%A% %B% 100%%", "--project", "p.xml"}).out, "project [project] 100%\n");
   EXPECT_EQ(Host({"expand", "%B%", "--project", "p.xml", "--set", "A=set"}).out, "[set]\n");
   const auto undefined = Host({"expand", "%NO_SUCH_NAME_HERE%"});

@@ -19,7 +19,9 @@ std::string Masked(TPersistent& object, const PublishedProperty& property) {
 
 }  // namespace
 
-std::string AsLines(const Json& json) { return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n"; }
+std::string AsLines(const Json& json) {
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
 
 std::string AssignmentLine(std::string_view name, std::string_view value) {
   std::string text = "    " + std::string(name) + "=";
@@ -33,7 +35,8 @@ std::string AssignmentLine(std::string_view name, std::string_view value) {
 
 std::string PropertyLine(TPersistent& object, const PublishedProperty& property) {
   const bool secret = property.storage == PropertyStorage::Secret;
-  const std::string value = secret ? Masked(object, property) : PropertyToText(property, property.get(object));
+  const std::string value =
+      secret ? Masked(object, property) : PropertyToText(property, property.get(object));
   return AssignmentLine(property.name, value);
 }
 

@@ -47,7 +47,8 @@ bool SaveAfterwards(OpenProject& project, bool dry) {
 class RunLog {
  public:
   RunLog(const Session& session, const Invocation& invocation) {
-    const LogStyle style = invocation.Value("--log").value_or("text") == "json" ? LogStyle::Json : LogStyle::Text;
+    const LogStyle style =
+        invocation.Value("--log").value_or("text") == "json" ? LogStyle::Json : LogStyle::Text;
     Add(std::make_unique<StreamSink>(LogFile::StandardOutput(), style, session.Colour()));
     const auto path = invocation.Value("--log-file");
     if (path) Add(std::make_unique<StreamSink>(LogFile::Create(*path), style, ColourChoice::Never));

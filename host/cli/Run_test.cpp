@@ -137,7 +137,8 @@ TEST_F(RunCommand, ADryRunShowsEverythingAndChangesNothing) {
   const auto folderTime = std::filesystem::last_write_time(folder_);
   const auto result = Host({"run", "p.xml", "--dry-run"});
   EXPECT_EQ(result.code, 0) << result.err;
-  EXPECT_TRUE(Holds(result.out, "--- a/tiny.txt\n+++ b/tiny.txt\n@@ -1,1 +1,1 @@\n-old\n+new\n")) << result.out;
+  EXPECT_TRUE(Holds(result.out, "--- a/tiny.txt\n+++ b/tiny.txt\n@@ -1,1 +1,1 @@\n-old\n+new\n"))
+      << result.out;
   EXPECT_TRUE(Holds(result.out, "    \"/no/such program\" -a \"b c\"\n")) << result.out;
   EXPECT_TRUE(Holds(result.out, "-      <Property name=\"Count\">0</Property>\n")) << result.out;
   EXPECT_EQ(Content("tiny.txt"), "old\n");
@@ -147,8 +148,9 @@ TEST_F(RunCommand, ADryRunShowsEverythingAndChangesNothing) {
 }
 
 TEST_F(RunCommand, ADryRunMasksASecretThatStandsThereInClearText) {
-  Write("p.xml", "<BuildProject version=\"1\"><Actions><Action type=\"Tiny Task\">\n"
-                 "<Property name=\"Password\">hush&amp;&#104;ush</Property>\n</Action></Actions></BuildProject>");
+  Write("p.xml",
+        "<BuildProject version=\"1\"><Actions><Action type=\"Tiny Task\">\n"
+        "<Property name=\"Password\">hush&amp;&#104;ush</Property>\n</Action></Actions></BuildProject>");
   const std::string before = Content("p.xml");
   const auto result = Host({"run", "p.xml", "--dry-run"});
   EXPECT_EQ(result.code, 0) << result.err;

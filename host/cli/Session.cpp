@@ -9,7 +9,8 @@
 namespace qx::cli {
 
 Session::Session(const Invocation& invocation) {
-  for (const std::string& file : invocation.Values("--package")) packageFiles_.push_back(ExpandPath("", file));
+  for (const std::string& file : invocation.Values("--package"))
+    packageFiles_.push_back(ExpandPath("", file));
   if (const auto file = invocation.Value("--options")) optionsFile_ = ExpandPath("", *file);
   const std::string colour = invocation.Value("--color").value_or("auto");
   if (colour == "always") colour_ = ColourChoice::Always;
@@ -31,13 +32,14 @@ void Session::Complain(const std::string& text) { std::fprintf(stderr, "qxhost: 
 
 OptionsStore& Session::Store() {
   if (store_ != nullptr) return *store_;
-  auto store = std::make_unique<OptionsStore>(optionsFile_.empty() ? ExpandPath("", OptionsStore::DefaultFile())
-                                                                   : optionsFile_);
+  auto store = std::make_unique<OptionsStore>(
+      optionsFile_.empty() ? ExpandPath("", OptionsStore::DefaultFile()) : optionsFile_);
   store->Load();
   try {
     ApplyHostSettings(HostSettings::From(store->All(OptionsStore::kHostSection)));
   } catch (const Exception& fault) {
-    if (!mendsSettings_) throw Exception(store->File() + ": " + fault.Message() + "; change it with qxhost options");
+    if (!mendsSettings_)
+      throw Exception(store->File() + ": " + fault.Message() + "; change it with qxhost options");
     Warn(store->File() + ": " + fault.Message());
   }
   store_ = std::move(store);

@@ -1,4 +1,5 @@
-// One invocation of the host: where its words go, the options store, the packages, and the project it works on.
+// One invocation of the host: where its words go, the options store, the packages, and the project it works
+// on.
 #pragma once
 
 #include <atomic>

@@ -1,5 +1,5 @@
-// What signals do to a run: Ctrl-C and the end of the session stop it politely, and one that is killed at any moment
-// leaves its build project whole.
+// What signals do to a run: Ctrl-C and the end of the session stop it politely, and one that is killed at any
+// moment leaves its build project whole.
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -60,9 +60,7 @@ class Signals : public CliTest {
     return !Holds(status, "State:\tZ");
   }
 
-  int Count() const {
-    return std::stoi(BuildProject::Load(PathOf("p.xml")).ReadText(0, "Count").value());
-  }
+  int Count() const { return std::stoi(BuildProject::Load(PathOf("p.xml")).ReadText(0, "Count").value()); }
 };
 
 TEST_F(Signals, InterruptTerminateAndHangUpStopTheRunAndSave) {
@@ -116,7 +114,8 @@ TEST_F(Signals, KilledAtAnyMomentLeavesTheProjectWhole) {
   Project("p.xml", {{"Text=" + std::string(20000, 'x')}});
   const auto begin = std::chrono::steady_clock::now();
   for (int i = 0; i < 5; ++i) ASSERT_EQ(ExitCode(Start({"run", "p.xml"}, "out.txt")), 0);
-  const auto usual = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin) / 5;
+  const auto usual =
+      std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin) / 5;
   std::string before = Content("p.xml");
   std::mt19937 random(20060612);
   int finished = 0;
@@ -127,7 +126,8 @@ TEST_F(Signals, KilledAtAnyMomentLeavesTheProjectWhole) {
     const std::string was = ">" + std::to_string(count) + "<";
     after.replace(after.find(was), was.size(), ">" + std::to_string(count + 1) + "<");
     const pid_t child = Start({"run", "p.xml"}, "out.txt");
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % static_cast<unsigned long>(usual.count() * 5 / 4)));
+    std::this_thread::sleep_for(
+        std::chrono::microseconds(random() % static_cast<unsigned long>(usual.count() * 5 / 4)));
     kill(child, SIGKILL);
     (ExitCode(child) == -SIGKILL ? killed : finished)++;
     const std::string now = Content("p.xml");

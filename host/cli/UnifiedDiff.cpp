@@ -28,14 +28,16 @@ struct Change {
   std::size_t oldBegin, oldEnd, newBegin, newEnd;
 };
 
-// The pairs of equal lines on the shortest way from (0,0) to the end, by the greedy search over diagonals; nothing
-// when the way is longer than kMostEdits.
+// The pairs of equal lines on the shortest way from (0,0) to the end, by the greedy search over diagonals;
+// nothing when the way is longer than kMostEdits.
 std::optional<std::vector<std::pair<long, long>>> MatchLines(const Lines& a, const Lines& b) {
   const long n = static_cast<long>(a.size());
   const long m = static_cast<long>(b.size());
   const long most = std::min(n + m, kMostEdits);
   std::vector<long> furthest(static_cast<std::size_t>(2 * most + 3), 0);  // by diagonal
-  const auto at = [&](std::vector<long>& row, long k) -> long& { return row[static_cast<std::size_t>(k + most + 1)]; };
+  const auto at = [&](std::vector<long>& row, long k) -> long& {
+    return row[static_cast<std::size_t>(k + most + 1)];
+  };
   std::vector<std::vector<long>> history;
   for (long d = 0; d <= most; ++d) {
     history.push_back(furthest);
@@ -75,7 +77,8 @@ std::vector<Change> FindChanges(const Lines& a, const Lines& b) {
   std::size_t head = 0;
   while (head < a.size() && head < b.size() && a[head] == b[head]) ++head;
   std::size_t tail = 0;
-  while (tail < a.size() - head && tail < b.size() - head && a[a.size() - 1 - tail] == b[b.size() - 1 - tail]) ++tail;
+  while (tail < a.size() - head && tail < b.size() - head && a[a.size() - 1 - tail] == b[b.size() - 1 - tail])
+    ++tail;
   const Lines middleA(a.begin() + static_cast<long>(head), a.end() - static_cast<long>(tail));
   const Lines middleB(b.begin() + static_cast<long>(head), b.end() - static_cast<long>(tail));
   auto matches = MatchLines(middleA, middleB).value_or(std::vector<std::pair<long, long>>());
@@ -112,11 +115,13 @@ std::string UnifiedDiff(const std::string& name, std::optional<std::string_view>
   if (before == after) return "";
   const Lines a = SplitAtLineFeeds(before.value_or(""));
   const Lines b = SplitAtLineFeeds(after.value_or(""));
-  std::string out = "--- " + (before ? "a/" + name : "/dev/null") + "\n+++ " + (after ? "b/" + name : "/dev/null") + "\n";
+  std::string out =
+      "--- " + (before ? "a/" + name : "/dev/null") + "\n+++ " + (after ? "b/" + name : "/dev/null") + "\n";
   const std::vector<Change> changes = FindChanges(a, b);
   for (std::size_t first = 0; first < changes.size();) {
     std::size_t last = first;  // changes whose contexts touch share a hunk
-    while (last + 1 < changes.size() && changes[last + 1].oldBegin - changes[last].oldEnd <= 2 * kContext) ++last;
+    while (last + 1 < changes.size() && changes[last + 1].oldBegin - changes[last].oldEnd <= 2 * kContext)
+      ++last;
     const std::size_t lead = std::min(kContext, changes[first].oldBegin);
     const std::size_t trail = std::min(kContext, a.size() - changes[last].oldEnd);
     out += "@@ -" + Range(changes[first].oldBegin - lead, changes[last].oldEnd + trail) + " +" +
@@ -125,7 +130,8 @@ std::string UnifiedDiff(const std::string& name, std::optional<std::string_view>
     for (; first <= last; ++first) {
       for (; at < changes[first].oldBegin; ++at) AppendLine(out, ' ', a[at]);
       for (; at < changes[first].oldEnd; ++at) AppendLine(out, '-', a[at]);
-      for (std::size_t i = changes[first].newBegin; i < changes[first].newEnd; ++i) AppendLine(out, '+', b[i]);
+      for (std::size_t i = changes[first].newBegin; i < changes[first].newEnd; ++i)
+        AppendLine(out, '+', b[i]);
     }
     for (const std::size_t end = at + trail; at < end; ++at) AppendLine(out, ' ', a[at]);
   }

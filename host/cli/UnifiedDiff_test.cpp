@@ -82,7 +82,8 @@ TEST(UnifiedDiff, AppliesBackToTheNewFileWhateverTheFiles) {
   for (int round = 0; round < 3000; ++round) {
     const auto text = [&](std::size_t lines) {
       std::string made;
-      for (std::size_t i = 0; i < lines; ++i) made += std::string(1, static_cast<char>('a' + random() % 4)) + (random() % 5 ? "\n" : "\r\n");
+      for (std::size_t i = 0; i < lines; ++i)
+        made += std::string(1, static_cast<char>('a' + random() % 4)) + (random() % 5 ? "\n" : "\r\n");
       if (random() % 3 == 0) made += "end";
       return made;
     };

@@ -11,7 +11,8 @@ namespace {
 
 constexpr int kUsageError = 2;
 
-// The build makes the completion files and the man page with these; they are for nobody else. Empty: not asked for.
+// The build makes the completion files and the man page with these; they are for nobody else. Empty: not
+// asked for.
 std::string PrintedDocument(const std::vector<std::string>& arguments) {
   if (arguments.empty()) return "";
   if (arguments[0] == "--print-man") return ManPage();
@@ -34,8 +35,7 @@ int Dispatch(Session& session, const Invocation& invocation) {
 
 int Main(const std::vector<std::string>& arguments) {
   IgnoreBrokenStreams();
-  const Invocation invocation =
-      PrintedDocument(arguments).empty() ? ParseArguments(arguments) : Invocation();
+  const Invocation invocation = PrintedDocument(arguments).empty() ? ParseArguments(arguments) : Invocation();
   Session session(invocation);
   if (const std::string document = PrintedDocument(arguments); !document.empty()) {
     session.Print(document);

@@ -17,6 +17,7 @@ constexpr const char* kProperty = "Property";
 constexpr const char* kItem = "Item";
 constexpr const char* kName = "name";
 constexpr const char* kType = "type";
+constexpr const char* kEncoding = XmlFile::kEncodingName;
 
 constexpr std::string_view kEmptyProject =
     "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
@@ -70,16 +71,108 @@ class ActionWriter : public IQXStateWriter {
 };
 
 bool HoldsElements(pugi::xml_node node) {
-  return std::any_of(node.begin(), node.end(), [](pugi::xml_node child) { return child.type() == pugi::node_element; });
+  return std::any_of(node.begin(), node.end(),
+                     [](pugi::xml_node child) { return child.type() == pugi::node_element; });
 }
 
 bool IsWord(std::string_view text) { return text.find_first_not_of(" \t\r\n") != text.npos; }
+
+enum class Text { Expected, Foreign };
+
+// Walks a project and writes down what the host does not know.
+class UnknownFinder {
+ public:
+  using Names = std::initializer_list<std::string_view>;
+  explicit UnknownFinder(const XmlFile& xml) : xml_(xml) {}
+
+  void Tell(pugi::xml_node node, const std::string& what) {
+    const std::size_t line = xml_.LineOf(node);
+    found_.push_back(line == 0 ? what : what + " (line " + std::to_string(line) + ")");
+  }
+
+  void Attributes(pugi::xml_node node, Names known) {
+    for (const pugi::xml_attribute attribute : node.attributes()) {
+      if (Holds(known, attribute.name())) continue;
+      Tell(node, "the attribute \"" + std::string(attribute.name()) + "\" of <" + node.name() + ">");
+    }
+  }
+
+  // Everything in `parent` but the elements of these names; comments are only counted.
+  void Children(pugi::xml_node parent, Names known, Text text) {
+    for (const pugi::xml_node child : parent.children()) {
+      const std::string name = child.name();
+      switch (child.type()) {
+        case pugi::node_comment:
+          ++comments_;
+          break;
+        case pugi::node_pi:
+          Tell(child, "the processing instruction \"" + name + "\"");
+          break;
+        case pugi::node_element:
+          if (!Holds(known, name)) Tell(child, "the element <" + name + ">");
+          break;
+        case pugi::node_pcdata:
+        case pugi::node_cdata:
+          if (text == Text::Foreign && IsWord(child.value()))
+            Tell(child, "text in <" + std::string(parent.name()) + ">");
+          break;
+        default:
+          break;
+      }
+    }
+  }
+
+  void Action(pugi::xml_node action, int number, PropertyTable table) {
+    Attributes(action, {kType});
+    Children(action, {kProperty}, Text::Foreign);
+    const std::string ofAction = "\" of action " + std::to_string(number);
+    for (const pugi::xml_node property : action.children(kProperty)) {
+      Attributes(property, {kName, kEncoding});
+      const std::string name = xml_.AttributeOf(property, kName).value_or("");
+      const auto row =
+          std::find_if(table.begin(), table.end(), [&](const auto& p) { return p.name == name; });
+      if (row == table.end()) {
+        Tell(property, "the property \"" + name + ofAction);
+        continue;
+      }
+      if (row->storage == PropertyStorage::NotStored) {
+        Tell(property, "the value of \"" + name + ofAction + ", which is not stored,");
+      }
+      if (row->kind != PropertyKind::TextList) {
+        Children(property, {}, Text::Expected);
+        continue;
+      }
+      Children(property, {kItem}, Text::Foreign);
+      for (const pugi::xml_node item : property.children(kItem)) {
+        Attributes(item, {kEncoding});
+        Children(item, {}, Text::Expected);
+      }
+    }
+  }
+
+  std::vector<std::string> Found() {
+    if (comments_ > 0)
+      found_.push_back(comments_ == 1 ? "1 comment" : std::to_string(comments_) + " comments");
+    return std::move(found_);
+  }
+
+ private:
+  static bool Holds(Names names, std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+  }
+
+  const XmlFile& xml_;
+  std::vector<std::string> found_;
+  int comments_ = 0;
+};
 
 }  // namespace
 
 BuildProject::BuildProject(XmlFile xml) : xml_(std::move(xml)) { Index(); }
 
-BuildProject BuildProject::Empty(std::string file) { return Parse(std::string(kEmptyProject), std::move(file)); }
+BuildProject BuildProject::Empty(std::string file) {
+  return Parse(std::string(kEmptyProject), std::move(file));
+}
 
 BuildProject BuildProject::Parse(std::string text, std::string file) {
   return BuildProject(XmlFile::Parse(std::move(text), std::move(file), kRoot));
@@ -114,7 +207,8 @@ void BuildProject::Index() {
     std::set<std::string> names;
     for (const pugi::xml_node property : action.children(kProperty)) {
       const std::string name = need(property, kName);
-      if (!names.insert(name).second) xml_.Complain(property, "the property " + name + " stands twice in its action");
+      if (!names.insert(name).second)
+        xml_.Complain(property, "the property " + name + " stands twice in its action");
     }
   }
 }
@@ -146,7 +240,8 @@ pugi::xml_node BuildProject::FindProperty(int index, std::string_view name) cons
 std::optional<std::string> BuildProject::ReadText(int index, std::string_view name) const {
   const pugi::xml_node property = FindProperty(index, name);
   if (!property) return std::nullopt;
-  if (HoldsElements(property)) xml_.Complain(property, std::string(name) + " is one text, but elements stand in it");
+  if (HoldsElements(property))
+    xml_.Complain(property, std::string(name) + " is one text, but elements stand in it");
   return xml_.TextOf(property);
 }
 
@@ -167,8 +262,8 @@ std::optional<std::vector<std::string>> BuildProject::ReadList(int index, std::s
   return items;
 }
 
-// The element of a property, made or moved so that it stands behind `previous`. One that stands behind it already,
-// with whatever else between them, stays where it is.
+// The element of a property, made or moved so that it stands behind `previous`. One that stands behind it
+// already, with whatever else between them, stays where it is.
 pugi::xml_node BuildProject::PlaceProperty(int index, std::string_view name, std::string_view previous) {
   pugi::xml_node action = actions_.at(static_cast<std::size_t>(index));
   const pugi::xml_node before = previous.empty() ? pugi::xml_node() : FindProperty(index, previous);
@@ -186,7 +281,8 @@ pugi::xml_node BuildProject::PlaceProperty(int index, std::string_view name, std
   return property;
 }
 
-void BuildProject::WriteText(int index, std::string_view name, const std::string& value, std::string_view previous) {
+void BuildProject::WriteText(int index, std::string_view name, const std::string& value,
+                             std::string_view previous) {
   const pugi::xml_node property = PlaceProperty(index, name, previous);
   if (!HoldsElements(property) && xml_.TextOf(property) == value) return;
   xml_.SetText(property, value);
@@ -234,67 +330,29 @@ bool BuildProject::WriteAction(int index, TQXAction& action) {
 }
 
 std::vector<std::string> BuildProject::Unknown(const KnownActions& known) const {
-  std::vector<std::string> found;
-  int comments = 0;
-  const auto tell = [&](pugi::xml_node node, const std::string& what) {
-    const std::size_t line = xml_.LineOf(node);
-    found.push_back(line == 0 ? what : what + " (line " + std::to_string(line) + ")");
-  };
-  const auto tellAttributes = [&](pugi::xml_node node, std::initializer_list<std::string_view> allowed) {
-    for (const pugi::xml_attribute attribute : node.attributes()) {
-      if (std::find(allowed.begin(), allowed.end(), attribute.name()) != allowed.end()) continue;
-      tell(node, "the attribute \"" + std::string(attribute.name()) + "\" of <" + node.name() + ">");
-    }
-  };
-  // Everything in `parent` that is no element of the name wanted; counts comments on the way.
-  const auto tellOthers = [&](pugi::xml_node parent, std::initializer_list<std::string_view> allowed, bool text) {
-    for (const pugi::xml_node child : parent.children()) {
-      if (child.type() == pugi::node_comment) ++comments;
-      if (child.type() == pugi::node_pi) tell(child, "the processing instruction \"" + std::string(child.name()) + "\"");
-      const bool isText = child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata;
-      if (isText && !text && IsWord(child.value())) tell(child, "text in <" + std::string(parent.name()) + ">");
-      if (child.type() != pugi::node_element) continue;
-      if (std::find(allowed.begin(), allowed.end(), child.name()) != allowed.end()) continue;
-      tell(child, "the element <" + std::string(child.name()) + ">");
-    }
-  };
-  tellOthers(xml_.Root().parent(), {kRoot}, false);
-  tellAttributes(xml_.Root(), {"version"});
-  tellOthers(xml_.Root(), {kVariables, kActions}, false);
-  tellAttributes(variables_, {});
-  tellOthers(variables_, {kVariable}, false);
+  UnknownFinder finder(xml_);
+  finder.Children(xml_.Root().parent(), {kRoot}, Text::Foreign);
+  finder.Attributes(xml_.Root(), {"version"});
+  finder.Children(xml_.Root(), {kVariables, kActions}, Text::Foreign);
+  finder.Attributes(variables_, {});
+  finder.Children(variables_, {kVariable}, Text::Foreign);
   for (const pugi::xml_node variable : variables_.children(kVariable)) {
-    tellAttributes(variable, {kName, "encoding"});
-    tellOthers(variable, {}, true);
+    finder.Attributes(variable, {kName, kEncoding});
+    finder.Children(variable, {}, Text::Expected);
   }
-  tellAttributes(actionList_, {});
-  tellOthers(actionList_, {kAction}, false);
+  finder.Attributes(actionList_, {});
+  finder.Children(actionList_, {kAction}, Text::Foreign);
   for (int i = 0; i < ActionCount(); ++i) {
     const pugi::xml_node action = actions_[static_cast<std::size_t>(i)];
     const std::optional<PropertyTable> table = known(ActionType(i));
-    const std::string number = std::to_string(i + 1);
-    if (!table) {
-      tell(action, "action " + number + ", \"" + ActionType(i) + "\", which no loaded package has");
-      continue;
-    }
-    tellAttributes(action, {kType});
-    tellOthers(action, {kProperty}, false);
-    for (const pugi::xml_node property : action.children(kProperty)) {
-      const std::string name = xml_.AttributeOf(property, kName).value_or("");
-      const auto row = std::find_if(table->begin(), table->end(), [&](const auto& p) { return p.name == name; });
-      if (row == table->end()) {
-        tell(property, "the property \"" + name + "\" of action " + number);
-      } else if (row->storage == PropertyStorage::NotStored) {
-        tell(property, "the value of \"" + name + "\" of action " + number + ", which is not stored,");
-      }
-      tellAttributes(property, {kName, "encoding"});
-      const bool isList = row != table->end() && row->kind == PropertyKind::TextList;
-      if (row != table->end()) tellOthers(property, {isList ? std::string_view(kItem) : ""}, !isList);
-      for (const pugi::xml_node item : property.children(kItem)) tellOthers(item, {}, true);
+    if (table) {
+      finder.Action(action, i + 1, *table);
+    } else {
+      finder.Tell(action, "action " + std::to_string(i + 1) + ", \"" + ActionType(i) +
+                              "\", which no loaded package has");
     }
   }
-  if (comments > 0) found.push_back(comments == 1 ? "1 comment" : std::to_string(comments) + " comments");
-  return found;
+  return finder.Found();
 }
 
 }  // namespace qx

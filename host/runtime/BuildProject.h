@@ -1,6 +1,6 @@
-// Build projects: the file that holds a build's variables and its actions with their properties. This is the core -
-// text to values to text - and what joins it to actions: their state read from it and written into it. What the host
-// does not know stays in its place, whatever is written.
+// Build projects: the file that holds a build's variables and its actions with their properties. This is the
+// core - text to values to text - and what joins it to actions: their state read from it and written into it.
+// What the host does not know stays in its place, whatever is written.
 #pragma once
 
 #include <functional>
@@ -19,8 +19,8 @@ class BuildProject {
  public:
   // One without variables and actions. `file` is where it will be saved and what complaints name.
   static BuildProject Empty(std::string file);
-  // Raises Exception "FILE(LINE): reason" for what XmlFile refuses, for a <Variables> or <Actions> that stands
-  // twice, a nameless variable, property or action, and a property that stands twice in its action.
+  // Raises Exception "FILE(LINE): reason" for what XmlFile refuses, for a <Variables> or <Actions> that
+  // stands twice, a nameless variable, property or action, and a property that stands twice in its action.
   static BuildProject Parse(std::string text, std::string file);
   // Parse of a file's content. Raises Exception "Cannot read FILE: reason" too.
   static BuildProject Load(const std::string& file);
@@ -45,21 +45,24 @@ class BuildProject {
   std::optional<std::string> ReadText(int index, std::string_view name) const;
   std::optional<std::vector<std::string>> ReadList(int index, std::string_view name) const;
   bool Has(int index, std::string_view name) const { return static_cast<bool>(FindProperty(index, name)); }
-  // Sets one property, behind the property `previous` of the same action (empty: at the front), which gives the order
-  // of declaration to an action whose properties are written one after the other. An equal value is left as written.
+  // Sets one property, behind the property `previous` of the same action (empty: at the front), which gives
+  // the order of declaration to an action whose properties are written one after the other. An equal value is
+  // left as written.
   void WriteText(int index, std::string_view name, const std::string& value, std::string_view previous);
-  void WriteList(int index, std::string_view name, const std::vector<std::string>& items, std::string_view previous);
+  void WriteList(int index, std::string_view name, const std::vector<std::string>& items,
+                 std::string_view previous);
 
   // Loads an action: ReadState, then Loaded. Raises Exception naming the file, the line and the property.
   void ReadAction(int index, TQXAction& action) const;
-  // Writes an action's stored properties through WriteState, in the order of declaration, and takes out a secret that
-  // stands there in clear text. True when there was one.
+  // Writes an action's stored properties through WriteState, in the order of declaration, and takes out a
+  // secret that stands there in clear text. True when there was one.
   bool WriteAction(int index, TQXAction& action);
 
-  // What a lookup by the type of an action gives: its properties, or nothing when no loaded package has that action.
+  // What a lookup by the type of an action gives: its properties, or nothing when no loaded package has that
+  // action.
   using KnownActions = std::function<std::optional<PropertyTable>(const std::string& type)>;
-  // What stands in the file that the host does not know and only keeps: "2 comments", "the property \"Foo\" of action 1
-  // (line 9)". Empty when there is nothing.
+  // What stands in the file that the host does not know and only keeps: "2 comments", "the property \"Foo\"
+  // of action 1 (line 9)". Empty when there is nothing.
   std::vector<std::string> Unknown(const KnownActions& known) const;
 
  private:

@@ -75,7 +75,8 @@ TEST(BuildProject, ReadsVariablesActionsTextsAndLists) {
 
 TEST(BuildProject, WritesAnEmptyProject) {
   EXPECT_EQ(BuildProject::Empty("p.xml").Text(),
-            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<BuildProject version=\"1\">\n  <Variables/>\n  <Actions/>\n"
+            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<BuildProject version=\"1\">\n  <Variables/>\n  "
+            "<Actions/>\n"
             "</BuildProject>\n");
 }
 
@@ -86,7 +87,8 @@ TEST(BuildProject, WritesOnePropertyALineInTheOrderGiven) {
   project.WriteList(0, "Two", {"a", ""}, "One");
   project.WriteText(0, "Three", "", "Two");
   EXPECT_EQ(project.Text(),
-            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<BuildProject version=\"1\">\n  <Variables/>\n  <Actions>\n"
+            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<BuildProject version=\"1\">\n  <Variables/>\n  "
+            "<Actions>\n"
             "    <Action type=\"A &quot;quoted&quot; &lt;name&gt;\">\n"
             "      <Property name=\"One\">1</Property>\n"
             "      <Property name=\"Two\">\n        <Item>a</Item>\n        <Item/>\n      </Property>\n"
@@ -112,7 +114,9 @@ TEST(BuildProject, PutsAPropertyThatStandsTooEarlyInTheOrderOfDeclaration) {
 }
 
 TEST(BuildProject, LeavesEqualValuesAsTheyAreWritten) {
-  const std::string text = Wrap("<Property name='Title'><![CDATA[x]]>&#121;</Property><Property name='Parts'> <Item >a</Item></Property>");
+  const std::string text = Wrap(
+      "<Property name='Title'><![CDATA[x]]>&#121;</Property><Property name='Parts'> <Item "
+      ">a</Item></Property>");
   BuildProject project = BuildProject::Parse(text, "p.xml");
   project.WriteText(0, "Title", "xy", "");
   project.WriteList(0, "Parts", {"a"}, "Title");
@@ -142,13 +146,15 @@ TEST(BuildProject, ReadsAndWritesAnAction) {
   other.AppendAction("Sample");
   EXPECT_FALSE(other.WriteAction(0, *action));
   EXPECT_EQ(other.Text(),
-            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<BuildProject version=\"1\">\n  <Variables/>\n  <Actions>\n"
+            "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<BuildProject version=\"1\">\n  <Variables/>\n  "
+            "<Actions>\n"
             "    <Action type=\"Sample\">\n"
             "      <Property name=\"Title\">a&#13;\n&lt;b&gt;&amp;\"c\"</Property>\n"
             "      <Property name=\"Number\">-7</Property>\n"
             "      <Property name=\"Wanted\">True</Property>\n"
             "      <Property name=\"Colour\">clRed</Property>\n"
-            "      <Property name=\"Parts\">\n        <Item>{A}</Item>\n        <Item>a;b</Item>\n      </Property>\n"
+            "      <Property name=\"Parts\">\n        <Item>{A}</Item>\n        <Item>a;b</Item>\n      "
+            "</Property>\n"
             "    </Action>\n  </Actions>\n</BuildProject>\n");
 
   const auto copy = host.Make<SampleAction>(SampleActionClass());
@@ -170,17 +176,20 @@ TEST(BuildProject, TakesAClearTextSecretOut) {
 
 TEST(BuildProject, KeepsAndNamesWhatItDoesNotKnow) {
   const std::string text =
-      "<BuildProject version=\"1\" tool=\"x\">\n<!--a--><Extra>1</Extra>\n<Variables q=\"1\"><Variable name=\"V\"/></Variables>\n"
+      "<BuildProject version=\"1\" tool=\"x\">\n<!--a--><Extra>1</Extra>\n<Variables q=\"1\"><Variable "
+      "name=\"V\"/></Variables>\n"
       "<Actions>\n<Action type=\"Sample\" id=\"7\">\n  <Property name=\"Titel\">lost?</Property>\n"
-      "  <Property name=\"Title\" note=\"n\">t<!--b--></Property>\n  <Property name=\"Derived\">d</Property>\n</Action>\n"
+      "  <Property name=\"Title\" note=\"n\">t<!--b--></Property>\n  <Property "
+      "name=\"Derived\">d</Property>\n</Action>\n"
       "<Action type=\"Other\"><Whatever/></Action>\n</Actions>\n</BuildProject>\n";
   BuildProject project = BuildProject::Parse(text, "p.xml");
-  EXPECT_EQ(project.Unknown(KnowsSample()),
-            (Items{"the attribute \"tool\" of <BuildProject> (line 1)", "the element <Extra> (line 2)",
-                   "the attribute \"q\" of <Variables> (line 3)", "the attribute \"id\" of <Action> (line 5)",
-                   "the property \"Titel\" of action 1 (line 6)", "the attribute \"note\" of <Property> (line 7)",
-                   "the value of \"Derived\" of action 1, which is not stored, (line 8)",
-                   "action 2, \"Other\", which no loaded package has (line 10)", "2 comments"}));
+  EXPECT_EQ(
+      project.Unknown(KnowsSample()),
+      (Items{"the attribute \"tool\" of <BuildProject> (line 1)", "the element <Extra> (line 2)",
+             "the attribute \"q\" of <Variables> (line 3)", "the attribute \"id\" of <Action> (line 5)",
+             "the property \"Titel\" of action 1 (line 6)", "the attribute \"note\" of <Property> (line 7)",
+             "the value of \"Derived\" of action 1, which is not stored, (line 8)",
+             "action 2, \"Other\", which no loaded package has (line 10)", "2 comments"}));
   project.WriteText(0, "Title", "u", "");
   std::string wanted = text;
   wanted.replace(wanted.find(">t<!--b"), 2, ">u");
@@ -189,7 +198,8 @@ TEST(BuildProject, KeepsAndNamesWhatItDoesNotKnow) {
 }
 
 TEST(BuildProject, RefusesWhatIsAmbiguousOrNameless) {
-  EXPECT_EQ(Fault("<BuildProject version='1'>\n<Actions/>\n<Actions/></BuildProject>"), "p.xml(3): <Actions> stands twice");
+  EXPECT_EQ(Fault("<BuildProject version='1'>\n<Actions/>\n<Actions/></BuildProject>"),
+            "p.xml(3): <Actions> stands twice");
   EXPECT_EQ(Fault("<BuildProject version='1'>\n<Actions><Action/></Actions></BuildProject>"),
             "p.xml(2): <Action> without a type");
   EXPECT_EQ(Fault("<BuildProject version='1'><Variables>\n<Variable/></Variables></BuildProject>"),
@@ -209,7 +219,8 @@ TEST(BuildProject, RefusesAValueOfAnotherKindWithItsLine) {
   EXPECT_EQ(FaultOfReading("\n<Property name=\"Parts\"><Itm>a</Itm></Property>"),
             "p.xml(2): Parts is a list of <Item>s, but another element stands in it");
   EXPECT_EQ(FaultOfReading("\n<Property name=\"Wanted\">yes</Property>").rfind("p.xml(2): Wanted", 0), 0u);
-  EXPECT_EQ(FaultOfReading("\n<Property name=\"Number\">99999999999</Property>").rfind("p.xml(2): Number", 0), 0u);
+  EXPECT_EQ(FaultOfReading("\n<Property name=\"Number\">99999999999</Property>").rfind("p.xml(2): Number", 0),
+            0u);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// What a program of the host asks its system: its arguments, its own place, the user's configuration. One source a
-// system: HostProgramPosix.cpp, HostProgramWindows.cpp.
+// What a program of the host asks its system: its arguments, its own place, the user's configuration. One
+// source a system: HostProgramPosix.cpp, HostProgramWindows.cpp.
 #pragma once
 
 #include <string>
@@ -10,9 +10,9 @@ namespace qx {
 // What main was given, without the program's name: UTF-8 on Windows, bytes as they stand elsewhere.
 std::vector<std::string> ProgramArguments(int count, char** arguments);
 
-// The host's folder among the user's configuration, with its trailing delimiter: $XDG_CONFIG_HOME/qxhost/, else
-// $HOME/.config/qxhost/; %APPDATA%\qxhost\ on Windows. Raises Exception when the environment names none. The folder
-// need not exist.
+// The host's folder among the user's configuration, with its trailing delimiter: $XDG_CONFIG_HOME/qxhost/,
+// else $HOME/.config/qxhost/; %APPDATA%\qxhost\ on Windows. Raises Exception when the environment names none.
+// The folder need not exist.
 std::string ConfigFolder();
 
 // The folder of the running program's file, links followed, with its trailing delimiter.
@@ -21,8 +21,8 @@ std::string ProgramFolder();
 // Raises Exception "Cannot enter FOLDER: reason". It holds for the whole process.
 void SetCurrentFolder(const std::string& folder);
 
-// From now on writing to a stream that nobody reads is an error of the write, not the end of the process: what is
-// still to be saved is saved. Child processes are not affected.
+// From now on writing to a stream that nobody reads is an error of the write, not the end of the process:
+// what is still to be saved is saved. Child processes are not affected.
 void IgnoreBrokenStreams();
 
 }  // namespace qx

@@ -26,7 +26,8 @@ std::vector<std::string> ProgramArguments(int, char**) {
 
 std::string ConfigFolder() {
   const std::string data = ReadEnvironment("APPDATA").value_or("");
-  if (data.empty()) throw Exception("No configuration folder: set APPDATA, or name the options file with --options");
+  if (data.empty())
+    throw Exception("No configuration folder: set APPDATA, or name the options file with --options");
   return WithTrailingDelimiter(data) + "qxhost\\";
 }
 

@@ -11,14 +11,17 @@ using Value = std::variant<std::string, std::vector<std::string>>;
 class CapturingWriter : public IQXStateWriter {
  public:
   void WriteText(std::string_view name, const std::string& value) override { values.emplace(name, value); }
-  void WriteList(std::string_view name, const TStringList& value) override { values.emplace(name, value.Items()); }
+  void WriteList(std::string_view name, const TStringList& value) override {
+    values.emplace(name, value.Items());
+  }
   std::map<std::string, Value, std::less<>> values;
 };
 
 std::string ForPeople(const Value& value) {
   if (const auto* text = std::get_if<std::string>(&value)) return *text;
   std::string joined;
-  for (const std::string& item : std::get<std::vector<std::string>>(value)) joined += (joined.empty() ? "" : ";") + item;
+  for (const std::string& item : std::get<std::vector<std::string>>(value))
+    joined += (joined.empty() ? "" : ";") + item;
   return joined;
 }
 
@@ -66,7 +69,8 @@ std::vector<std::string> OpenProject::Save() {
     const std::string now = ReadFile(File());
     if (now != loadedText_) {
       SaveInto(BuildProject::Parse(now, File()));
-      return {File() + " was changed by somebody else meanwhile; only the values that changed here were written"};
+      return {File() +
+              " was changed by somebody else meanwhile; only the values that changed here were written"};
     }
   }
   bool hadClearText = false;
@@ -107,18 +111,22 @@ void OpenProject::SaveInto(BuildProject fresh) {
       const auto value = after.find(name);
       if (value == after.end()) continue;
       const auto before = loaded_[static_cast<std::size_t>(i)].find(name);
-      const bool changed = before == loaded_[static_cast<std::size_t>(i)].end() || before->second != value->second;
+      const bool changed =
+          before == loaded_[static_cast<std::size_t>(i)].end() || before->second != value->second;
       if (changed && !found) {
         lost += (lost.empty() ? "" : ", ") + name + "=" + ForPeople(value->second);
       } else if (changed) {
-        if (const auto* text = std::get_if<std::string>(&value->second)) fresh.WriteText(i, name, *text, previous);
-        else fresh.WriteList(i, name, std::get<std::vector<std::string>>(value->second), previous);
+        if (const auto* text = std::get_if<std::string>(&value->second))
+          fresh.WriteText(i, name, *text, previous);
+        else
+          fresh.WriteList(i, name, std::get<std::vector<std::string>>(value->second), previous);
       }
       if (found && fresh.Has(i, name)) previous = name;
     }
   }
   if (!lost.empty()) {
-    throw Exception(File() + " was changed by somebody else meanwhile and lacks an action; not saved: " + lost);
+    throw Exception(File() +
+                    " was changed by somebody else meanwhile and lacks an action; not saved: " + lost);
   }
   fresh.Save();
 }

@@ -1,5 +1,5 @@
-// A build project with its actions alive: made from their classes, loaded, and written back. What a command does to a
-// project it does to one of these.
+// A build project with its actions alive: made from their classes, loaded, and written back. What a command
+// does to a project it does to one of these.
 #pragma once
 
 #include <functional>
@@ -19,8 +19,8 @@ class OpenProject {
   // The class that the catalogue holds under a display name; null when no loaded package has it.
   using FindClass = std::function<const TQXActionClass*(const std::string& displayName)>;
 
-  // Makes and loads every action that the catalogue knows; each gets the surroundings with its own number, and its
-  // secrets are kept out of the log from then on. Raises Exception naming the file and line.
+  // Makes and loads every action that the catalogue knows; each gets the surroundings with its own number,
+  // and its secrets are kept out of the log from then on. Raises Exception naming the file and line.
   OpenProject(BuildProject project, FindClass findClass, const ActionSurroundings& surroundings);
 
   const std::string& File() const { return project_.File(); }
@@ -33,10 +33,10 @@ class OpenProject {
   // Appends an action of a display name that the catalogue has, with its defaults, and returns it.
   TQXAction& Append(const std::string& displayName);
 
-  // Saves the stored properties of every action atomically and returns warnings: what is kept without being known, and
-  // a secret whose clear text was taken out. When somebody else changed the file since it was read, only the values
-  // that changed here go into the file as it is now. Raises Exception naming the file, and then the values that could
-  // not be saved too.
+  // Saves the stored properties of every action atomically and returns warnings: what is kept without being
+  // known, and a secret whose clear text was taken out. When somebody else changed the file since it was
+  // read, only the values that changed here go into the file as it is now. Raises Exception naming the file,
+  // and then the values that could not be saved too.
   std::vector<std::string> Save();
 
   // Bytes of the project's file as people may see them: "***" for a secret that stands there in clear text.

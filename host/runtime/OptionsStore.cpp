@@ -45,7 +45,9 @@ class StoreReader final : public Implements<IQXOptionsReader> {
 class StoreWriter final : public Implements<IQXOptionsWriter> {
  public:
   StoreWriter(OptionsStore& store, std::string section) : store_(store), section_(std::move(section)) {}
-  void WriteString(const std::string& key, const std::string& value) override { store_.Set(section_, key, value); }
+  void WriteString(const std::string& key, const std::string& value) override {
+    store_.Set(section_, key, value);
+  }
   void WriteInteger(const std::string& key, std::int32_t value) override {
     store_.Set(section_, key, std::to_string(value));
   }
@@ -74,7 +76,8 @@ pugi::xml_node FindElement(const XmlFile& xml, std::string_view section) {
   return xml.FindChild(xml.Root(), kSection, kKey, section);
 }
 
-void PutInto(XmlFile& xml, std::string_view section, std::string_view name, const std::optional<std::string>& value) {
+void PutInto(XmlFile& xml, std::string_view section, std::string_view name,
+             const std::optional<std::string>& value) {
   pugi::xml_node place = FindElement(xml, section);
   if (!place) {
     if (!value) return;
@@ -129,7 +132,8 @@ void OptionsStore::Take(const std::string& text) {
 }
 
 OptionsStore::Section* OptionsStore::FindSection(std::string_view key) {
-  const auto found = std::find_if(sections_.begin(), sections_.end(), [&](const Section& s) { return s.key == key; });
+  const auto found =
+      std::find_if(sections_.begin(), sections_.end(), [&](const Section& s) { return s.key == key; });
   return found == sections_.end() ? nullptr : &*found;
 }
 
@@ -149,7 +153,8 @@ std::optional<std::string> OptionsStore::Find(std::string_view section, std::str
   return std::nullopt;
 }
 
-void OptionsStore::Put(std::string_view section, std::string_view name, const std::optional<std::string>& value) {
+void OptionsStore::Put(std::string_view section, std::string_view name,
+                       const std::optional<std::string>& value) {
   Section* place = FindSection(section);
   if (place == nullptr) place = &sections_.emplace_back(Section{std::string(section), {}});
   const auto found = std::find_if(place->values.begin(), place->values.end(),
@@ -181,7 +186,8 @@ void OptionsStore::Save() {
   if (!file_.empty()) {
     if (const std::string folder = FolderPart(file_); !folder.empty()) CreateFolders(folder);
     const std::unique_ptr<FileLock> lock = LockPatiently(file_);
-    XmlFile xml = XmlFile::Parse(FileExists(file_) ? ReadFile(file_) : std::string(kEmptyStore), file_, kRoot);
+    XmlFile xml =
+        XmlFile::Parse(FileExists(file_) ? ReadFile(file_) : std::string(kEmptyStore), file_, kRoot);
     for (const Change& change : pending_) PutInto(xml, change.section, change.name, change.value);
     const std::string text = xml.Text();
     Take(text);  // refuses what it could not read again

@@ -1,6 +1,6 @@
-// The options store: one XML file with a section for each package's options object, by its option key, and one for the
-// host's own settings. Several processes may save at once: each writes only the values that it changed, into the file
-// as it then stands. What the host does not know in it stays.
+// The options store: one XML file with a section for each package's options object, by its option key, and
+// one for the host's own settings. Several processes may save at once: each writes only the values that it
+// changed, into the file as it then stands. What the host does not know in it stays.
 #pragma once
 
 #include <map>
@@ -28,7 +28,8 @@ class OptionsStore {
   // An empty one without a file, for tests: Save only forgets what is pending.
   OptionsStore() = default;
 
-  // Reads the file; one that does not exist is an empty store. Raises Exception naming the file, and the line.
+  // Reads the file; one that does not exist is an empty store. Raises Exception naming the file, and the
+  // line.
   void Load();
   const std::string& File() const { return file_; }
 
@@ -40,8 +41,8 @@ class OptionsStore {
   // Kept in memory until Save; an equal value is no change. Nothing: the value is taken out.
   void Set(std::string_view section, std::string_view name, std::optional<std::string> value);
   bool IsChanged() const;
-  // Reads the file again under its lock, puts the changes in, replaces it atomically. Waits up to ten seconds for
-  // another process that saves. Raises Exception naming the file; the changes are then still pending.
+  // Reads the file again under its lock, puts the changes in, replaces it atomically. Waits up to ten seconds
+  // for another process that saves. Raises Exception naming the file; the changes are then still pending.
   void Save();
 
   // The contract's views of one section. They share nothing but the store, which outlives them.

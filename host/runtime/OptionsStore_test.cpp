@@ -63,7 +63,8 @@ TEST_F(OptionsStoreFile, KeepsSectionsAndTheHostsOwnSettings) {
   EXPECT_FALSE(store.IsChanged());
   EXPECT_EQ(ReadFile(store.File()),
             "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Options version=\"1\">\n"
-            "  <Section key=\"VisualStudio\">\n    <Option name=\"Path\">C:\\a &amp; b&#13;\n</Option>\n  </Section>\n"
+            "  <Section key=\"VisualStudio\">\n    <Option name=\"Path\">C:\\a &amp; b&#13;\n</Option>\n  "
+            "</Section>\n"
             "  <Host>\n    <Option name=\"Unc.\\\\server\\share\">/mnt</Option>\n  </Host>\n</Options>\n");
   OptionsStore again(store.File());
   again.Load();
@@ -89,7 +90,8 @@ TEST_F(OptionsStoreFile, GivesTheContractsReaderAndWriter) {
 
 TEST_F(OptionsStoreFile, KeepsWhatItDoesNotKnow) {
   const std::string text =
-      "<Options version=\"1\"><!-- mine --><Window x=\"1\"/>\n<Section key=\"S\" note=\"n\"><Old/><Option name=\"a\">1</Option></Section></Options>\n";
+      "<Options version=\"1\"><!-- mine --><Window x=\"1\"/>\n<Section key=\"S\" note=\"n\"><Old/><Option "
+      "name=\"a\">1</Option></Section></Options>\n";
   ReplaceFile(file_, text);
   const auto store = Loaded();
   store->Set("S", "a", "2");
@@ -100,7 +102,9 @@ TEST_F(OptionsStoreFile, KeepsWhatItDoesNotKnow) {
 }
 
 TEST_F(OptionsStoreFile, WritesOnlyWhatItChangedOverAnothersSaving) {
-  ReplaceFile(file_, "<Options version=\"1\"><Section key=\"S\"><Option name=\"a\">1</Option><Option name=\"b\">1</Option></Section></Options>");
+  ReplaceFile(file_,
+              "<Options version=\"1\"><Section key=\"S\"><Option name=\"a\">1</Option><Option "
+              "name=\"b\">1</Option></Section></Options>");
   const auto mine = Loaded();
   const auto other = Loaded();
   const auto writer = mine->Writer("S");  // an options object writes all its values
@@ -140,7 +144,8 @@ TEST_F(OptionsStoreFile, RefusesABrokenFileAndLeavesIt) {
   EXPECT_TRUE(store.IsChanged());
   EXPECT_EQ(ReadFile(file_), "<Options version=\"1\">\n<Section/></Options>");
   ReplaceFile(file_, "<Options version=\"9\"/>");
-  EXPECT_EQ(FaultOfLoading(), file_ + "(1): the version of <Options> is \"9\"; this program knows version \"1\"");
+  EXPECT_EQ(FaultOfLoading(),
+            file_ + "(1): the version of <Options> is \"9\"; this program knows version \"1\"");
 }
 
 }  // namespace

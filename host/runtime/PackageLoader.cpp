@@ -9,7 +9,8 @@
 namespace qx {
 namespace {
 
-constexpr std::array<std::string_view, 6> kStateNames{"named", "found", "opened", "resolved", "started", "registered"};
+constexpr std::array<std::string_view, 6> kStateNames{"named",    "found",   "opened",
+                                                      "resolved", "started", "registered"};
 
 constexpr std::string_view kPackageIsToBlame = " (the package's fault)";
 
@@ -28,7 +29,9 @@ std::string Call(const char* name, Entry entry) {
 
 }  // namespace
 
-std::string_view PackageStateName(PackageState state) { return kStateNames.at(static_cast<std::size_t>(state)); }
+std::string_view PackageStateName(PackageState state) {
+  return kStateNames.at(static_cast<std::size_t>(state));
+}
 
 LoadedPackage::LoadedPackage(std::string file, Registration registration, const Catalogue& catalogue)
     : file_(std::move(file)), firstCall_(catalogue.Calls().size()) {
@@ -57,7 +60,8 @@ void LoadedPackage::Climb(Registration registration) {
   units_ = library_->Find<QXPackageUnitsEntry>(kPackageUnitsName);
   register_ = library_->Find<QXRegisterEntry>(kRegisterName);
   const auto missing = [&](bool found, const char* name) {
-    if (!found && error_.empty()) error_ = std::string("it does not export ") + name + ", so it is no package";
+    if (!found && error_.empty())
+      error_ = std::string("it does not export ") + name + ", so it is no package";
   };
   missing(load_ != nullptr, kPackageLoadName);
   missing(unload_ != nullptr, kPackageUnloadName);

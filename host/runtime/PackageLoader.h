@@ -1,5 +1,5 @@
-// Loads package libraries, rung by rung, and unloads them in the only right order. A package that stops on a rung keeps
-// it, with an error that names the file and who is to blame.
+// Loads package libraries, rung by rung, and unloads them in the only right order. A package that stops on a
+// rung keeps it, with an error that names the file and who is to blame.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,8 @@ class LoadedPackage {
  public:
   // Climbs as far as it goes; never raises. `catalogue` is where the package's calls arrive.
   LoadedPackage(std::string file, Registration registration, const Catalogue& catalogue);
-  // Stops the units and closes the library. Everything made by the package is gone by now: PackageLoader sees to it.
+  // Stops the units and closes the library. Everything made by the package is gone by now: PackageLoader sees
+  // to it.
   ~LoadedPackage();
   LoadedPackage(const LoadedPackage&) = delete;
   LoadedPackage& operator=(const LoadedPackage&) = delete;
@@ -58,8 +59,8 @@ class LoadedPackage {
 class PackageLoader {
  public:
   explicit PackageLoader(Catalogue& catalogue) : catalogue_(catalogue) {}
-  // Everything that was registered is forgotten, options objects included, before the packages go, the last one first.
-  // Actions must be gone: they belong to their projects.
+  // Everything that was registered is forgotten, options objects included, before the packages go, the last
+  // one first. Actions must be gone: they belong to their projects.
   ~PackageLoader();
   PackageLoader(const PackageLoader&) = delete;
   PackageLoader& operator=(const PackageLoader&) = delete;
@@ -68,7 +69,8 @@ class PackageLoader {
   const LoadedPackage& Load(const std::string& file, Registration registration);
   const std::vector<std::unique_ptr<LoadedPackage>>& Packages() const { return packages_; }
 
-  // The file of a package called `name` that comes with the program: beside it, or where an installation puts it
+  // The file of a package called `name` that comes with the program: beside it, or where an installation puts
+  // it
   // (../lib/qxhost). Empty when there is none. The name is without an ending.
   static std::string FindInstalled(std::string_view name);
 

@@ -1,4 +1,5 @@
-// The lower rungs of the ladder. The upper ones need a library, and the real program: host/cli/Catalogue_test.cpp.
+// The lower rungs of the ladder. The upper ones need a library, and the real program:
+// host/cli/Catalogue_test.cpp.
 #include "host/runtime/PackageLoader.h"
 
 #include <gtest/gtest.h>

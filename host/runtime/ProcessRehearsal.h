@@ -1,5 +1,5 @@
-// A rehearsal: while one is alive in this process no child is started. What the process service is asked to run is
-// written down instead and taken for a success. For dry runs.
+// A rehearsal: while one is alive in this process no child is started. What the process service is asked to
+// run is written down instead and taken for a success. For dry runs.
 #pragma once
 
 #include <string>
@@ -25,7 +25,8 @@ class ProcessRehearsal {
   std::vector<Command> Commands() const;
 };
 
-// For the process service, from any thread: true when a rehearsal is alive, which has then taken the command down.
+// For the process service, from any thread: true when a rehearsal is alive, which has then taken the command
+// down.
 bool TakeDownForRehearsal(const ProcessRehearsal::Command& command);
 
 }  // namespace qx

@@ -28,7 +28,8 @@ RunOutcome Runner::Validate() {
     ValidationErrors errors(&log_, i + 1);
     TQXAction* action = project_.Action(i);
     if (action == nullptr) {
-      errors.AddError(project_.ActionType(i), "No loaded package has this action; name its package with --package");
+      errors.AddError(project_.ActionType(i),
+                      "No loaded package has this action; name its package with --package");
       outcome = RunOutcome::Invalid;
       continue;
     }
@@ -41,7 +42,8 @@ RunOutcome Runner::Validate() {
       log_.AddException(i + 1, message);
       return RunOutcome::ExceptionLeft;
     }
-    if (!*valid && errors.Errors().empty()) errors.AddError(action->GetActionLogTitle(), "The action cannot run as it is set");
+    if (!*valid && errors.Errors().empty())
+      errors.AddError(action->GetActionLogTitle(), "The action cannot run as it is set");
     if (!errors.Errors().empty()) outcome = RunOutcome::Invalid;
   }
   return outcome;
@@ -66,7 +68,8 @@ RunOutcome Runner::Execute(StopRequests& requests, std::optional<std::chrono::mi
   return outcome;
 }
 
-// The action that runs now is asked to end, again with each request: it may have begun another child meanwhile.
+// The action that runs now is asked to end, again with each request: it may have begun another child
+// meanwhile.
 void Runner::Stop() {
   stopping_ = true;
   const std::lock_guard guard(mutex_);

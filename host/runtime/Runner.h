@@ -1,5 +1,5 @@
-// A run: every action validated first, then executed in order on a thread of its own until one fails, while the
-// calling thread waits for whatever wants to stop it.
+// A run: every action validated first, then executed in order on a thread of its own until one fails, while
+// the calling thread waits for whatever wants to stop it.
 #pragma once
 
 #include <atomic>
@@ -21,12 +21,13 @@ class Runner {
   Runner(OpenProject& project, ActionLog& log, std::atomic<bool>& stopping)
       : project_(project), log_(log), stopping_(stopping) {}
 
-  // Asks every action whether it can run; each error goes into the log, and an exception too. An action that no loaded
-  // package has is an error. Succeeded, Invalid or ExceptionLeft.
+  // Asks every action whether it can run; each error goes into the log, and an exception too. An action that
+  // no loaded package has is an error. Succeeded, Invalid or ExceptionLeft.
   RunOutcome Validate();
 
-  // Executes the actions; Validate comes first. A request to stop, or the end of the time, calls TerminateAction on the
-  // action that is running, and no further one is begun. The log gets each action's result and exception.
+  // Executes the actions; Validate comes first. A request to stop, or the end of the time, calls
+  // TerminateAction on the action that is running, and no further one is begun. The log gets each action's
+  // result and exception.
   RunOutcome Execute(StopRequests& requests, std::optional<std::chrono::milliseconds> timeout);
   // What ended the run early, once it was stopped.
   StopRequests::Event StoppedBy() const { return stoppedBy_; }

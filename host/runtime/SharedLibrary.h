@@ -10,7 +10,8 @@ namespace qx {
 
 class SharedLibrary {
  public:
-  // Loads the file; libraries that it needs are looked for beside it too. Raises Exception with the system's reason.
+  // Loads the file; libraries that it needs are looked for beside it too. Raises Exception with the system's
+  // reason.
   explicit SharedLibrary(const std::string& path);
   ~SharedLibrary();
   SharedLibrary(const SharedLibrary&) = delete;

@@ -4,8 +4,8 @@
 
 namespace qx {
 
-// Everything is bound at once: a package that wants what the host does not have is refused here, not in the middle of
-// a build.
+// Everything is bound at once: a package that wants what the host does not have is refused here, not in the
+// middle of a build.
 SharedLibrary::SharedLibrary(const std::string& path) : handle_(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
   if (handle_ != nullptr) return;
   const char* reason = dlerror();

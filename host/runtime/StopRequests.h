@@ -1,6 +1,6 @@
-// How the outside world asks a run to stop: Ctrl-C, the end of the session, a time-out. While one is alive it takes
-// these requests from the system and hands them to the thread that waits here, so that nothing but a wake-up happens
-// in a signal handler. One source a system: StopRequestsPosix.cpp, StopRequestsWindows.cpp.
+// How the outside world asks a run to stop: Ctrl-C, the end of the session, a time-out. While one is alive it
+// takes these requests from the system and hands them to the thread that waits here, so that nothing but a
+// wake-up happens in a signal handler. One source a system: StopRequestsPosix.cpp, StopRequestsWindows.cpp.
 #pragma once
 
 #include <chrono>
@@ -20,8 +20,8 @@ class StopRequests {
   StopRequests(const StopRequests&) = delete;
   StopRequests& operator=(const StopRequests&) = delete;
 
-  // The next event. Each request comes once; requests made before the wait are not lost, several may come as one.
-  // Finished, once told, is what every later wait gives.
+  // The next event. Each request comes once; requests made before the wait are not lost, several may come as
+  // one. Finished, once told, is what every later wait gives.
   Event Wait(std::optional<std::chrono::steady_clock::time_point> end);
   // From any thread: the run is over.
   void Finish();

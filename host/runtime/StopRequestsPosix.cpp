@@ -61,7 +61,8 @@ StopRequests::Event StopRequests::Wait(std::optional<std::chrono::steady_clock::
   while (!state_->finished) {
     int milliseconds = -1;
     if (end) {
-      const auto left = std::chrono::ceil<std::chrono::milliseconds>(*end - std::chrono::steady_clock::now()).count();
+      const auto left =
+          std::chrono::ceil<std::chrono::milliseconds>(*end - std::chrono::steady_clock::now()).count();
       milliseconds = static_cast<int>(std::clamp<long long>(left, 0, INT_MAX));
     }
     pollfd reading{state_->ends[0], POLLIN, 0};

@@ -54,14 +54,18 @@ StopRequests::~StopRequests() {
 StopRequests::Event StopRequests::Wait(std::optional<std::chrono::steady_clock::time_point> end) {
   DWORD milliseconds = INFINITE;
   if (end) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*end - std::chrono::steady_clock::now()).count();
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(*end - std::chrono::steady_clock::now()).count();
     milliseconds = static_cast<DWORD>(std::clamp<long long>(left, 0, INFINITE - 1));
   }
   const HANDLE handles[] = {state_->stop, state_->finished};
   switch (WaitForMultipleObjects(2, handles, FALSE, milliseconds)) {
-    case WAIT_OBJECT_0: return Event::Stop;
-    case WAIT_TIMEOUT: return Event::TimeOut;
-    default: return Event::Finished;
+    case WAIT_OBJECT_0:
+      return Event::Stop;
+    case WAIT_TIMEOUT:
+      return Event::TimeOut;
+    default:
+      return Event::Finished;
   }
 }
 

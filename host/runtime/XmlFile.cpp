@@ -14,12 +14,12 @@ constexpr std::string_view kMark = "\xEF\xBB\xBF";
 // Far deeper than any file of the host's; keeps a hostile one from exhausting the stack.
 constexpr int kDeepest = 100;
 constexpr int kMostAttributes = 100;
-constexpr const char* kEncoding = "encoding";
 constexpr std::string_view kPercent = "percent";
 
 bool IsXmlCharacter(std::uint32_t code) {
   return code == '\t' || code == '\n' || code == '\r' ||
-         (code >= 0x20 && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF) && code != 0xFFFE && code != 0xFFFF);
+         (code >= 0x20 && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF) && code != 0xFFFE &&
+          code != 0xFFFF);
 }
 
 // The number of bytes of the character at `at` when it is well-formed UTF-8 and allowed in XML, else 0.
@@ -82,7 +82,8 @@ bool AppendReference(std::string& out, std::string_view name) {
   const bool hex = name[1] == 'x';
   const std::string_view digits = name.substr(hex ? 2 : 1);
   std::uint32_t code = 0;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), code, hex ? 16 : 10);
+  const auto [end, error] =
+      std::from_chars(digits.data(), digits.data() + digits.size(), code, hex ? 16 : 10);
   if (error != std::errc() || end != digits.data() + digits.size() || !IsXmlCharacter(code)) return false;
   AppendUtf8(out, code);
   return true;
@@ -98,7 +99,8 @@ std::string Unescape(std::string_view raw) {
     } else if (raw[i] == '&') {
       const std::size_t end = raw.find(';', i);
       const std::string_view name = raw.substr(i + 1, end == raw.npos ? 0 : end - i - 1);
-      if (!AppendReference(out, name)) throw Exception("\"&" + std::string(name) + "\" begins no known character");
+      if (!AppendReference(out, name))
+        throw Exception("\"&" + std::string(name) + "\" begins no known character");
       i = end;
     } else {
       out += raw[i];
@@ -113,14 +115,29 @@ std::string Escape(std::string_view text, bool attribute) {
   out.reserve(text.size() + text.size() / 8);
   for (const char c : text) {
     switch (c) {
-      case '&': out += "&amp;"; break;
-      case '<': out += "&lt;"; break;
-      case '>': out += "&gt;"; break;
-      case '\r': out += "&#13;"; break;
-      case '"': out += attribute ? "&quot;" : "\""; break;
-      case '\n': out += attribute ? "&#10;" : "\n"; break;
-      case '\t': out += attribute ? "&#9;" : "\t"; break;
-      default: out += c;
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '\r':
+        out += "&#13;";
+        break;
+      case '"':
+        out += attribute ? "&quot;" : "\"";
+        break;
+      case '\n':
+        out += attribute ? "&#10;" : "\n";
+        break;
+      case '\t':
+        out += attribute ? "&#9;" : "\t";
+        break;
+      default:
+        out += c;
     }
   }
   return out;
@@ -157,7 +174,9 @@ std::optional<std::string> PercentDecode(std::string_view text) {
   return out;
 }
 
-bool IsText(pugi::xml_node node) { return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata; }
+bool IsText(pugi::xml_node node) {
+  return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
+}
 
 bool IsBlankText(pugi::xml_node node) {
   return node.type() == pugi::node_pcdata &&
@@ -177,10 +196,18 @@ void WriteAttributes(std::string& out, pugi::xml_node node) {
 
 void WriteNode(std::string& out, pugi::xml_node node) {
   switch (node.type()) {
-    case pugi::node_pcdata: out += node.value(); return;
-    case pugi::node_cdata: out.append("<![CDATA[").append(node.value()).append("]]>"); return;
-    case pugi::node_comment: out.append("<!--").append(node.value()).append("-->"); return;
-    case pugi::node_doctype: out.append("<!DOCTYPE ").append(node.value()).append(">"); return;
+    case pugi::node_pcdata:
+      out += node.value();
+      return;
+    case pugi::node_cdata:
+      out.append("<![CDATA[").append(node.value()).append("]]>");
+      return;
+    case pugi::node_comment:
+      out.append("<!--").append(node.value()).append("-->");
+      return;
+    case pugi::node_doctype:
+      out.append("<!DOCTYPE ").append(node.value()).append(">");
+      return;
     case pugi::node_pi:
       out.append("<?").append(node.name()).append(*node.value() ? " " : "").append(node.value()).append("?>");
       return;
@@ -189,7 +216,8 @@ void WriteNode(std::string& out, pugi::xml_node node) {
       WriteAttributes(out, node);
       out += "?>";
       return;
-    default: break;
+    default:
+      break;
   }
   out.append("<").append(node.name());
   WriteAttributes(out, node);
@@ -208,7 +236,8 @@ std::string FindFault(pugi::xml_node node) {
   for (pugi::xml_attribute a = node.first_attribute(); a; a = a.next_attribute()) {
     if (++count > kMostAttributes) return "an element has too many attributes";
     for (pugi::xml_attribute b = a.next_attribute(); b; b = b.next_attribute()) {
-      if (std::strcmp(a.name(), b.name()) == 0) return "the attribute \"" + std::string(a.name()) + "\" stands twice";
+      if (std::strcmp(a.name(), b.name()) == 0)
+        return "the attribute \"" + std::string(a.name()) + "\" stands twice";
     }
     if (std::strchr(a.value(), '<') != nullptr) return "an attribute's value holds a \"<\"";
   }
@@ -238,7 +267,8 @@ std::size_t LineAt(std::string_view text, std::size_t offset) {
 
 bool SameWord(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [&](char x, char y) { return lower(x) == lower(y); });
 }
 
 }  // namespace
@@ -254,8 +284,9 @@ XmlFile XmlFile::Parse(std::string text, std::string file, std::string_view root
     Refuse(xml.file_, LineAt(body, bad), "a byte stands here that is no UTF-8 text or that XML forbids");
   }
   // Everything is kept, and nothing is unescaped: that happens when a text is asked for.
-  constexpr unsigned keepAll = pugi::parse_pi | pugi::parse_comments | pugi::parse_cdata | pugi::parse_ws_pcdata |
-                               pugi::parse_declaration | pugi::parse_doctype | pugi::parse_fragment;
+  constexpr unsigned keepAll = pugi::parse_pi | pugi::parse_comments | pugi::parse_cdata |
+                               pugi::parse_ws_pcdata | pugi::parse_declaration | pugi::parse_doctype |
+                               pugi::parse_fragment;
   const pugi::xml_parse_result result =
       xml.document_->load_buffer(body.data(), body.size(), keepAll, pugi::encoding_utf8);
   if (!result) {
@@ -267,15 +298,18 @@ XmlFile XmlFile::Parse(std::string text, std::string file, std::string_view root
   if (!checker.fault.empty()) xml.Complain(checker.where, "malformed XML: " + checker.fault);
 
   for (const pugi::xml_node node : xml.document_->children()) {
-    if (IsText(node) && !IsBlankText(node)) xml.Complain(node, "malformed XML: text outside the root element");
+    if (IsText(node) && !IsBlankText(node))
+      xml.Complain(node, "malformed XML: text outside the root element");
     if (node.type() == pugi::node_declaration) {
       const std::string_view encoding = node.attribute("encoding").as_string("utf-8");
       if (!SameWord(encoding, "utf-8") && !SameWord(encoding, "us-ascii")) {
-        xml.Complain(node, "the encoding \"" + std::string(encoding) + "\" is declared; save the file as UTF-8");
+        xml.Complain(node,
+                     "the encoding \"" + std::string(encoding) + "\" is declared; save the file as UTF-8");
       }
     }
     if (node.type() != pugi::node_element) continue;
-    if (xml.root_) xml.Complain(node, "malformed XML: a second root element <" + std::string(node.name()) + ">");
+    if (xml.root_)
+      xml.Complain(node, "malformed XML: a second root element <" + std::string(node.name()) + ">");
     xml.root_ = node;
   }
   const std::string wanted(root);
@@ -306,7 +340,9 @@ std::size_t XmlFile::LineOf(pugi::xml_node node) const {
   return LineAt(std::string_view(original_).substr(markSize_), static_cast<std::size_t>(offset));
 }
 
-void XmlFile::Complain(pugi::xml_node node, const std::string& reason) const { Refuse(file_, LineOf(node), reason); }
+void XmlFile::Complain(pugi::xml_node node, const std::string& reason) const {
+  Refuse(file_, LineOf(node), reason);
+}
 
 std::string XmlFile::TextOf(pugi::xml_node element) const {
   std::string text;
@@ -318,7 +354,7 @@ std::string XmlFile::TextOf(pugi::xml_node element) const {
   } catch (const Exception& fault) {
     Complain(element, fault.Message());
   }
-  const std::optional<std::string> encoding = AttributeOf(element, kEncoding);
+  const std::optional<std::string> encoding = AttributeOf(element, kEncodingName);
   if (!encoding) return text;
   const std::optional<std::string> bytes = *encoding == kPercent ? PercentDecode(text) : std::nullopt;
   if (!bytes) Complain(element, "the text is not in the encoding \"" + *encoding + "\"");
@@ -330,9 +366,9 @@ void XmlFile::SetText(pugi::xml_node element, std::string_view text) {
   const bool holds = FindForbidden(text) == text.npos;
   const std::string written = Escape(holds ? std::string(text) : PercentEncode(text), false);
   if (holds) {
-    element.remove_attribute(kEncoding);
+    element.remove_attribute(kEncodingName);
   } else {
-    SetAttribute(element, kEncoding, kPercent);
+    SetAttribute(element, kEncodingName, kPercent);
   }
   pugi::xml_node place;
   for (pugi::xml_node child = element.first_child(), next; child; child = next) {
@@ -360,7 +396,8 @@ std::optional<std::string> XmlFile::AttributeOf(pugi::xml_node element, const ch
 }
 
 void XmlFile::SetAttribute(pugi::xml_node element, const char* name, std::string_view value) {
-  if (FindForbidden(value) != value.npos) Refuse(file_, 0, std::string(name) + " holds a character that XML forbids");
+  if (FindForbidden(value) != value.npos)
+    Refuse(file_, 0, std::string(name) + " holds a character that XML forbids");
   changed_ = true;
   pugi::xml_attribute attribute = element.attribute(name);
   if (!attribute) attribute = element.append_attribute(name);

@@ -1,6 +1,7 @@
-// XML files that belong to people as much as to the host (build projects, the options store): what the host does not
-// touch comes back as it was written - comments, unknown elements, white space, character references - and a text of
-// any bytes can be kept. The document is held unescaped-as-written; only the texts that the host sets are escaped anew.
+// XML files that belong to people as much as to the host (build projects, the options store): what the host
+// does not touch comes back as it was written - comments, unknown elements, white space, character references
+// - and a text of any bytes can be kept. The document is held unescaped-as-written; only the texts that the
+// host sets are escaped anew.
 #pragma once
 
 #include <cstddef>
@@ -15,9 +16,13 @@ namespace qx {
 
 class XmlFile {
  public:
-  // Reads a document. `file` is the name that errors begin with, "FILE(LINE): reason". Raises Exception when the text
-  // is not UTF-8, holds a character that XML forbids, is malformed, has not exactly one root element called `root`,
-  // or that one's `version` is not "1". A DTD is kept and never read, so no entity of it is known.
+  // The attribute of an element whose text is written with percent signs; see SetText.
+  static constexpr const char* kEncodingName = "encoding";
+
+  // Reads a document. `file` is the name that errors begin with, "FILE(LINE): reason". Raises Exception when
+  // the text is not UTF-8, holds a character that XML forbids, is malformed, has not exactly one root element
+  // called `root`, or that one's `version` is not "1". A DTD is kept and never read, so no entity of it is
+  // known.
   static XmlFile Parse(std::string text, std::string file, std::string_view root);
 
   // The document; the very bytes that were read as long as nothing was changed.
@@ -31,8 +36,8 @@ class XmlFile {
   // The complaint "FILE(LINE): reason", with the line of the node, raised as Exception.
   [[noreturn]] void Complain(pugi::xml_node node, const std::string& reason) const;
 
-  // The text directly inside an element, comments in it left out, line ends as XML reads them (a carriage return is
-  // there only as a character reference). Raises Exception for an unknown entity.
+  // The text directly inside an element, comments in it left out, line ends as XML reads them (a carriage
+  // return is there only as a character reference). Raises Exception for an unknown entity.
   std::string TextOf(pugi::xml_node element) const;
   // A text that XML cannot hold (control characters, bytes that are not UTF-8) is written with the attribute
   // encoding="percent": each such byte, each byte above 127 and each percent sign as %XX. TextOf undoes it.
@@ -42,8 +47,8 @@ class XmlFile {
   // Raises Exception when XML cannot hold the value.
   void SetAttribute(pugi::xml_node element, const char* name, std::string_view value);
 
-  // A new element behind `previous` (null: before everything else) on a line of its own, indented like a child of
-  // `parent`; the line ends are the document's.
+  // A new element behind `previous` (null: before everything else) on a line of its own, indented like a
+  // child of `parent`; the line ends are the document's.
   pugi::xml_node Insert(pugi::xml_node parent, pugi::xml_node previous, const char* name);
   // A new element behind everything else in `parent`.
   pugi::xml_node Append(pugi::xml_node parent, const char* name);
@@ -61,7 +66,7 @@ class XmlFile {
   std::string Indent(pugi::xml_node element) const;
 
   std::string file_;
-  std::string original_;                     // as it was read, a byte order mark included
+  std::string original_;                          // as it was read, a byte order mark included
   std::unique_ptr<pugi::xml_document> document_;  // on the heap: nodes point into it
   pugi::xml_node root_;
   std::string newLine_ = "\n";

@@ -25,14 +25,17 @@ std::string RoundTrip(const std::string& text) {
 }
 
 TEST(XmlFile, GivesBackTheBytesWhenNothingWasChanged) {
-  const std::string text = "\xEF\xBB\xBF<?xml version='1.0'?>\r\n<!DOCTYPE R [ <!ENTITY a 'b'> ]>\r\n<R  version = '1' ><a></a></R >\r\n";
+  const std::string text =
+      "\xEF\xBB\xBF<?xml version='1.0'?>\r\n<!DOCTYPE R [ <!ENTITY a 'b'> ]>\r\n<R  version = '1' "
+      "><a></a></R >\r\n";
   EXPECT_EQ(XmlFile::Parse(text, "a.xml", "R").Text(), text);
 }
 
 TEST(XmlFile, KeepsEverythingElseWhenATextIsSet) {
   const std::string before =
       "\xEF\xBB\xBF<?xml version=\"1.0\"?>\r\n<!DOCTYPE R [<!ENTITY a 'b'>]>\r\n<?pi  some data?>\r\n"
-      "<R version=\"1\"><!-- a & b <c> --><x y='\"' z=\"&#13;'\">&#x41;&a;<![CDATA[<&>]]></x>\r\n\t<T>old</T></R>\r\n<!--end-->\r\n";
+      "<R version=\"1\"><!-- a & b <c> --><x y='\"' "
+      "z=\"&#13;'\">&#x41;&a;<![CDATA[<&>]]></x>\r\n\t<T>old</T></R>\r\n<!--end-->\r\n";
   std::string after = before;
   after.replace(after.find("old"), 3, "n&amp;w");
   after.replace(after.find("<?pi  "), 6, "<?pi ");
@@ -46,9 +49,10 @@ TEST(XmlFile, CarriesEveryByte) {
   for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
   EXPECT_EQ(RoundTrip(all), all);
   for (const std::string& text :
-       {std::string("a\r\nb\rc\nd"), std::string("<&>\"'%25]]>"), std::string("  \t "), std::string("\r"), std::string(),
-        std::string("gr\xC3\xBC\xC3\x9F"), std::string("caf\xE9 %ROOT%"), std::string("\0", 1), std::string("\xEF\xBF\xBF"),
-        std::string("\xED\xA0\x80"), std::string("\xF0\x9F\x98\x80\x7F"), std::string("&amp;#13;")}) {
+       {std::string("a\r\nb\rc\nd"), std::string("<&>\"'%25]]>"), std::string("  \t "), std::string("\r"),
+        std::string(), std::string("gr\xC3\xBC\xC3\x9F"), std::string("caf\xE9 %ROOT%"), std::string("\0", 1),
+        std::string("\xEF\xBF\xBF"), std::string("\xED\xA0\x80"), std::string("\xF0\x9F\x98\x80\x7F"),
+        std::string("&amp;#13;")}) {
     EXPECT_EQ(RoundTrip(text), text);
   }
 }
@@ -82,21 +86,24 @@ TEST(XmlFile, IndentsAndEndsNewLinesLikeItsSurroundings) {
   xml.Insert(a, first, "D");
   xml.Insert(a, {}, "E");
   EXPECT_EQ(xml.Text(),
-            "<R version=\"1\">\r\n    <A>\r\n      <E/>\r\n      <B/>\r\n      <D/>\r\n      <C/>\r\n    </A>\r\n</R>\r\n");
+            "<R version=\"1\">\r\n    <A>\r\n      <E/>\r\n      <B/>\r\n      <D/>\r\n      <C/>\r\n    "
+            "</A>\r\n</R>\r\n");
   for (const char* name : {"E", "B", "C", "D"}) xml.Remove(a.child(name));
   EXPECT_EQ(xml.Text(), "<R version=\"1\">\r\n    <A/>\r\n</R>\r\n");
 }
 
 TEST(XmlFile, RefusesWithFileAndLine) {
-  EXPECT_EQ(Fault("<R version='1'>\n<a>\n</R>"),
-            "a.xml(3): malformed XML: Start-end tags mismatch");
+  EXPECT_EQ(Fault("<R version='1'>\n<a>\n</R>"), "a.xml(3): malformed XML: Start-end tags mismatch");
   EXPECT_EQ(Fault(""), "a.xml(1): no XML element stands here; wanted <R version=\"1\">");
   EXPECT_EQ(Fault("\n<S version='1'/>"), "a.xml(2): <S> stands here; wanted <R>");
   EXPECT_EQ(Fault("<R/>"), "a.xml(1): the version of <R> is \"\"; this program knows version \"1\"");
-  EXPECT_EQ(Fault("<R version='2'/>"), "a.xml(1): the version of <R> is \"2\"; this program knows version \"1\"");
-  EXPECT_EQ(Fault("<R version='1'/>\n<R version='1'/>"), "a.xml(2): malformed XML: a second root element <R>");
+  EXPECT_EQ(Fault("<R version='2'/>"),
+            "a.xml(1): the version of <R> is \"2\"; this program knows version \"1\"");
+  EXPECT_EQ(Fault("<R version='1'/>\n<R version='1'/>"),
+            "a.xml(2): malformed XML: a second root element <R>");
   EXPECT_EQ(Fault("<R version='1'/>\nrest"), "a.xml(1): malformed XML: text outside the root element");
-  EXPECT_EQ(Fault("<R version='1' version='1'/>"), "a.xml(1): malformed XML: the attribute \"version\" stands twice");
+  EXPECT_EQ(Fault("<R version='1' version='1'/>"),
+            "a.xml(1): malformed XML: the attribute \"version\" stands twice");
   EXPECT_EQ(Fault("<R version='1'>\n\n\x01</R>"),
             "a.xml(3): a byte stands here that is no UTF-8 text or that XML forbids");
   EXPECT_EQ(Fault("<R version='1'>\n\xE9</R>"),
@@ -110,7 +117,8 @@ TEST(XmlFile, RefusesWithFileAndLine) {
 }
 
 TEST(XmlFile, RefusesAnUnknownEntityWhenItsTextIsAskedFor) {
-  const XmlFile xml = XmlFile::Parse("<R version='1'>\n<T>&who;</T>\n<T>&#1;</T><T>A&B</T></R>", "a.xml", "R");
+  const XmlFile xml =
+      XmlFile::Parse("<R version='1'>\n<T>&who;</T>\n<T>&#1;</T><T>A&B</T></R>", "a.xml", "R");
   for (const pugi::xml_node node : xml.Root().children("T")) EXPECT_THROW(xml.TextOf(node), Exception);
   try {
     xml.TextOf(xml.Root().child("T"));

@@ -39,7 +39,8 @@ inline ProgramResult RunProgram(const std::string& program, const std::vector<st
   ProgramResult result;
   const auto collector = MakeInterface<detail::Collector>(result);
   std::string parameters;
-  for (const std::string& argument : arguments) parameters += (parameters.empty() ? "" : " ") + QuoteArgument(argument);
+  for (const std::string& argument : arguments)
+    parameters += (parameters.empty() ? "" : " ") + QuoteArgument(argument);
   TEvent never;
   InterfacePtr<IQXProcess> process;
   CreateQXProcess(process);

@@ -49,16 +49,23 @@ bool TTinyAction::Execute() {
     SendStatusMessage(message);
   }
   switch (deed_) {
-    case TTinyDeed::tdSucceed: return true;
-    case TTinyDeed::tdFail: return false;
-    case TTinyDeed::tdThrow: throw Exception("The deed threw");
-    case TTinyDeed::tdThrowNumber: throw 7;
+    case TTinyDeed::tdSucceed:
+      return true;
+    case TTinyDeed::tdFail:
+      return false;
+    case TTinyDeed::tdThrow:
+      throw Exception("The deed threw");
+    case TTinyDeed::tdThrowNumber:
+      throw 7;
     case TTinyDeed::tdSleep:
       if (!stop_.WaitFor(static_cast<unsigned>(seconds_) * 1000)) return true;
       SendMessage("Stopped");
       return false;
-    case TTinyDeed::tdWrite: ReplaceFile("tiny.txt", text_ + "\n"); return true;
-    case TTinyDeed::tdRun: return RunProgram();
+    case TTinyDeed::tdWrite:
+      ReplaceFile("tiny.txt", text_ + "\n");
+      return true;
+    case TTinyDeed::tdRun:
+      return RunProgram();
   }
   return false;
 }
@@ -127,8 +134,11 @@ const TQXOptionsClass& TinyOptionsClass() {
       Property<&O::GetLevel, &O::SetLevel>("Level"),
   };
   static constexpr TQXOptionsClass tiny{
-      "TTinyOptions", [] { return std::string("Tiny"); }, [] { return std::string("Testing"); },
-      [] { return std::string("TinyOptions"); }, properties,
+      "TTinyOptions",
+      [] { return std::string("Tiny"); },
+      [] { return std::string("Testing"); },
+      [] { return std::string("TinyOptions"); },
+      properties,
       []() -> std::unique_ptr<TQXOptionsObject> { return std::make_unique<O>(TinyOptionsClass()); }};
   return tiny;
 }

@@ -1,5 +1,5 @@
-// A second, tiny package: one action with a property of every kind and one options object. It proves that the host
-// knows no names of the first, and lets tests log, fail, throw, sleep, write and run at will.
+// A second, tiny package: one action with a property of every kind and one options object. It proves that the
+// host knows no names of the first, and lets tests log, fail, throw, sleep, write and run at will.
 #pragma once
 
 #include <array>
@@ -87,6 +87,6 @@ template <>
 inline constexpr std::array<std::string_view, 7> ValueNames<tiny::TTinyDeed>{
     "tdSucceed", "tdFail", "tdThrow", "tdThrowNumber", "tdSleep", "tdWrite", "tdRun"};
 template <>
-inline constexpr std::array<std::string_view, 4> ValueNames<tiny::TTinyVerdict>{"tvValid", "tvError", "tvSilent",
-                                                                                "tvThrow"};
+inline constexpr std::array<std::string_view, 4> ValueNames<tiny::TTinyVerdict>{"tvValid", "tvError",
+                                                                                "tvSilent", "tvThrow"};
 }  // namespace qx

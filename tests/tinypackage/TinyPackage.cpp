@@ -1,4 +1,5 @@
-// The entries of the tiny package. Built again with TINY_FAULT it is a package that breaks on one rung of the ladder.
+// The entries of the tiny package. Built again with TINY_FAULT it is a package that breaks on one rung of the
+// ladder.
 #include "plugin/Qxpackage.h"
 #include "plugin/Qxservices.h"
 #include "tests/tinypackage/TinyAction.h"

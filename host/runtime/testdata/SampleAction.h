@@ -49,8 +49,9 @@ inline const TQXActionClass& SampleActionClass() {
       Property<&A::GetSecret, &A::SetSecret>("Secret", PropertyStorage::Secret),
       Property<&A::GetParts, &A::SetParts>("Parts"),
   };
-  static constexpr TQXActionClass sample{"TSampleAction", [] { return std::string("Sample"); }, properties,
-                                         []() -> std::unique_ptr<TQXAction> { return std::make_unique<A>(); }};
+  static constexpr TQXActionClass sample{
+      "TSampleAction", [] { return std::string("Sample"); }, properties,
+      []() -> std::unique_ptr<TQXAction> { return std::make_unique<A>(); }};
   return sample;
 }
 
