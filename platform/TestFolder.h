@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <fstream>
@@ -16,8 +17,8 @@ class TestFolder {
   TestFolder() {
     static std::atomic<int> counter{0};
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    const std::string name =
-        test == nullptr ? "none" : std::string(test->test_suite_name()) + "." + test->name();
+    std::string name = test == nullptr ? "none" : std::string(test->test_suite_name()) + "." + test->name();
+    std::replace(name.begin(), name.end(), '/', '_');  // which names of parameterised tests hold
     do {
       path_ = std::filesystem::temp_directory_path() / ("qx-" + name + "-" + std::to_string(++counter));
     } while (!std::filesystem::create_directory(path_));

@@ -55,6 +55,7 @@ Reading ReadSimply(const fs::path& file) {
   static const std::regex project_line(
       "\\s*Project\\(\"(.{38})\"\\) = \"([^\"]*)\", \"([^\"]*)\", \"([^\"]*)\"\\s*");
   static const std::regex row("\\s*(.*?)\\s*=\\s*(.*?)\\s*");
+  static const std::regex blanks("^\\s+|\\s+$");
   Reading reading;
   std::string section;
   std::istringstream in(text);
@@ -76,7 +77,7 @@ Reading ReadSimply(const fs::path& file) {
         reading.projects.push_back({match[2], path, match[4]});
       continue;
     }
-    const std::string trimmed = std::regex_replace(line, std::regex("^\\s+|\\s+$"), "");
+    const std::string trimmed = std::regex_replace(line, blanks, "");
     if (trimmed.starts_with("GlobalSection(")) section = trimmed.substr(14, trimmed.find(')') - 14);
     if (trimmed == "EndGlobalSection") section.clear();
     const bool configurations =

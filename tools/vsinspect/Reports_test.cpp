@@ -1,0 +1,127 @@
+#include "tools/vsinspect/Reports.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "platform/Paths.h"
+#include "platform/TestFolder.h"
+
+namespace qx {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char* kCpp = "{8BC9CEB8-8B4A-11D0-8D11-00A0C91BC942}";
+constexpr const char* kA = "{AAAAAAAA-0000-0000-0000-000000000001}";
+constexpr const char* kB = "{BBBBBBBB-0000-0000-0000-000000000002}";
+
+class Reports : public testing::Test {
+ protected:
+  std::string Solution(const std::string& sections) const {
+    folder.Write("B.csproj", "");
+    folder.Write(
+        "Cpp/Cpp.vcproj",
+        "<VisualStudioProject><Files><Filter><File RelativePath='none.rc'/><File RelativePath='App.rc'/>"
+        "</Filter></Files></VisualStudioProject>");
+    folder.Write("Cpp/App.rc", "1 VERSIONINFO");
+    const auto project = [](const std::string& name, const std::string& path, const std::string& guid) {
+      return std::string("Project(\"") + kCpp + "\") = \"" + name + "\", \"" + path + "\", \"" + guid +
+             "\"\r\nEndProject\r\n";
+    };
+    return folder.Write("App.sln", "Microsoft Visual Studio Solution File, Format Version 8.00\r\n" +
+                                       project("Cpp", "Cpp\\Cpp.vcproj", kA) + project("B", "B.csproj", kB) +
+                                       "Global\r\n" + sections + "EndGlobal\r\n");
+  }
+  std::string Full(const std::string& name) const { return ExpandPath(folder.Path(), name); }
+  TestFolder folder;
+};
+
+const std::string kSections =
+    std::string(
+        "\tGlobalSection(SolutionConfiguration) = preSolution\r\n\t\tDebug = Debug\r\n\tEndGlobalSection\r\n"
+        "\tGlobalSection(ProjectDependencies) = postSolution\r\n\t\t") +
+    kA + ".0 = " + kB + "\r\n\tEndGlobalSection\r\n";
+
+TEST_F(Reports, ASolutionAsJsonHoldsEveryFieldInItsOrder) {
+  const std::string file = Solution(kSections);
+  const std::string report = SolutionReport(file, Form::kJson);
+  EXPECT_EQ(report.back(), '\n');
+  const Json expected = {{"fileName", file},
+                         {"configurations", {"Debug"}},
+                         {"projects",
+                          {{{"name", "Cpp"},
+                            {"path", "Cpp\\Cpp.vcproj"},
+                            {"guid", kA},
+                            {"typeGuid", kCpp},
+                            {"isVCProject", true},
+                            {"dependencies", Json::array({kB})},
+                            {"rcFiles", {Full("Cpp/none.rc"), Full("Cpp/App.rc")}},
+                            {"versionInfoFile", Full("Cpp/App.rc")}},
+                           {{"name", "B"},
+                            {"path", "B.csproj"},
+                            {"guid", kB},
+                            {"typeGuid", kCpp},
+                            {"isVCProject", false},
+                            {"dependencies", Json::array()},
+                            {"rcFiles", Json::array()},
+                            {"versionInfoFile", ""}}}}};
+  EXPECT_EQ(Json::parse(report).dump(), expected.dump());
+}
+
+TEST_F(Reports, ASolutionWithoutConfigurationsHoldsNull) {
+  EXPECT_TRUE(Json::parse(SolutionReport(Solution(""), Form::kJson)).at("configurations").is_null());
+}
+
+TEST_F(Reports, ASolutionAsTextNamesWhatItHolds) {
+  const std::string file = Solution(kSections);
+  EXPECT_EQ(SolutionReport(file, Form::kText),
+            file +
+                "\nconfigurations: 1\n    Debug\nprojects: 2\nCpp\n    path          Cpp\\Cpp.vcproj\n    "
+                "guid          " +
+                kA + "\n    type          " + kCpp + " (Visual C++)\n    depends on    " + kB +
+                "\n    resources     " + Full("Cpp/none.rc") + "\n    resources     " + Full("Cpp/App.rc") +
+                "\n    version info  " + Full("Cpp/App.rc") +
+                "\nB\n    path          B.csproj\n    guid          " + kB + "\n    type          " + kCpp +
+                "\n");
+}
+
+constexpr const char* kBlock =
+    "VS_VERSION_INFO VERSIONINFO\r\n FILEVERSION 1,2,3,4\r\n FILEFLAGS 0x03L\r\n FILETYPE 0x02L\r\nBEGIN\r\n"
+    "    BLOCK \"StringFileInfo\"\r\n    BEGIN\r\n        BLOCK \"040904E4\"\r\n        BEGIN\r\n"
+    "            VALUE \"CompanyName\", \"ACME\\0\"\r\n        END\r\n    END\r\n"
+    "    BLOCK \"VarFileInfo\"\r\n    BEGIN\r\n        VALUE \"Translation\", 0x0409, 1252\r\n    "
+    "END\r\nEND\r\n";
+
+TEST_F(Reports, AVersionResourceAsJsonHoldsEveryFieldInItsOrder) {
+  const Json report = Json::parse(VersionInfoReport(folder.Write("a.rc", kBlock), Form::kJson));
+  std::vector<std::string> names;
+  for (const auto& [name, value] : report.items()) names.push_back(name);
+  EXPECT_EQ(names, (std::vector<std::string>{"majorVersion", "minorVersion", "releaseVersion", "buildVersion",
+                                             "isDebug", "isPreRelease", "isSpecial", "isPrivate", "isDLL",
+                                             "locale", "codePage", "keys"}));
+  EXPECT_EQ(report["majorVersion"], 1);
+  EXPECT_EQ(report["minorVersion"], 2);
+  EXPECT_EQ(report["releaseVersion"], 3);
+  EXPECT_EQ(report["buildVersion"], 4);
+  EXPECT_EQ(report["isDebug"], true);
+  EXPECT_EQ(report["isPreRelease"], true);
+  EXPECT_EQ(report["isSpecial"], false);
+  EXPECT_EQ(report["isPrivate"], false);
+  EXPECT_EQ(report["isDLL"], true);
+  EXPECT_EQ(report["locale"], 0x409);
+  EXPECT_EQ(report["codePage"], 1252);
+  ASSERT_EQ(report["keys"].size(), 1u);
+  EXPECT_EQ(report["keys"][0], "CompanyName=ACME");
+}
+
+TEST_F(Reports, AVersionResourceAsTextIsReadable) {
+  const std::string file = folder.Write("a.rc", kBlock);
+  EXPECT_EQ(VersionInfoReport(file, Form::kText),
+            file +
+                "\nversion   1.2.3.4\nflags     isDebug isPreRelease isDLL\n"
+                "locale    1033\ncodePage  1252\nkeys\n    CompanyName=ACME\n");
+}
+
+}  // namespace
+}  // namespace qx
