@@ -116,6 +116,27 @@ TEST(Tools, WindowsReadsEveryNumberFlagStringLanguageAndPage) {
             "LegalCopyright=(C) $1 & \\ 100%\nProductVersion=7.6\n");
 }
 
+// Deliberate: these lines belong to the block and go with it, and the new block's name is a header's symbol.
+TEST(Tools, ConditionsAndNamesThatTheNewBlockBreaks) {
+  if (!HasTool(kWindres)) GTEST_SKIP() << kWindres << " is not installed";
+  const TestFolder folder;
+  const auto accepted = [&](const std::string& script) {
+    folder.Write("App.rc", script);
+    const std::string compile =
+        "cd " + Quoted(folder.Path("")) + " && " + kWindres + " App.rc -O res -o out.res";
+    EXPECT_TRUE(Succeeds(compile)) << script;
+    EXPECT_TRUE(Succeeds(kStamp + " rc " + folder.Path("App.rc")));
+    return Succeeds(compile);
+  };
+  const std::string body = "BEGIN\nEND\n";
+  EXPECT_FALSE(accepted("#ifdef A\n1 VERSIONINFO\n#else\n1 VERSIONINFO FIXED\n#endif\n" + body));
+  EXPECT_TRUE(accepted("#ifdef A\n1 ICON x\n#endif\n1 VERSIONINFO\n" + body));
+  // Accepted, but under the name "VS_VERSION_INFO" instead of the number 1: Windows does not find it.
+  EXPECT_TRUE(accepted("1 VERSIONINFO\n" + body));
+  ASSERT_TRUE(Succeeds(kWindres + " " + folder.Path("out.res") + " -O rc -o " + folder.Path("out.txt")));
+  EXPECT_NE(folder.Read("out.txt").find("VS_VERSION_INFO"), std::string::npos);
+}
+
 TEST(Tools, ScriptsThatWereAcceptedStayAccepted) {
   if (!HasTool(kWindres)) GTEST_SKIP() << kWindres << " is not installed";
   if (!fs::exists(kCorpus)) GTEST_SKIP() << "no files at " << kCorpus;

@@ -1,6 +1,6 @@
 // The VERSIONINFO block of a resource script: where it stands, what it says, and how a new one is written.
 // Texts in, values out: no file and no host. Texts are in the script's own bytes, or UTF-8 where they were
-// decoded. A malformed block raises Exception with one of the prescribed texts ("Unexpected BEGIN"); a script
+// decoded. A malformed block raises Exception with one of its fixed texts ("Unexpected BEGIN"); a script
 // that ends inside its block raises one that names the script.
 #pragma once
 
