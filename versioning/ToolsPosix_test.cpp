@@ -129,7 +129,7 @@ TEST(Tools, ConditionsAndNamesThatTheNewBlockBreaks) {
     return Succeeds(compile);
   };
   const std::string body = "BEGIN\nEND\n";
-  EXPECT_FALSE(accepted("#ifdef A\n1 VERSIONINFO\n#else\n1 VERSIONINFO FIXED\n#endif\n" + body));
+  EXPECT_FALSE(accepted("#ifdef A\n1 VERSIONINFO\n#else\n2 VERSIONINFO\n#endif\n" + body));
   EXPECT_TRUE(accepted("#ifdef A\n1 ICON x\n#endif\n1 VERSIONINFO\n" + body));
   // Accepted, but under the name "VS_VERSION_INFO" instead of the number 1: Windows does not find it.
   EXPECT_TRUE(accepted("1 VERSIONINFO\n" + body));
