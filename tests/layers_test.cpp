@@ -85,7 +85,9 @@ TEST(Layers, NoFolderOfSourcesIsMissingFromTheList) {
     if (!folder.is_directory() || outside.contains(folder.path().filename().string())) continue;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
       const std::string path = fs::relative(entry.path(), root).generic_string();
-      if (IsSource(entry.path())) EXPECT_NE(RoomOf(path, layers), "") << path << " lies in no listed room";
+      if (IsSource(entry.path())) {
+        EXPECT_NE(RoomOf(path, layers), "") << path << " lies in no listed room";
+      }
     }
   }
 }

@@ -7,6 +7,7 @@
 
 #include "host/runtime/HttpTestServer.h"
 #include "host/runtime/Variables.h"
+#include "host/runtime/WebDavClient.h"
 #include "platform/Files.h"
 #include "tests/support/RunProgram.h"
 
@@ -53,10 +54,15 @@ class WebBuild : public testing::Test {
     return Setting("QX_WEB_ROOT") + "/" + site_ + "/" + name;
   }
   void PutOnServer(const std::string& name, const std::string& bytes) const {
-    const fs::path file = NativePath(OnServer(name));
-    fs::create_directories(file.parent_path());
-    for (fs::path folder = file.parent_path(); folder.filename() != "root"; folder = folder.parent_path()) {
-      fs::permissions(folder, fs::perms::all);
+    // The server makes the folders, so that they are its own to write into.
+    const auto server = OpenWebDavConnection({"127.0.0.1", std::stoi(Setting("QX_WEB_BASIC_PORT")),
+                                              Setting("QX_WEB_USER"), Setting("QX_WEB_PASSWORD"), 10});
+    const std::string path = site_ + "/" + name;
+    for (std::size_t end = path.find('/'); end != std::string::npos; end = path.find('/', end + 1)) {
+      if (FolderExists(Setting("QX_WEB_ROOT") + "/" + path.substr(0, end))) continue;
+      const WebDavReply reply =
+          server->Send("MKCOL", EncodeRemotePath(path.substr(0, end)) + "/", std::nullopt);
+      ASSERT_EQ(reply.status, 201) << reply.reason;
     }
     ReplaceFile(OnServer(name), bytes);
   }
