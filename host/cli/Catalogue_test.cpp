@@ -1,7 +1,7 @@
 // actions, package, options, help, and the command line itself.
 #include <nlohmann/json.hpp>
 
-#include "host/cli/CliFixture.h"
+#include "host/cli/testdata/CliFixture.h"
 
 namespace qx::cli {
 namespace {

@@ -1,7 +1,7 @@
 // new, add, set, show, expand: what they do, and what they refuse without writing anything.
 #include <nlohmann/json.hpp>
 
-#include "host/cli/CliFixture.h"
+#include "host/cli/testdata/CliFixture.h"
 
 namespace qx::cli {
 namespace {

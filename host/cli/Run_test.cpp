@@ -2,7 +2,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
-#include "host/cli/CliFixture.h"
+#include "host/cli/testdata/CliFixture.h"
 #include "platform/Texts.h"
 
 namespace qx::cli {

@@ -9,7 +9,7 @@
 #include <random>
 #include <thread>
 
-#include "host/cli/CliFixture.h"
+#include "host/cli/testdata/CliFixture.h"
 #include "host/runtime/BuildProject.h"
 
 namespace qx::cli {
