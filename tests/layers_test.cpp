@@ -49,7 +49,7 @@ std::vector<std::string> QuotedIncludes(const fs::path& file) {
 
 bool IsTest(const std::string& name) {
   return name.find("_test.") != std::string::npos || name.find("_fuzz.") != std::string::npos ||
-         name.find("testdata/") != std::string::npos;
+         name.find("testdata/") != std::string::npos || name.find("Fixture.") != std::string::npos;
 }
 
 bool IsSource(const fs::path& path) { return path.extension() == ".h" || path.extension() == ".cpp"; }
