@@ -11,6 +11,7 @@
 
 #include "host/runtime/HttpAuthentication.h"
 #include "host/runtime/WebDavClient.h"
+#include "platform/Texts.h"
 #include "platform/WindowsText.h"
 
 namespace qx {
@@ -34,7 +35,10 @@ struct ErrorRow {
   DWORD error;
   const char* text;
 };
+// The socket's own errors come through on some systems.
 constexpr ErrorRow kErrors[] = {
+    {WSAECONNREFUSED, "The server cannot be reached"},
+    {WSAECONNRESET, "The server broke the connection"},
     {ERROR_WINHTTP_CANNOT_CONNECT, "The server cannot be reached"},
     {ERROR_WINHTTP_NAME_NOT_RESOLVED, "The server's name is not known"},
     {ERROR_WINHTTP_CONNECTION_ERROR, "The server broke the connection"},
@@ -44,7 +48,8 @@ constexpr ErrorRow kErrors[] = {
 
 [[noreturn]] void RaiseLastError(int timeoutSeconds) {
   const DWORD error = GetLastError();
-  if (error == ERROR_WINHTTP_TIMEOUT) throw Exception(DescribeTimeout(timeoutSeconds));
+  if (error == ERROR_WINHTTP_TIMEOUT || error == WSAETIMEDOUT)
+    throw Exception(DescribeTimeout(timeoutSeconds));
   for (const ErrorRow& row : kErrors) {
     if (row.error == error) throw Exception(row.text);
   }
@@ -133,6 +138,9 @@ class WinHttpConnection final : public WebDavConnection {
     if (connection_.get() == nullptr) RaiseLastError(server_.timeoutSeconds);
     const int wait = server_.timeoutSeconds * 1000;
     WinHttpSetTimeouts(session_.get(), wait, wait, wait, wait);
+    // Until the first byte of a reply another one counts.
+    auto first = static_cast<DWORD>(wait);
+    WinHttpSetOption(session_.get(), WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, &first, sizeof first);
   }
 
   WebDavReply Send(const std::string& method, const std::string& target,
@@ -143,6 +151,10 @@ class WinHttpConnection final : public WebDavConnection {
     const bool hasName = !server_.userName.empty() || !server_.password.empty();
     if (reply.status != HTTP_STATUS_DENIED || !hasName) return reply;
     for (const HttpChallenge& challenge : OfferedChallenges(request.get())) {
+      // The same answer is given twice only where its nonce got too old: servers count wrong passwords.
+      const auto stale = challenge.parameters.find("stale");
+      const bool isStale = stale != challenge.parameters.end() && SameText(stale->second, "true");
+      if (!authorization.empty() && !isStale) continue;
       Handle again(Open(method, target));
       known_ = challenge;
       count_ = 0;

@@ -190,6 +190,10 @@ TEST_F(WebDavClient, TellsThatThePasswordIsWrong) {
   EXPECT_FALSE(client_.UploadFile(local_, "/"));
   EXPECT_EQ(client_.GetErrorText(), "401 Unauthorized");
   ExpectPasswordKept();
+  std::size_t answers = 0;
+  for (const HttpTestRequest& request : server_->Requests())
+    answers += request.headers.count("authorization");
+  EXPECT_LE(answers, 3u) << "servers lock users out who answer wrongly too often";
 }
 
 TEST_F(WebDavClient, SendsNothingAboutItselfWithoutAUserName) {
