@@ -219,6 +219,7 @@ bool IsFolder(const std::string& path) {
 }  // namespace system
 
 struct FileLock::State {
+  State(int number, std::string lock) : file(number), name(std::move(lock)) {}
   Descriptor file;
   std::string name;
 };
@@ -244,7 +245,7 @@ FileLock::FileLock(const std::string& path) {
     if (ftruncate(file.Number(), 0) != 0 || !WriteAll(file.Number(), who)) {
       throw Exception("Cannot lock " + path + ": " + LastError());
     }
-    state_.reset(new State{Descriptor(file.Release()), name});
+    state_ = std::make_unique<State>(file.Release(), name);
     return;
   }
 }

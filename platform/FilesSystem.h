@@ -31,11 +31,12 @@ struct FileFacts {
   bool hasOneName = false;
   std::uint32_t mode = 0, owner = 0, group = 0;
 };
-// Reads a regular file that stands under exactly this name, no link. None where that is not so, or not known to be.
+// Reads a regular file that stands under exactly this name, no link. None where that is not so, or not known
+// to be.
 std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes);
 // As Replace, for a file that was read so; `leaveToWrite` adds that to the mode.
-bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces, const FileFacts& facts,
-                    bool leaveToWrite, std::string& reason);
+bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces,
+                    const FileFacts& facts, bool leaveToWrite, std::string& reason);
 
 // True when there is no such file afterwards.
 bool Remove(const std::string& target, std::string& reason);

@@ -155,8 +155,8 @@ bool Remove(const std::string& target, std::string& reason) {
 }
 
 std::optional<FileFacts> ReadWithFacts(const std::string&, std::string&) { return std::nullopt; }
-bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces, const FileFacts&, bool,
-                    std::string& reason) {
+bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces, const FileFacts&,
+                    bool, std::string& reason) {
   return Replace(target, pieces, "", reason);
 }
 
@@ -177,6 +177,7 @@ bool IsFolder(const std::string& path) {
 }  // namespace system
 
 struct FileLock::State {
+  explicit State(HANDLE handle) : file(handle) {}
   Handle file;
 };
 
@@ -198,7 +199,7 @@ FileLock::FileLock(const std::string& path) {
   if (!WriteAll(file.Get(), std::to_string(GetCurrentProcessId()))) {
     throw Exception("Cannot lock " + path + ": " + LastError());
   }
-  state_.reset(new State{Handle(file.Release())});
+  state_ = std::make_unique<State>(file.Release());
 }
 
 FileLock::~FileLock() = default;

@@ -38,9 +38,9 @@ std::string ExpandPath(std::string_view base, std::string_view relative);
 // Of several names that differ in case only the exact one wins, else the first in byte order.
 std::string FindExisting(const std::string& path);
 
-// Outside Windows: the folders where network shares are mounted, by "\\server\share" in lower case. Wherever this
-// and Files.h take a path, one that begins with a share (delimiters of either kind, letter case aside) then means
-// the folder. On Windows it changes nothing. To be called before the threads that ask.
+// Outside Windows: the folders where network shares are mounted, by "\\server\share" in lower case. Wherever
+// this and Files.h take a path, one that begins with a share (delimiters of either kind, letter case aside)
+// then means the folder. On Windows it changes nothing. To be called before the threads that ask.
 void SetShares(std::map<std::string, std::string> shares);
 
 // FindExisting for many paths at once: a path that exists as it is written costs one question to the system;

@@ -100,8 +100,9 @@ class TVSDotNetSolutionConfiguration final : public ModelObject<IVSDotNetSolutio
 class TVSDotNetSolutionConfigurations final : public ModelObject<IVSDotNetSolutionConfigurations> {
  public:
   explicit TVSDotNetSolutionConfigurations(std::vector<std::string> names) {
-    for (std::string& name : names)
-      items_.push_back(MakeInterface<TVSDotNetSolutionConfiguration>(std::move(name)));
+    for (std::string& name : names) {
+      items_.emplace_back(MakeInterface<TVSDotNetSolutionConfiguration>(std::move(name)));
+    }
   }
   InterfacePtr<IVSDotNetSolutionConfiguration> GetItem(int index) override {
     return ItemOrNothing(items_, index);
