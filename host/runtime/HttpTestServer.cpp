@@ -73,6 +73,7 @@ struct HttpTestServer::State {
   std::vector<HttpTestRequest> requests;
   std::vector<Socket> open;
   std::vector<std::thread> threads;
+  int connections = 0;
   bool ending = false;
 
   // A thread that does its work with an open socket, which is closed when the server ends.
@@ -80,6 +81,10 @@ struct HttpTestServer::State {
     const std::lock_guard guard(mutex);
     open.push_back(socket);
     if (ending) test_sockets::Shut(socket);
+  }
+  void Count(int change) {
+    const std::lock_guard guard(mutex);
+    connections += change;
   }
   void AcceptAll() {
     std::vector<std::thread> callers;
@@ -93,7 +98,11 @@ struct HttpTestServer::State {
         }
       }
       Keep(caller);
-      callers.emplace_back([this, caller] { serve(caller); });
+      callers.emplace_back([this, caller] {
+        Count(1);
+        serve(caller);
+        Count(-1);
+      });
     }
     for (std::thread& thread : callers) thread.join();
   }
@@ -172,6 +181,11 @@ HttpTestServer::~HttpTestServer() {
 }
 
 int HttpTestServer::Port() const { return state_->port; }
+
+int HttpTestServer::OpenConnections() const {
+  const std::lock_guard guard(state_->mutex);
+  return state_->connections;
+}
 
 std::vector<HttpTestRequest> HttpTestServer::Requests() const {
   const std::lock_guard guard(state_->mutex);

@@ -32,6 +32,8 @@ class HttpTestServer {
   ~HttpTestServer();
 
   int Port() const;
+  // How many callers hold their connection.
+  int OpenConnections() const;
   // What came so far.
   std::vector<HttpTestRequest> Requests() const;
 

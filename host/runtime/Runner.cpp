@@ -2,6 +2,8 @@
 
 #include <thread>
 
+#include "host/runtime/TemporaryFolder.h"
+
 namespace qx {
 namespace {
 
@@ -65,6 +67,7 @@ RunOutcome Runner::Execute(StopRequests& requests, std::optional<std::chrono::mi
     Stop();
   }
   build.join();
+  RemoveTemporaryFolder();
   return outcome;
 }
 
