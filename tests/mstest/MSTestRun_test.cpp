@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "platform/Files.h"
+#include "platform/Paths.h"
 #include "tests/support/RunProgram.h"
 
 namespace qx {
@@ -118,6 +119,11 @@ TEST_F(MSTestRun, StartsInTheAssemblysFolder) {
 }
 
 TEST_F(MSTestRun, EndsWithTheHostsTimeout) {
+  if (NativeDelimiter() == '\\') {
+    GTEST_SKIP()
+        << "Wine does not end a job inside a job, and this test runs the host in one; by hand the host "
+           "ends the stand-in within the second";
+  }
   const test::ProgramResult result = Run("wait\n", {"OutputFileName=run 1.trx"}, {"--timeout", "1"});
   EXPECT_EQ(result.code, 5) << result.out << result.err;
   EXPECT_TRUE(Holds(result, "Action Terminated by User.")) << result.out;
