@@ -28,7 +28,7 @@ struct WebDavReply {
   std::string body;
 };
 
-// Used on one thread. Keeps its connection open between requests where the server does.
+// Used on one thread. May keep its connection open between requests.
 class WebDavConnection {
  public:
   virtual ~WebDavConnection() = default;

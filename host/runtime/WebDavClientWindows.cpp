@@ -128,6 +128,11 @@ std::vector<HttpChallenge> OfferedChallenges(HINTERNET request) {
   return offered;
 }
 
+// Whether Windows itself has to answer.
+bool IsSystems(const HttpChallenge& challenge) {
+  return challenge.scheme == "negotiate" || challenge.scheme == "ntlm";
+}
+
 class WinHttpConnection final : public WebDavConnection {
  public:
   explicit WinHttpConnection(const WebDavServer& server)
@@ -155,14 +160,13 @@ class WinHttpConnection final : public WebDavConnection {
       const auto stale = challenge.parameters.find("stale");
       const bool isStale = stale != challenge.parameters.end() && SameText(stale->second, "true");
       if (!authorization.empty() && !isStale) continue;
-      Handle again(Open(method, target));
       known_ = challenge;
       count_ = 0;
       clientNonce_.clear();
       authorization = Authorization(method, target);
-      const bool isOwn = challenge.scheme == "basic" || challenge.scheme == "digest";
-      if (isOwn && authorization.empty()) continue;
-      if (!isOwn) LetSystemAnswer(again.get());
+      if (!IsSystems(known_) && authorization.empty()) continue;
+      Handle again(Open(method, target));
+      if (IsSystems(known_)) LetSystemAnswer(again.get());
       reply = Exchange(again.get(), authorization, body);
       return reply;
     }
@@ -176,7 +180,9 @@ class WinHttpConnection final : public WebDavConnection {
         WinHttpOpenRequest(connection_.get(), system::ToWide(method).c_str(), system::ToWide(target).c_str(),
                            nullptr, WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES, flags);
     if (request == nullptr) RaiseLastError(server_.timeoutSeconds);
-    DWORD disabled = WINHTTP_DISABLE_REDIRECTS;
+    // The schemes of Windows hold for a connection. Else each request has one of its own: the system would
+    // keep it open for half a minute after its user has gone.
+    DWORD disabled = WINHTTP_DISABLE_REDIRECTS | (IsSystems(known_) ? 0 : WINHTTP_DISABLE_KEEP_ALIVE);
     WinHttpSetOption(request, WINHTTP_OPTION_DISABLE_FEATURE, &disabled, sizeof disabled);
     // The name of the user who is logged on is nobody's business.
     DWORD policy = WINHTTP_AUTOLOGON_SECURITY_LEVEL_HIGH;

@@ -4,7 +4,6 @@
 #include <filesystem>
 
 #include "platform/Files.h"
-#include "platform/Paths.h"
 #include "tests/support/RunProgram.h"
 
 namespace qx {
@@ -119,11 +118,6 @@ TEST_F(MSTestRun, StartsInTheAssemblysFolder) {
 }
 
 TEST_F(MSTestRun, EndsWithTheHostsTimeout) {
-  if (NativeDelimiter() == '\\') {
-    GTEST_SKIP()
-        << "hangs under Wine when a test starts the host; the cause is not known yet. Started by hand there, "
-           "the host ended the stand-in in a second";
-  }
   const test::ProgramResult result = Run("wait\n", {"OutputFileName=run 1.trx"}, {"--timeout", "1"});
   EXPECT_EQ(result.code, 5) << result.out << result.err;
   EXPECT_TRUE(Holds(result, "Action Terminated by User.")) << result.out;
