@@ -55,9 +55,9 @@ bool TQXCustomVSDotNetAction::Execute() {
   std::string compiler;
   if (!FindCompiler(compiler)) return false;
 
-  solutionFile = CommandLinePath(solutionFile);
   InterfacePtr<IVSDotNetSolution> solution;
   try {
+    solutionFile = CommandLinePath(solutionFile);
     solution = OpenSolution(solutionFile);
   } catch (const std::exception& error) {
     return Fail(std::string("Error Parsing Solution File : ") + error.what());

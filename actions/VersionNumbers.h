@@ -24,8 +24,8 @@ VersionParts SplitVersion(std::string_view whole);
 // The four parts with three bars between them.
 std::string JoinVersion(const VersionParts& parts);
 
-// The decimal text of one more than the part; a part that is no decimal integer counts as `otherwise`.
-// Counts on beyond 2147483647.
+// The decimal text of one more than the part; a part that is no decimal integer of 32 bits counts as
+// `otherwise`. 2147483647 is followed by 2147483648, which no version of a file can hold.
 std::string NextNumber(std::string_view part, std::int32_t otherwise);
 
 // One more than a 32-bit number; the largest is followed by the smallest.

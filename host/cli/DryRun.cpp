@@ -46,7 +46,8 @@ std::string NameInDiff(const std::string& path, const std::string& folder) {
 std::string DryRun::Report(const OpenProject& project) const {
   std::string report;
   for (const ProcessRehearsal::Command& command : processes_.Commands()) {
-    report += "Would run in " + command.directory + ":\n    " + QuoteArgument(command.executable) + " " +
+    const std::string folder = command.directory.empty() ? "this folder" : command.directory;
+    report += "Would run in " + folder + ":\n    " + QuoteArgument(command.executable) + " " +
               command.parameters + "\n";
   }
   const std::string real = RealFolder(FolderPart(project.File()));

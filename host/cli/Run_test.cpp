@@ -139,7 +139,8 @@ TEST_F(RunCommand, ADryRunShowsEverythingAndChangesNothing) {
   EXPECT_EQ(result.code, 0) << result.err;
   EXPECT_TRUE(Holds(result.out, "--- a/tiny.txt\n+++ b/tiny.txt\n@@ -1,1 +1,1 @@\n-old\n+new\n"))
       << result.out;
-  EXPECT_TRUE(Holds(result.out, "    \"/no/such program\" -a \"b c\"\n")) << result.out;
+  EXPECT_TRUE(Holds(result.out, "Would run in this folder:\n    \"/no/such program\" -a \"b c\"\n"))
+      << result.out;
   EXPECT_TRUE(Holds(result.out, "-      <Property name=\"Count\">0</Property>\n")) << result.out;
   EXPECT_EQ(Content("tiny.txt"), "old\n");
   EXPECT_EQ(Content("p.xml"), before);
@@ -189,6 +190,24 @@ TEST_F(RunCommand, PutsItsValuesIntoAFileThatSomebodyChangedMeanwhile) {
   EXPECT_EQ(first.code, 0);
   EXPECT_TRUE(Holds(first.err, "changed by somebody else meanwhile")) << first.err;
   EXPECT_TRUE(Holds(Content("p.xml"), "<Property name=\"Text\">edited</Property>"));
+  EXPECT_EQ(Count("p.xml"), 1);
+}
+
+TEST_F(RunCommand, NeverWritesBackASecretThatSomebodyPutInMeanwhile) {
+  Project("p.xml", {{"Deed=tdSleep", "Seconds=2"}});
+  test::ProgramResult first;
+  std::thread runner([&] { first = Host({"run", "p.xml"}); });
+  while (!Exists("p.xml.lock")) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  std::this_thread::sleep_for(std::chrono::milliseconds(700));
+  std::string text = Content("p.xml");
+  text.insert(text.find("<Property"), "<Property name=\"Password\">hush</Property>");
+  Write("p.xml", text);
+  runner.join();
+  EXPECT_EQ(first.code, 0);
+  EXPECT_TRUE(Holds(first.err, "stood there in clear text")) << first.err;
+  EXPECT_FALSE(Holds(Content("p.xml"), "hush"));
+  EXPECT_TRUE(Holds(Content("p.xml"), "<Property name=\"_Password\">"));
+  EXPECT_TRUE(Holds(Host({"show", "p.xml"}).out, "Password=***"));
   EXPECT_EQ(Count("p.xml"), 1);
 }
 

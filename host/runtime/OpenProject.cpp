@@ -1,5 +1,7 @@
 #include "host/runtime/OpenProject.h"
 
+#include <algorithm>
+
 #include "platform/Files.h"
 
 namespace qx {
@@ -68,9 +70,7 @@ std::vector<std::string> OpenProject::Save() {
   if (FileExists(File())) {
     const std::string now = ReadFile(File());
     if (now != loadedText_) {
-      SaveInto(BuildProject::Parse(now, File()));
-      return {File() +
-              " was changed by somebody else meanwhile; only the values that changed here were written"};
+      return SaveInto(BuildProject::Parse(now, File()));
     }
   }
   bool hadClearText = false;
@@ -80,10 +80,24 @@ std::vector<std::string> OpenProject::Save() {
   project_.Save();
   loadedText_ = project_.Text();
   std::vector<std::string> warnings = Warnings();
-  if (hadClearText) {
-    warnings.push_back(File() + ": a secret stood there in clear text; only its encrypted form was kept");
-  }
+  if (hadClearText) warnings.push_back(ClearTextWarning());
   return warnings;
+}
+
+std::string OpenProject::ClearTextWarning() const {
+  return File() + ": a secret stood there in clear text; only its encrypted form was kept";
+}
+
+bool OpenProject::EncryptSecrets(BuildProject& project, int index) const {
+  const PropertyTable table = Action(index)->GetActionClass()->properties;
+  const bool hasClearText = std::any_of(table.begin(), table.end(), [&](const PublishedProperty& property) {
+    return property.storage == PropertyStorage::Secret && project.Has(index, property.name);
+  });
+  if (!hasClearText) return false;
+  const auto reader = MakeAction(*Action(index)->GetActionClass(), surroundings_);
+  project.ReadAction(index, *reader);
+  project.WriteAction(index, *reader);
+  return true;
 }
 
 std::string OpenProject::WithoutSecrets(std::string bytes) const {
@@ -99,12 +113,16 @@ std::string OpenProject::WithoutSecrets(std::string bytes) const {
   return shown.Text();
 }
 
-void OpenProject::SaveInto(BuildProject fresh) {
+std::vector<std::string> OpenProject::SaveInto(BuildProject fresh) {
+  std::vector<std::string> warnings = {
+      File() + " was changed by somebody else meanwhile; only the values that changed here were written"};
   std::string lost;
+  bool hadClearText = false;
   for (int i = 0; i < ActionCount(); ++i) {
     if (Action(i) == nullptr) continue;
     const State after = Capture(*Action(i));
     const bool found = i < fresh.ActionCount() && fresh.ActionType(i) == ActionType(i);
+    if (found && EncryptSecrets(fresh, i)) hadClearText = true;
     std::string previous;  // the last property of the order of declaration that stands in the file
     for (const PublishedProperty& property : Action(i)->GetActionClass()->properties) {
       const std::string name(property.name);
@@ -129,6 +147,8 @@ void OpenProject::SaveInto(BuildProject fresh) {
                     " was changed by somebody else meanwhile and lacks an action; not saved: " + lost);
   }
   fresh.Save();
+  if (hadClearText) warnings.push_back(ClearTextWarning());
+  return warnings;
 }
 
 std::vector<std::string> OpenProject::Warnings() const {

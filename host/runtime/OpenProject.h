@@ -46,7 +46,11 @@ class OpenProject {
   using State = std::map<std::string, std::variant<std::string, std::vector<std::string>>, std::less<>>;
   static State Capture(TQXAction& action);
   void Make(int index);
-  void SaveInto(BuildProject fresh);
+  std::vector<std::string> SaveInto(BuildProject fresh);
+  // Puts the encrypted form in the place of each secret that stands in clear text in the action of an index,
+  // which is of our action's type; whether there was one.
+  bool EncryptSecrets(BuildProject& project, int index) const;
+  std::string ClearTextWarning() const;
   std::vector<std::string> Warnings() const;
 
   BuildProject project_;

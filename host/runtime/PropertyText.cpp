@@ -143,7 +143,7 @@ const PublishedProperty& NeedProperty(PropertyTable table, std::string_view name
 
 void ReadProperties(TPersistent& object, PropertyTable table, IQXStateReader& reader) {
   for (const PublishedProperty& property : table) {
-    if (property.storage == PropertyStorage::NotStored) continue;
+    if (property.storage != PropertyStorage::Stored) continue;
     if (property.kind == PropertyKind::TextList) {
       TStringList list;
       if (reader.ReadList(property.name, list)) property.set(object, list);
@@ -151,6 +151,11 @@ void ReadProperties(TPersistent& object, PropertyTable table, IQXStateReader& re
       std::string text;
       if (reader.ReadText(property.name, text)) property.set(object, ValueFromState(property, text));
     }
+  }
+  for (const PublishedProperty& property : table) {
+    std::string text;
+    if (property.storage != PropertyStorage::Secret || !reader.ReadText(property.name, text)) continue;
+    if (!text.empty()) property.set(object, text);
   }
 }
 

@@ -23,8 +23,8 @@ const PublishedProperty* FindProperty(PropertyTable table, std::string_view name
 // The same; raises Exception that names the nearest property.
 const PublishedProperty& NeedProperty(PropertyTable table, std::string_view name);
 
-// Reads the properties in the order of declaration; what the reader does not have keeps its value. Those that
-// are not stored are never read, a secret is when the reader has it.
+// Reads the stored properties in the order of declaration; what the reader does not have keeps its value.
+// Last come secrets: a clear text is newer than the encrypted form beside it, unless it is empty.
 void ReadProperties(TPersistent& object, PropertyTable table, IQXStateReader& reader);
 // Writes the stored properties in the order of declaration; secrets and those that are not stored are left
 // out.

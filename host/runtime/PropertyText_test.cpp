@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
 
@@ -28,8 +29,10 @@ class Basket : public TPersistent {
   void SetNotes(const TStringList& value) { notes_ = value; }
   std::string GetView() const { return "view"; }
   void SetView(const std::string&) { FAIL() << "what is not stored is not read"; }
-  std::string GetSecret() const { return secret_; }
-  void SetSecret(const std::string& value) { secret_ = value; }
+  std::string GetSecret() const { return sealed_.substr(std::min<std::size_t>(sealed_.size(), 1)); }
+  void SetSecret(const std::string& value) { sealed_ = "*" + value; }
+  std::string GetSealed() const { return sealed_; }
+  void SetSealed(const std::string& value) { sealed_ = value; }
 
  private:
   std::string label_;
@@ -37,7 +40,7 @@ class Basket : public TPersistent {
   bool ripe_ = false;
   Fruit fruit_ = Fruit::apple;
   TStringList notes_;
-  std::string secret_;
+  std::string sealed_;
 };
 
 constexpr std::array kProperties{
@@ -48,6 +51,7 @@ constexpr std::array kProperties{
     Property<&Basket::GetNotes, &Basket::SetNotes>("Notes"),
     Property<&Basket::GetView, &Basket::SetView>("View", PropertyStorage::NotStored),
     Property<&Basket::GetSecret, &Basket::SetSecret>("Secret", PropertyStorage::Secret),
+    Property<&Basket::GetSealed, &Basket::SetSealed>("_Secret"),
 };
 
 const PublishedProperty& Named(std::string_view name) { return NeedProperty(kProperties, name); }
@@ -143,7 +147,7 @@ TEST(PropertyText, WritesStoredPropertiesInDeclarationOrderAndNoSecret) {
   basket.SetSecret("hush");
   Store store;
   WriteProperties(basket, kProperties, store);
-  EXPECT_EQ(store.order, (std::vector<std::string>{"Label", "Count", "Ripe", "Fruit", "Notes"}));
+  EXPECT_EQ(store.order, (std::vector<std::string>{"Label", "Count", "Ripe", "Fruit", "Notes", "_Secret"}));
 }
 
 TEST(PropertyText, WhatWasWrittenIsReadBack) {
@@ -173,6 +177,18 @@ TEST(PropertyText, WhatTheReaderLacksKeepsItsValueAndViewsAreNotRead) {
   ReadProperties(basket, kProperties, store);
   EXPECT_EQ(basket.GetCount(), 5);
   EXPECT_EQ(basket.GetSecret(), "hush");
+}
+
+TEST(PropertyText, AClearTextIsNewerThanTheEncryptedFormBesideItUnlessItIsEmpty) {
+  Basket basket;
+  Store store;
+  store.texts["Secret"] = "new";
+  store.texts["_Secret"] = "*old";
+  ReadProperties(basket, kProperties, store);
+  EXPECT_EQ(basket.GetSecret(), "new");
+  store.texts["Secret"] = "";
+  ReadProperties(basket, kProperties, store);
+  EXPECT_EQ(basket.GetSecret(), "old");
 }
 
 TEST(PropertyText, ABadValueInAFileNamesTheProperty) {

@@ -1,9 +1,10 @@
-// The contract's small services, over the platform's files and paths.
+// The contract's small services, over the platform's files and paths, and its dialogs.
 #include "plugin/Qxutils.h"
 
 #include "host/runtime/UserInterface.h"
 #include "platform/Paths.h"
 #include "platform/TextFile.h"
+#include "plugin/Qxcontrols.h"
 
 namespace qx {
 namespace {
@@ -30,11 +31,29 @@ std::string ExpandRelativePath(const std::string& baseFolder, const std::string&
 }
 
 bool QXBrowseForFile(const std::string& title, const std::string& filter, std::string& path) {
-  return currentInterface != nullptr && TakePicked(currentInterface->PickFile(title, filter, path), path);
+  return currentInterface != nullptr &&
+         TakePicked(currentInterface->PickFile({title, filter, {}, path}), path);
 }
 
 bool QXBrowseForDirectory(const std::string& title, std::string& path) {
   return currentInterface != nullptr && TakePicked(currentInterface->PickFolder(title, path), path);
+}
+
+bool TOpenDialog::Execute() {
+  if (currentInterface == nullptr) return false;
+  const FileQuestion question{title, filter, defaultExtension, fileName};
+  if (!TakePicked(currentInterface->PickFile(question), fileName)) return false;
+  if (!defaultExtension.empty() && ExtensionOf(fileName).empty())
+    fileName += (defaultExtension.front() == '.' ? "" : ".") + defaultExtension;
+  return true;
+}
+
+void QXShowMessage(const std::string& text) {
+  if (currentInterface != nullptr) currentInterface->ShowMessage(text);
+}
+
+void QXShowError(const std::string& text) {
+  if (currentInterface != nullptr) currentInterface->ShowError(text);
 }
 
 }  // namespace qx

@@ -3,6 +3,7 @@
 #include "host/runtime/UserInterface.h"
 #include "platform/Paths.h"
 #include "platform/TestFolder.h"
+#include "plugin/Qxcontrols.h"
 
 namespace qx {
 namespace {
@@ -48,15 +49,16 @@ TEST(Utils, ExpandsRelativePathsToTheCaseOnDisk) {
 
 class Picker : public UserInterface {
  public:
-  std::optional<std::string> PickFile(const std::string& title, const std::string& filter,
-                                      const std::string& current) override {
-    asked = title + "," + filter + "," + current;
+  std::optional<std::string> PickFile(const FileQuestion& question) override {
+    asked = question.title + "," + question.filter + "," + question.defaultExtension + "," + question.current;
     return answer;
   }
   std::optional<std::string> PickFolder(const std::string& title, const std::string& current) override {
     asked = title + "," + current;
     return answer;
   }
+  void ShowMessage(const std::string& text) override { asked = "message: " + text; }
+  void ShowError(const std::string& text) override { asked = "error: " + text; }
   std::string asked;
   std::optional<std::string> answer;
 };
@@ -67,13 +69,41 @@ TEST(Utils, PickersAskTheUserInterface) {
   std::string path = "old";
   EXPECT_FALSE(QXBrowseForFile("Title", "All|*.*", path));
   EXPECT_EQ(path, "old");
-  EXPECT_EQ(picker.asked, "Title,All|*.*,old");
+  EXPECT_EQ(picker.asked, "Title,All|*.*,,old");
   picker.answer = "new";
   EXPECT_TRUE(QXBrowseForFile("Title", "All|*.*", path));
   EXPECT_EQ(path, "new");
   EXPECT_TRUE(QXBrowseForDirectory("Folder", path));
   EXPECT_EQ(picker.asked, "Folder,new");
   SetUserInterface(nullptr);
+}
+
+TEST(Utils, FileDialogsKeepTheirNameWhenCancelled) {
+  Picker picker;
+  SetUserInterface(&picker);
+  TOpenDialog dialog{"Select", "Results|*.trx", "trx", "old"};
+  EXPECT_FALSE(dialog.Execute());
+  EXPECT_EQ(dialog.fileName, "old");
+  EXPECT_EQ(picker.asked, "Select,Results|*.trx,trx,old");
+  picker.answer = "new";
+  EXPECT_TRUE(dialog.Execute());
+  EXPECT_EQ(dialog.fileName, "new.trx");
+  picker.answer = "other.xml";
+  EXPECT_TRUE(dialog.Execute());
+  EXPECT_EQ(dialog.fileName, "other.xml");
+  SetUserInterface(nullptr);
+}
+
+TEST(Utils, MessagesGoToTheUserInterface) {
+  Picker picker;
+  SetUserInterface(&picker);
+  QXShowMessage("Ready");
+  EXPECT_EQ(picker.asked, "message: Ready");
+  QXShowError("Not ready");
+  EXPECT_EQ(picker.asked, "error: Not ready");
+  SetUserInterface(nullptr);
+  QXShowMessage("Nobody sees it");
+  QXShowError("Nor this");
 }
 
 TEST(Utils, WithoutAUserInterfacePickersAreCancelled) {
