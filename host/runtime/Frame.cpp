@@ -24,9 +24,9 @@ TControl* TFrame::FindControl(std::string_view name) const {
 
 void TFrame::Adopt(TControl& parent, std::unique_ptr<TControl> control) {
   control->parent_ = &parent;
-  parent.children_.push_back(control.get());
-  order_.push_back(control.get());
   controls_.push_back(std::move(control));
+  order_.push_back(controls_.back().get());
+  parent.children_.push_back(order_.back());
 }
 
 TQXOptionsFrame::~TQXOptionsFrame() = default;
