@@ -71,10 +71,10 @@ class QX_API TControl {
   // Direct children in the order they were added. The frame's.
   const std::vector<TControl*>& Children() const { return children_; }
 
-  // "check box": one name a kind, for people and for the driver.
+  // "checkBox": one word a kind, which scripts of the page driver rely on.
   virtual std::string_view Kind() const = 0;
-  // False for labels, which have no window of their own: rules that enable "every windowed control" pass them
-  // by.
+  // False for labels and headings, which have no window of their own: rules that enable "every windowed
+  // control" pass them by.
   virtual bool IsWindowed() const { return true; }
 
   // What the user does; each kind offers some of them. Indexes count from 0.
@@ -109,6 +109,14 @@ class QX_API TLabel : public TControl {
   bool IsWindowed() const override { return false; }
   bool heading = false;          // bold, over a rule: opens the group of the controls that follow it
   TControl* labelled = nullptr;  // the control it stands before, which its accelerator leads to; null: none
+};
+
+// A bold line with a rule over a group of controls, which stand beside it, not in it.
+class QX_API THeading : public TControl {
+ public:
+  ~THeading() override;
+  std::string_view Kind() const override { return "heading"; }
+  bool IsWindowed() const override { return false; }
 };
 
 // Containers. A panel shows nothing of its own, a group its caption as a heading.
@@ -160,7 +168,7 @@ struct TEditButton {
 class QX_API TButtonEdit : public TEdit {
  public:
   ~TButtonEdit() override;
-  std::string_view Kind() const override { return "button edit"; }
+  std::string_view Kind() const override { return "buttonEdit"; }
   std::vector<TEditButton> buttons;  // from left to right; the folder button first
 
  protected:
@@ -174,7 +182,7 @@ class QX_API TComboBox : public TControl {
  public:
   ~TComboBox() override;
   std::string_view Kind() const override {
-    return style == TComboStyle::Editable ? "combo box" : "drop-down list";
+    return style == TComboStyle::Editable ? "comboBox" : "dropDownList";
   }
   TComboStyle style = TComboStyle::Editable;
 
@@ -210,7 +218,7 @@ class QX_API TComboBox : public TControl {
 class QX_API TCheckBox : public TControl {
  public:
   ~TCheckBox() override;
-  std::string_view Kind() const override { return "check box"; }
+  std::string_view Kind() const override { return "checkBox"; }
   bool captionOnLeft = false;
   bool Checked() const { return checked_; }
   void SetChecked(bool checked);
@@ -227,7 +235,7 @@ class QX_API TCheckBox : public TControl {
 class QX_API TRadioButton : public TControl {
  public:
   ~TRadioButton() override;
-  std::string_view Kind() const override { return "radio button"; }
+  std::string_view Kind() const override { return "radioButton"; }
   bool Checked() const { return checked_; }
   void SetChecked(bool checked);
   std::function<void()> OnClick;
@@ -244,7 +252,7 @@ class QX_API TRadioButton : public TControl {
 class QX_API TCheckListBox : public TControl {
  public:
   ~TCheckListBox() override;
-  std::string_view Kind() const override { return "check list"; }
+  std::string_view Kind() const override { return "checkList"; }
   bool multiSelect = false;
 
   int Count() const { return static_cast<int>(items_.size()); }
@@ -278,7 +286,7 @@ class QX_API TCheckListBox : public TControl {
 class QX_API TSpinEdit : public TControl {
  public:
   ~TSpinEdit() override;
-  std::string_view Kind() const override { return "spin edit"; }
+  std::string_view Kind() const override { return "spinEdit"; }
   std::int32_t Min() const { return min_; }
   std::int32_t Max() const { return max_; }
   // Brings the value into the new range, which may run OnChange.
