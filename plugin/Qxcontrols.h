@@ -111,14 +111,6 @@ class QX_API TLabel : public TControl {
   TControl* labelled = nullptr;  // the control it stands before, which its accelerator leads to; null: none
 };
 
-// A bold line with a rule over a group of controls, which stand beside it, not in it.
-class QX_API THeading : public TControl {
- public:
-  ~THeading() override;
-  std::string_view Kind() const override { return "heading"; }
-  bool IsWindowed() const override { return false; }
-};
-
 // Containers. A panel shows nothing of its own, a group its caption as a heading.
 class QX_API TPanel : public TControl {
  public:

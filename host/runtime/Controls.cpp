@@ -41,7 +41,6 @@ bool ReadWholeNumber(std::string_view text, std::int32_t& value) {
 TControl::TControl() = default;
 TControl::~TControl() = default;
 TLabel::~TLabel() = default;
-THeading::~THeading() = default;
 TPanel::~TPanel() = default;
 TGroupBox::~TGroupBox() = default;
 TButton::~TButton() = default;
