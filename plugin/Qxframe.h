@@ -47,7 +47,7 @@ class QX_API TFrame : public AnswersUncounted<IInterface> {
   TFrame(const TFrame&) = delete;
   TFrame& operator=(const TFrame&) = delete;
 
-  virtual void InitFrame();                           // once, after construction: builds the controls
+  virtual void InitFrame();                           // once, after construction
   virtual void InitPage();                            // once, when all pages of the dialog exist
   virtual void ReadActionData(TPersistent& object);   // fills the controls
   virtual void WriteActionData(TPersistent& object);  // on OK: writes the controls back
