@@ -1,4 +1,4 @@
-# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_cli11, qx_sodium.
+# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_sodium.
 # Linux takes Debian's packages. The Windows build takes the header-only ones from the same packages and
 # compiles pugixml from Debian's source package, which scripts/setup leaves in the cache folder below.
 if(DEFINED ENV{XDG_CACHE_HOME})
@@ -32,7 +32,6 @@ function(qx_header_only target header folder)
 endfunction()
 
 qx_header_only(qx_json nlohmann/json.hpp nlohmann)
-qx_header_only(qx_cli11 CLI/CLI.hpp CLI)
 
 if(WIN32)
   set(qx_pugixml_source "${QX_CACHE_FOLDER}/pugixml/src/pugixml.cpp")

@@ -7,6 +7,8 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -45,6 +47,17 @@ class TestFolder {
   std::string Read(const std::string& name) const {
     std::ifstream in(path_ / Utf8(name), std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
+  }
+  bool Has(const std::string& name) const { return std::filesystem::exists(path_ / Utf8(name)); }
+  // Every name that stands directly in it, sorted, joined by blanks.
+  std::string Names() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+      names.insert(Text(entry.path().filename()));
+    }
+    std::string joined;
+    for (const std::string& name : names) joined += (joined.empty() ? "" : " ") + name;
+    return joined;
   }
   // How many files and folders stand directly in it.
   int Count() const {

@@ -6,12 +6,12 @@
 #include <set>
 
 #include "platform/Files.h"
+#include "platform/TestFolder.h"
 #include "platform/TextFile.h"
 #include "platform/Texts.h"
 #include "versioning/AssemblyAttributes.h"
 #include "versioning/RulesModel.h"
 #include "versioning/SourceText.h"
-#include "versioning/TestFolder.h"
 #include "versioning/VersionBlock.h"
 
 namespace qx {

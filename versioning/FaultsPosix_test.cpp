@@ -9,7 +9,7 @@
 #include <map>
 #include <vector>
 
-#include "versioning/TestFolder.h"
+#include "platform/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -55,7 +55,7 @@ class Faults : public testing::TestWithParam<int> {
   const Case one = GetParam() == 0 ? ScriptCase() : SourceCase(GetParam() == 1 ? "\r\n" : "\n");
 
   std::string Command(const TestFolder& folder) const {
-    return kStamp + " " + one.kind + " " + folder.Path(one.argument);
+    return kStamp + " " + one.kind + " " + (folder / one.argument);
   }
   // Runs one stamping behind `fault` and looks at what is left.
   void Look(const std::string& newText, const std::string& newBackup, const std::string& fault) const {
@@ -84,7 +84,7 @@ std::vector<std::pair<std::string, int>> SystemCalls(const TestFolder& folder, c
     const std::string name = line.substr(0, open);
     const int number = ++seen[name];
     // The first mention is the start of the program itself.
-    ours = ours || (name != "execve" && line.find(folder.Path("")) != std::string::npos);
+    ours = ours || (name != "execve" && line.find(folder / "") != std::string::npos);
     if (ours && name != "exit_group") calls.emplace_back(name, number);
   }
   return calls;
@@ -94,10 +94,10 @@ TEST_P(Faults, EndedOrFailingAtEverySystemCall) {
   const TestFolder whole;
   Prepare(whole, one);
   if (Shell("strace -o /dev/null true") != 0) GTEST_SKIP() << "strace is not installed or not permitted";
-  ASSERT_EQ(Shell("strace -o " + whole.Path("trace") + " " + Command(whole)), 0);
+  ASSERT_EQ(Shell("strace -o " + (whole / "trace") + " " + Command(whole)), 0);
   const std::string newText = whole.Read(one.file), newBackup = whole.Read(one.backup);
   ASSERT_NE(newText, one.old);
-  const auto calls = SystemCalls(whole, whole.Path("trace"));
+  const auto calls = SystemCalls(whole, whole / "trace");
   for (const auto& [name, number] : calls) {
     for (const std::string fault : {"signal=KILL", "error=EIO", "error=ENOSPC"}) {
       Look(newText, newBackup,
@@ -112,7 +112,7 @@ TEST_P(Faults, EndedOrFailingAtEverySystemCall) {
 // A file system of a few pages that only the superuser can make.
 class SmallDisk {
  public:
-  explicit SmallDisk(const TestFolder& folder) : path_(folder.Path("disk")) {
+  explicit SmallDisk(const TestFolder& folder) : path_(folder / "disk") {
     std::filesystem::create_directories(path_);
     mounted_ = mount("none", path_.c_str(), "tmpfs", 0, "size=512k") == 0;
   }
@@ -144,11 +144,11 @@ TEST_P(Faults, AFullDiskLeavesTheOldFile) {
       folder.Write("disk/P.csproj", folder.Read("P.csproj"));
     }
     // Fill the disk but for some pages.
-    const auto space = std::filesystem::space(folder.Path("disk")).available;
+    const auto space = std::filesystem::space(folder / "disk").available;
     const std::uintmax_t left = static_cast<std::uintmax_t>(pages) * 4096;
     const std::string filler(space > left ? space - left : 0, 'x');
     folder.Write("disk/filler", filler);
-    full += Shell(kStamp + " " + there.kind + " " + folder.Path(there.argument)) != 0 ? 1 : 0;
+    full += Shell(kStamp + " " + there.kind + " " + (folder / there.argument)) != 0 ? 1 : 0;
     const std::string text = folder.Read(there.file);
     EXPECT_TRUE(text == one.old || text == newText) << pages;
     EXPECT_TRUE(!folder.Has(there.backup) || folder.Read(there.backup) == newBackup) << pages;

@@ -7,8 +7,8 @@
 
 #include "platform/Files.h"
 #include "platform/Paths.h"
+#include "platform/TestFolder.h"
 #include "solution/Vsnetsln.h"
-#include "versioning/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -64,7 +64,7 @@ class AssemblyInfo : public testing::Test {
   InterfacePtr<IQXAssemblyInfoUpdater> Updater() {
     folder.Write("All.sln", "Microsoft Visual Studio Solution File, Format Version 8.00\r\n" + projects_ +
                                 "Global\r\nEndGlobal\r\n");
-    return GetAssemblyInfoUpdater(OpenSolution(folder.Path("All.sln")), source, log);
+    return GetAssemblyInfoUpdater(OpenSolution(folder / "All.sln"), source, log);
   }
   std::string UpdateError() {
     try {
@@ -74,7 +74,7 @@ class AssemblyInfo : public testing::Test {
     }
     return "no error";
   }
-  std::string Native(const std::string& name) { return ExpandPath(folder.Path(""), name); }
+  std::string Native(const std::string& name) { return ExpandPath(folder / "", name); }
 
   TestFolder folder;
   Source source;
@@ -162,7 +162,7 @@ TEST_F(AssemblyInfo, FindsTheReferenceBetweenItsQuotes) {
         "Microsoft Visual Studio Solution File, Format Version 8.00\r\n"
         "Project(\"{FAE04EC0-301F-11D3-BF4B-00C04F79EFBC}\") = \"P\", \"P.csproj\", \"{1}\"\r\nGlobal\r\n"
         "EndGlobal\r\n");
-    GetAssemblyInfoUpdater(OpenSolution(folder.Path("One.sln")), source, log)->UpdateAll();
+    GetAssemblyInfoUpdater(OpenSolution(folder / "One.sln"), source, log)->UpdateAll();
     EXPECT_EQ(folder.Read(file), "[assembly: X(\"x\")]\r\n[assembly: AssemblyTitle(\"T\")]\r\n") << text;
   }
 }
@@ -181,7 +181,7 @@ TEST_F(AssemblyInfo, AMissingProjectEndsTheRun) {
   folder.Write("AssemblyInfo.cs", "[assembly: AssemblyTitle(\"x\")]\r\n");
   source.Update(AssemblyAttribute::Title, "T");
   const auto updater = Updater();
-  std::filesystem::remove(folder.Path("A.csproj"));
+  std::filesystem::remove(folder / "A.csproj");
   try {
     updater->UpdateAll();
     FAIL();
@@ -324,7 +324,7 @@ TEST_F(AssemblyInfo, AWebProjectIsStampedThroughAMountedShare) {
   source.Update(AssemblyAttribute::Title, "T");
   source.location.projLocationDetectMethod = 1;
   source.location.sharePath = "wwwroot$";
-  SetShares({{"\\\\localhost\\wwwroot$", folder.Path("")}});
+  SetShares({{"\\\\localhost\\wwwroot$", folder / ""}});
   const std::string error = UpdateError();
   SetShares({});
   EXPECT_EQ(error, "no error");

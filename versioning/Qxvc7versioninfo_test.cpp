@@ -5,7 +5,7 @@
 #include "host/runtime/ActionHost.h"
 #include "platform/DateText.h"
 #include "platform/Files.h"
-#include "versioning/TestFolder.h"
+#include "platform/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -71,7 +71,7 @@ const std::string kOldBlock = "1 VERSIONINFO\r\nFILEVERSION 9,9,9,9\r\nBEGIN\r\n
 class VersionScript : public testing::Test {
  protected:
   InterfacePtr<IQXVC7VersionInfoParser> Parser(const std::string& name) {
-    return GetVersionInfoParser(MakeApplicationServices(host.variables), folder.Path(name));
+    return GetVersionInfoParser(MakeApplicationServices(host.variables), folder / name);
   }
   // The file's new bytes, or the error.
   std::string Update(const std::string& bytes) {
@@ -118,11 +118,11 @@ TEST_F(VersionScript, TheOrigIsMadeOnce) {
 
 TEST_F(VersionScript, TheSameValuesTwiceChangeNothing) {
   const std::string once = Update("x\n" + kOldBlock);
-  const auto time = std::filesystem::last_write_time(folder.Path("App.rc")) - std::chrono::hours(1);
-  std::filesystem::last_write_time(folder.Path("App.rc"), time);
+  const auto time = std::filesystem::last_write_time(folder / "App.rc") - std::chrono::hours(1);
+  std::filesystem::last_write_time(folder / "App.rc", time);
   EXPECT_TRUE(Parser("App.rc")->UpdateVersionInfo(info));
   EXPECT_EQ(folder.Read("App.rc"), once);
-  EXPECT_EQ(std::filesystem::last_write_time(folder.Path("App.rc")), time);
+  EXPECT_EQ(std::filesystem::last_write_time(folder / "App.rc"), time);
 }
 
 TEST_F(VersionScript, TheBackupIsMadeEvenWhenNothingChanges) {
@@ -135,7 +135,7 @@ TEST_F(VersionScript, TheBackupIsMadeEvenWhenNothingChanges) {
 TEST_F(VersionScript, AMalformedBlockLeavesEverythingUntouched) {
   EXPECT_EQ(Update("1 VERSIONINFO\r\nBLOCK\r\n"), "Unexpected BLOCK");
   EXPECT_EQ(Update("1 VERSIONINFO\r\n{\r\n}\r\nthe rest"),
-            "The VERSIONINFO block is not closed by END: " + folder.Path("App.rc"));
+            "The VERSIONINFO block is not closed by END: " + (folder / "App.rc"));
   EXPECT_EQ(folder.Names(), "App.rc");
 }
 
@@ -146,8 +146,8 @@ TEST_F(VersionScript, AMissingFileIsAnErrorThatNamesIt) {
       if (!reading) Parser("None.rc")->UpdateVersionInfo(info);
       FAIL();
     } catch (const Exception& error) {
-      EXPECT_EQ(error.Message().substr(0, 12 + folder.Path("None.rc").size()),
-                "Cannot read " + folder.Path("None.rc"));
+      EXPECT_EQ(error.Message().substr(0, 12 + (folder / "None.rc").size()),
+                "Cannot read " + (folder / "None.rc"));
     }
   }
   EXPECT_EQ(folder.Names(), "");
@@ -187,7 +187,7 @@ TEST_F(VersionScript, WhatTheEncodingCannotHoldIsAnErrorThatNamesFileAndKey) {
   info.keys = "Good=x\r\nOwner=M\xC3\xBCller\r\n";
   EXPECT_EQ(
       Update("#pragma code_page(1251)\r\n" + kOldBlock),
-      "Cannot write " + folder.Path("App.rc") +
+      "Cannot write " + (folder / "App.rc") +
           ": its encoding cannot hold the text of Owner (save the file as UTF-8 with a mark, or keep to its "
           "characters)");
   EXPECT_EQ(folder.Names(), "App.rc");
@@ -213,7 +213,7 @@ TEST_F(VersionScript, TheActionExpandsToo) {
       "TQXAction", [] { return std::string("Nothing"); }, {}, [] { return std::make_unique<TQXAction>(); }};
   const auto action = host.Make(kClass);
   folder.Write("App.rc", kOldBlock);
-  EXPECT_TRUE(GetVersionInfoParser(*action, folder.Path("App.rc"))->UpdateVersionInfo(info));
+  EXPECT_TRUE(GetVersionInfoParser(*action, folder / "App.rc")->UpdateVersionInfo(info));
   EXPECT_EQ(folder.Read("App.rc"), kAcme);
 }
 

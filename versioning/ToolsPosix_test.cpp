@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <iostream>
 
+#include "platform/TestFolder.h"
 #include "platform/Texts.h"
-#include "versioning/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -29,9 +29,8 @@ void CopyWritable(const fs::path& from, const fs::path& to) {
 // The version resource of a compiled script, as the resource compiler itself writes it down again; blanks and
 // line ends drawn together, letters in upper case.
 std::string Decompiled(const TestFolder& folder, const std::string& script) {
-  const std::string compiled = folder.Path("out.res"), text = folder.Path("out.txt");
-  if (!Succeeds("cd " + Quoted(folder.Path("")) + " && " + kWindres + " " + script + " -O res -o " +
-                compiled)) {
+  const std::string compiled = (folder / "out.res"), text = (folder / "out.txt");
+  if (!Succeeds("cd " + Quoted(folder / "") + " && " + kWindres + " " + script + " -O res -o " + compiled)) {
     return "not accepted";
   }
   if (!Succeeds(kWindres + " " + compiled + " -O rc -o " + text)) return "not read back";
@@ -49,7 +48,7 @@ TEST(Tools, TheResourceCompilerSeesEveryNumberFlagStringLanguageAndPage) {
   const TestFolder folder;
   folder.Write("App.rc",
                "STRINGTABLE\nBEGIN\n1 \"kept\"\nEND\n1 VERSIONINFO\nFILEVERSION 1,0,0,0\nBEGIN\nEND\n");
-  ASSERT_TRUE(Succeeds(kStamp + " rc " + folder.Path("App.rc")));
+  ASSERT_TRUE(Succeeds(kStamp + " rc " + (folder / "App.rc")));
   const std::string text = Decompiled(folder, "App.rc");
   for (const std::string part :
        {"FILEVERSION 7, 6, 5, 4", "PRODUCTVERSION 7, 6, 5, 4", "FILEFLAGSMASK 0X3F", "FILEFLAGS 0X2B",
@@ -99,12 +98,12 @@ TEST(Tools, WindowsReadsEveryNumberFlagStringLanguageAndPage) {
   const TestFolder folder;
   folder.Write("App.rc", "#include <winver.h>\n1 VERSIONINFO\nBEGIN\nEND\n");
   folder.Write("reader.c", kVersionReader);
-  ASSERT_TRUE(Succeeds(kStamp + " rc " + folder.Path("App.rc")));
-  const std::string here = "cd " + Quoted(folder.Path("")) + " && ";
+  ASSERT_TRUE(Succeeds(kStamp + " rc " + (folder / "App.rc")));
+  const std::string here = "cd " + Quoted(folder / "") + " && ";
   ASSERT_TRUE(Succeeds(here + kWindres + " App.rc -o version.o"));
   ASSERT_TRUE(Succeeds(here + compiler + " reader.c version.o -o reader.exe -lversion"));
   const std::string wine =
-      std::string(QX_SOURCE_DIR) + "/scripts/wine-prefix " + folder.Path("wine") + " wine ";
+      std::string(QX_SOURCE_DIR) + "/scripts/wine-prefix " + (folder / "wine") + " wine ";
   ASSERT_EQ(std::system((here + wine + "reader.exe >out.txt 2>/dev/null").c_str()), 0);
   std::string text;
   for (const char c : folder.Read("out.txt")) {
@@ -122,10 +121,9 @@ TEST(Tools, ConditionsAndNamesThatTheNewBlockBreaks) {
   const TestFolder folder;
   const auto accepted = [&](const std::string& script) {
     folder.Write("App.rc", script);
-    const std::string compile =
-        "cd " + Quoted(folder.Path("")) + " && " + kWindres + " App.rc -O res -o out.res";
+    const std::string compile = "cd " + Quoted(folder / "") + " && " + kWindres + " App.rc -O res -o out.res";
     EXPECT_TRUE(Succeeds(compile)) << script;
-    EXPECT_TRUE(Succeeds(kStamp + " rc " + folder.Path("App.rc")));
+    EXPECT_TRUE(Succeeds(kStamp + " rc " + (folder / "App.rc")));
     return Succeeds(compile);
   };
   const std::string body = "BEGIN\nEND\n";
@@ -133,7 +131,7 @@ TEST(Tools, ConditionsAndNamesThatTheNewBlockBreaks) {
   EXPECT_TRUE(accepted("#ifdef A\n1 ICON x\n#endif\n1 VERSIONINFO\n" + body));
   // Accepted, but under the name "VS_VERSION_INFO" instead of the number 1: Windows does not find it.
   EXPECT_TRUE(accepted("1 VERSIONINFO\n" + body));
-  ASSERT_TRUE(Succeeds(kWindres + " " + folder.Path("out.res") + " -O rc -o " + folder.Path("out.txt")));
+  ASSERT_TRUE(Succeeds(kWindres + " " + (folder / "out.res") + " -O rc -o " + (folder / "out.txt")));
   EXPECT_NE(folder.Read("out.txt").find("VS_VERSION_INFO"), std::string::npos);
 }
 
@@ -145,16 +143,16 @@ TEST(Tools, ScriptsThatWereAcceptedStayAccepted) {
     const std::string extension = LowerCase(entry.path().extension().string());
     if (extension != ".rc" && extension != ".rc2") continue;
     const TestFolder folder;
-    CopyWritable(entry.path(), folder.Path("App.rc"));
+    CopyWritable(entry.path(), folder / "App.rc");
     // The headers of the scripts' own environment, made of those that this compiler brings along.
     for (const char* header : {"afxres.h", "winres.h", "winresrc.h"}) {
       folder.Write(header, "#include <windows.h>\n#define IDC_STATIC (-1)\n");
     }
     for (const char* header : {"resource.h", "Resource.h"}) folder.Write(header, "");
-    if (!Succeeds("cd " + folder.Path("") + " && " + kWindres + " App.rc -O res -o before.res")) continue;
-    if (!Succeeds(kStamp + " rc " + folder.Path("App.rc"))) continue;  // a block of another form
+    if (!Succeeds("cd " + (folder / "") + " && " + kWindres + " App.rc -O res -o before.res")) continue;
+    if (!Succeeds(kStamp + " rc " + (folder / "App.rc"))) continue;  // a block of another form
     ++accepted;
-    const bool after = Succeeds("cd " + folder.Path("") + " && " + kWindres + " App.rc -O res -o after.res");
+    const bool after = Succeeds("cd " + (folder / "") + " && " + kWindres + " App.rc -O res -o after.res");
     // Conditions around the block's head belong to the block and go with it.
     const std::string old = folder.Read("App.rc.orig");
     const std::size_t head = old.find("VERSIONINFO");
@@ -184,11 +182,11 @@ TEST(Tools, TheCompilerPutsTheStampedVersionIntoTheAssembly) {
   folder.Write("AssemblyInfo.cs",
                "using System.Reflection;\n// [assembly: AssemblyVersion(\"9.9\")]\n"
                "[assembly: AssemblyTitle(\"x\")]\n[assembly:AssemblyVersion( \"1.0.*\" )]\n");
-  ASSERT_TRUE(Succeeds(kStamp + " solution " + folder.Path("All.sln")));
+  ASSERT_TRUE(Succeeds(kStamp + " solution " + (folder / "All.sln")));
   ASSERT_TRUE(
-      Succeeds("mcs -target:library -out:" + folder.Path("a.dll") + " " + folder.Path("AssemblyInfo.cs")));
-  ASSERT_TRUE(
-      std::system(("monodis --assembly " + folder.Path("a.dll") + " >" + folder.Path("a.txt")).c_str()) == 0);
+      Succeeds("mcs -target:library -out:" + (folder / "a.dll") + " " + (folder / "AssemblyInfo.cs")));
+  ASSERT_TRUE(std::system(("monodis --assembly " + (folder / "a.dll") + " >" + (folder / "a.txt")).c_str()) ==
+              0);
   const std::string text = folder.Read("a.txt");
   const std::size_t at = text.find("Version:");
   EXPECT_EQ(Trim(text.substr(at + 8, text.find('\n', at) - at - 8)), "7.6.5.4");
@@ -207,12 +205,12 @@ TEST(Tools, AssemblyInfoFilesThatWereAcceptedStayAccepted) {
     if (index++ % 15 != 0) continue;
     const TestFolder folder;
     WriteSolution(folder, "AssemblyInfo.cs");
-    CopyWritable(path, folder.Path("AssemblyInfo.cs"));
+    CopyWritable(path, folder / "AssemblyInfo.cs");
     const std::string compile =
-        "mcs -target:library -out:" + folder.Path("a.dll") + " " + folder.Path("AssemblyInfo.cs");
+        "mcs -target:library -out:" + (folder / "a.dll") + " " + (folder / "AssemblyInfo.cs");
     if (!Succeeds(compile)) continue;
     ++accepted;
-    ASSERT_TRUE(Succeeds(kStamp + " solution " + folder.Path("All.sln"))) << path;
+    ASSERT_TRUE(Succeeds(kStamp + " solution " + (folder / "All.sln"))) << path;
     const std::string text = folder.Read("AssemblyInfo.cs");
     // A model that is a comment opens added entries with its "/".
     const bool commentLast = text.find("\r\n/assembly: ") != std::string::npos;

@@ -7,9 +7,9 @@
 
 #include "host/runtime/HttpTestServer.h"
 #include "platform/Files.h"
+#include "platform/TestFolder.h"
 #include "plugin/Qxutils.h"
 #include "solution/Vsnetsln.h"
-#include "versioning/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -62,7 +62,7 @@ class WebProject : public testing::Test {
                   "}\"\r\nEndProject\r\n";
     }
     folder_.Write("All.sln", solution + "Global\r\nEndGlobal\r\n");
-    return GetAssemblyInfoUpdater(OpenSolution(folder_.Path("All.sln")), source_, log_);
+    return GetAssemblyInfoUpdater(OpenSolution(folder_ / "All.sln"), source_, log_);
   }
   // The client's end of a connection takes a moment to reach the server.
   bool AllDisconnected() const {

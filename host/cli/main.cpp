@@ -5,6 +5,7 @@
 #include "host/cli/Documents.h"
 #include "host/cli/Session.h"
 #include "host/runtime/HostProgram.h"
+#include "platform/Arguments.h"
 
 namespace qx::cli {
 namespace {
@@ -58,7 +59,7 @@ int Main(const std::vector<std::string>& arguments) {
 
 int main(int count, char** arguments) {
   try {
-    return qx::cli::Main(qx::ProgramArguments(count, arguments));
+    return qx::cli::Main(qx::CommandLineWords(count, arguments));
   } catch (const std::exception& fault) {
     qx::cli::Session::Complain(fault.what());
     return qx::cli::kUsageError;

@@ -7,9 +7,6 @@
 
 namespace qx {
 
-// What main was given, without the program's name: UTF-8 on Windows, bytes as they stand elsewhere.
-std::vector<std::string> ProgramArguments(int count, char** arguments);
-
 // The host's folder among the user's configuration, with its trailing delimiter: $XDG_CONFIG_HOME/qxhost/,
 // else $HOME/.config/qxhost/; %APPDATA%\qxhost\ on Windows. Raises Exception when the environment names none.
 // The folder need not exist.

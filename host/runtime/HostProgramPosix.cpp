@@ -11,10 +11,6 @@
 
 namespace qx {
 
-std::vector<std::string> ProgramArguments(int count, char** arguments) {
-  return count < 1 ? std::vector<std::string>() : std::vector<std::string>(arguments + 1, arguments + count);
-}
-
 std::string ConfigFolder() {
   // A relative folder in the variable is to be ignored, says the convention of these folders.
   const std::string config = ReadEnvironment("XDG_CONFIG_HOME").value_or("");

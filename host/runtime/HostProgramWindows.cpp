@@ -1,7 +1,5 @@
 #include <windows.h>
 
-#include <shellapi.h>
-
 #include "host/runtime/HostProgram.h"
 #include "host/runtime/Variables.h"
 #include "platform/Paths.h"
@@ -13,16 +11,6 @@ namespace {
 std::string FromWide(const wchar_t* text) { return ToUtf8(reinterpret_cast<const char16_t*>(text)); }
 
 }  // namespace
-
-std::vector<std::string> ProgramArguments(int, char**) {
-  std::vector<std::string> result;
-  int count = 0;
-  wchar_t** arguments = CommandLineToArgvW(GetCommandLineW(), &count);
-  if (arguments == nullptr) throw Exception("The command line cannot be read");
-  for (int i = 1; i < count; ++i) result.push_back(FromWide(arguments[i]));
-  LocalFree(arguments);
-  return result;
-}
 
 std::string ConfigFolder() {
   const std::string data = ReadEnvironment("APPDATA").value_or("");

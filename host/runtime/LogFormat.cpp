@@ -209,16 +209,6 @@ void AppendJsonEscaped(std::string& out, std::string_view text) {
   }
 }
 
-std::string ToValidUtf8(std::string_view text) {
-  std::string valid;
-  while (!text.empty()) {
-    const std::size_t size = SequenceSize(text);
-    valid += size == 0 ? kReplacement : text.substr(0, size);
-    text.remove_prefix(size == 0 ? 1 : size);
-  }
-  return valid;
-}
-
 std::string LogEntry::AsText() const {
   std::string joined;
   std::vector<std::size_t> ends;

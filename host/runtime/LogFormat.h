@@ -23,7 +23,4 @@ void AppendAsJson(std::string& out, const LogRecord& record);
 // The text as the inside of a JSON string.
 void AppendJsonEscaped(std::string& out, std::string_view text);
 
-// The text with every byte that is not valid UTF-8 replaced by U+FFFD.
-std::string ToValidUtf8(std::string_view text);
-
 }  // namespace qx

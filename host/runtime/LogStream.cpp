@@ -32,7 +32,7 @@ void StreamSink::Take(const LogRecord& record) {
     AppendAsText(buffer_, record, colour_);
     // A file keeps the bytes as they came; a terminal would be garbled by them.
     if (file_.IsTerminal() && !IsValidUtf8(std::string_view(buffer_).substr(begin))) {
-      buffer_.replace(begin, std::string::npos, ToValidUtf8(std::string_view(buffer_).substr(begin)));
+      buffer_.replace(begin, std::string::npos, AsValidUtf8(std::string_view(buffer_).substr(begin)));
     }
   }
   if (buffer_.size() >= kBufferSize) Flush();
