@@ -24,6 +24,18 @@ namespace qx {
 
 class IVSDotNetSolution;
 
+// What a page of the action's dialog answers when it wants to know the solution that the solution page opens.
+class IVSDotNetPropertyPage : public IInterface {
+ public:
+  static constexpr TGUID IID = Guid("{7D40B5E2-9A16-4C83-B7F4-2E58C6A1D093}");
+  using Base = IInterface;
+  // Called each time that a solution was opened; changed: the user chose another file. User-interface thread.
+  virtual void UpdateSolution(bool changed, IVSDotNetSolution& solution) = 0;
+
+ protected:
+  ~IVSDotNetPropertyPage() = default;
+};
+
 // The whole solution, or the projects that a list names. Stored by name.
 enum class TVSDotNetBuildType : std::uint8_t { btAllProjects, btSelectedProjects };
 

@@ -1,0 +1,33 @@
+// Property pages: what each setting looks like and which rules its controls follow. No pixel, no host: views
+// bind to the controls. This unit is the check list of a solution's projects that three pages show: names
+// with ticks, and behind each name the project's identifier, which is what actions keep.
+#pragma once
+
+#include "plugin/Qxcontrols.h"
+#include "plugin/Qxstrings.h"
+
+namespace qx {
+
+class IVSDotNetSolution;
+
+// Works on a list that belongs to the page and outlives it. The list's enabled flag is never touched.
+class ProjectCheckList {
+ public:
+  explicit ProjectCheckList(TCheckListBox& list) : list_(list) {}
+
+  // Shows the solution's projects in its order. A project keeps its tick by its name, letter case aside; one
+  // whose name was not listed before is ticked. Projects of one name take the first one's former tick.
+  void Rebuild(IVSDotNetSolution& solution);
+  // Ticks the projects with these identifiers, letter case aside, and no others; unknown ones are passed
+  // over.
+  void TickOnly(const TStringList& identifiers);
+  void TickAll() { list_.CheckAll(); }
+  // The identifiers of the ticked projects in list order, as their solution writes them.
+  TStringList Ticked() const;
+
+ private:
+  TCheckListBox& list_;
+  TStringList identifiers_;  // one an item, at the same index
+};
+
+}  // namespace qx

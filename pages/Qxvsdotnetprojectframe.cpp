@@ -1,0 +1,184 @@
+#include "pages/Qxvsdotnetprojectframe.h"
+
+#include <memory>
+
+#include "actions/Qxvsdotnetaction.h"
+#include "pages/ActionOf.h"
+#include "platform/Files.h"
+#include "plugin/Qxservices.h"
+#include "solution/Vsnetsln.h"
+
+namespace qx {
+namespace {
+
+// What UpdateSolution is told: whether the user browsed to another file.
+constexpr bool kSameSolution = false;
+
+void ShowOpenError(const std::string& reason) { QXShowError("Error opening project: " + reason); }
+
+// An ordinal beyond the list's items selects none of them; the action then keeps its value.
+template <class Enumeration>
+Enumeration Chosen(const TComboBox& box, Enumeration kept) {
+  return box.ItemIndex() < 0 ? kept : static_cast<Enumeration>(box.ItemIndex());
+}
+
+}  // namespace
+
+TVSDotNetProjectFrame::TVSDotNetProjectFrame() {
+  txtSolution_.buttons = {
+      {TEditButton::Picture::Folder, "", [this] { txtSolutionButtonClick(); }},
+      {TEditButton::Picture::Refresh, "Refresh Configuration List", [this] { Refresh(); }}};
+  MakeDropDown(cboVSVersion_, {"VS.NET 2002", "VS.NET 2003", "VS.NET 2005"});
+  MakeDropDown(cboAction_, {"Build", "ReBuild", "Clean", "Deploy"});
+  optBuildAllProjects_.SetChecked(true);
+  lstProjects_.multiSelect = true;
+  EnableProjects(false);
+
+  cboVSVersion_.OnChange = [this] { cboVSVersionChange(); };
+  optBuildAllProjects_.OnClick = [this] { EnableProjects(false); };
+  optBuildSelectedProjects_.OnClick = [this] { optBuildSelectedProjectsClick(); };
+  btnCheckall_.OnClick = [this] { lstProjects_.CheckAll(); };
+  btnUncheckAll_.OnClick = [this] { lstProjects_.UncheckAll(); };
+  lstProjects_.OnTick = [this](int, bool) { lstProjectsClickCheck(); };
+}
+
+const TFrameClass& TVSDotNetProjectFrame::Class() {
+  static constexpr TFrameClass record{"TVSDotNetProjectFrame", []() -> std::unique_ptr<TFrame> {
+                                        return std::make_unique<TVSDotNetProjectFrame>();
+                                      }};
+  return record;
+}
+
+void TVSDotNetProjectFrame::ReadActionData(TPersistent& object) {
+  const auto& action = ActionOf<TQXVSDotNetAction>(object);
+  const VSDotNetSettings& settings = action.Settings();
+  txtSolution_.SetText(action.GetSolution());
+  chkUseEnv_.SetChecked(settings.useEnv);
+  cboVSVersion_.SetItemIndex(static_cast<int>(settings.vstudioVersion));
+  chkUseMSBuild_.SetChecked(settings.useMSBuild);
+  chkUseMSBuild_.SetEnabled(cboVSVersion_.ItemIndex() >= static_cast<int>(TVSDotNetVersion::vs2005));
+  Refresh();
+  cboAction_.SetItemIndex(static_cast<int>(settings.buildAction));
+  if (settings.buildType == TVSDotNetBuildType::btAllProjects) {
+    optBuildAllProjects_.SetChecked(true);
+    projects_.TickAll();
+  } else {
+    optBuildSelectedProjects_.SetChecked(true);
+    projects_.TickOnly(settings.selectedProjects);
+  }
+  cboConfigs_.SetText(settings.solutionConfiguration);
+  if (cboConfigs_.Text().empty() && cboConfigs_.Count() > 0) cboConfigs_.SetItemIndex(0);
+  btnCheckall_.SetEnabled(optBuildSelectedProjects_.Checked());
+  btnUncheckAll_.SetEnabled(optBuildSelectedProjects_.Checked());
+}
+
+void TVSDotNetProjectFrame::WriteActionData(TPersistent& object) {
+  auto& action = ActionOf<TQXVSDotNetAction>(object);
+  VSDotNetSettings& settings = action.Settings();
+  action.SetSolution(txtSolution_.Text());
+  settings.useEnv = chkUseEnv_.Checked();
+  settings.vstudioVersion = Chosen(cboVSVersion_, settings.vstudioVersion);
+  // Disabled or not: an action of an older version keeps the tick for the day it moves to 2005.
+  settings.useMSBuild = chkUseMSBuild_.Checked();
+  settings.solutionConfiguration = cboConfigs_.Text();
+  settings.buildAction = Chosen(cboAction_, settings.buildAction);
+  settings.selectedProjects.Clear();
+  if (optBuildAllProjects_.Checked()) {
+    settings.buildType = TVSDotNetBuildType::btAllProjects;
+    return;
+  }
+  settings.buildType = TVSDotNetBuildType::btSelectedProjects;
+  settings.selectedProjects = projects_.Ticked();
+}
+
+TVSDotNetProjectFrame::Expansion TVSDotNetProjectFrame::ExpandSolution() const {
+  constexpr bool kNested = true;
+  try {
+    return {QXDesignApplicationServices()->ExpandExpression(txtSolution_.Text(), kNested), ""};
+  } catch (const std::exception& error) {
+    return {"", error.what()};
+  }
+}
+
+void TVSDotNetProjectFrame::Refresh() {
+  const Expansion solution = ExpandSolution();
+  if (!solution.error.empty()) return ShowOpenError(solution.error);
+  if (solution.path.empty()) return;
+  if (!FileExists(solution.path)) return QXShowMessage("Solution File not found!");
+  RefreshConfigs(kSameSolution, solution.path);
+}
+
+void TVSDotNetProjectFrame::RefreshConfigs(bool changed, const std::string& file) {
+  const std::string remembered = cboConfigs_.Text();
+  cboConfigs_.ClearItems();
+  InterfacePtr<IVSDotNetSolution> solution;
+  try {
+    solution = OpenSolution(file);
+  } catch (const std::exception& error) {
+    return ShowOpenError(error.what());
+  }
+  projects_.Rebuild(*solution);
+  const InterfacePtr<IVSDotNetSolutionConfigurations> configurations = solution->GetConfigurations();
+  for (int i = 0; configurations && i < configurations->GetCount(); ++i)
+    cboConfigs_.AddItem(configurations->GetItem(i)->GetName());
+  if (!remembered.empty())
+    cboConfigs_.SetItemIndex(cboConfigs_.IndexOf(remembered));
+  else if (cboConfigs_.Count() > 0)
+    cboConfigs_.SetItemIndex(0);
+  NotifyFrames(changed, *solution);
+}
+
+void TVSDotNetProjectFrame::RefreshKeepingConfiguration(const std::string& file) {
+  const std::string remembered = cboConfigs_.Text();
+  RefreshConfigs(kSameSolution, file);
+  if (!remembered.empty()) cboConfigs_.SetText(remembered);
+}
+
+void TVSDotNetProjectFrame::NotifyFrames(bool changed, IVSDotNetSolution& solution) {
+  const InterfacePtr<IQXPageList> pages = Query<IQXPageList>(Owner());
+  for (int i = 0; pages && i < pages->GetPageCount(); ++i)
+    if (const auto page = Query<IVSDotNetPropertyPage>(pages->GetPage(i)))
+      page->UpdateSolution(changed, solution);
+}
+
+void TVSDotNetProjectFrame::EnableProjects(bool enabled) {
+  lstProjects_.SetEnabled(enabled);
+  btnCheckall_.SetEnabled(enabled);
+  btnUncheckAll_.SetEnabled(enabled);
+}
+
+// A text that cannot be expanded is where browsing starts as it stands.
+void TVSDotNetProjectFrame::txtSolutionButtonClick() {
+  const Expansion former = ExpandSolution();
+  TOpenDialog dialog;
+  dialog.title = "Select Solution";
+  dialog.filter = "Visual Studio.Net Solutions(*.sln)|*.sln";
+  dialog.fileName = former.error.empty() ? former.path : txtSolution_.Text();
+  if (!dialog.Execute()) return;
+  txtSolution_.SetText(dialog.fileName);
+  RefreshConfigs(dialog.fileName != former.path, dialog.fileName);
+}
+
+void TVSDotNetProjectFrame::cboVSVersionChange() {
+  const bool canUseMSBuild = cboVSVersion_.ItemIndex() >= static_cast<int>(TVSDotNetVersion::vs2005);
+  chkUseMSBuild_.SetEnabled(canUseMSBuild);
+  if (canUseMSBuild) chkUseMSBuild_.SetChecked(true);
+}
+
+void TVSDotNetProjectFrame::optBuildSelectedProjectsClick() {
+  if (!lstProjects_.Enabled()) {
+    const Expansion solution = ExpandSolution();
+    if (!solution.path.empty() && FileExists(solution.path)) RefreshKeepingConfiguration(solution.path);
+  }
+  EnableProjects(true);
+}
+
+// Reads the solution anew, so that the other pages learn of it. A missing file is not looked for first:
+// unlike the refresh button it ends in the error dialog, which users know.
+void TVSDotNetProjectFrame::lstProjectsClickCheck() {
+  const Expansion solution = ExpandSolution();
+  if (!solution.error.empty()) return ShowOpenError(solution.error);
+  if (!solution.path.empty()) RefreshKeepingConfiguration(solution.path);
+}
+
+}  // namespace qx
