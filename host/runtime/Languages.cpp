@@ -295,7 +295,7 @@ const Language& At(int index) {
 
 int TQXLanguages::GetCount() const { return kCount; }
 std::string TQXLanguages::GetName(int index) const { return std::string(At(index).name); }
-std::int32_t TQXLanguages::GetLCID(int index) const { return At(index).lcid; }
+std::int32_t TQXLanguages::GetLCID(int index) const { return index == -1 ? 0 : At(index).lcid; }
 
 int TQXLanguages::IndexOf(std::int32_t lcid) const {
   const auto* found = std::find_if(std::begin(kLanguages), std::end(kLanguages),

@@ -38,7 +38,12 @@ TEST(Languages, NameLocalesOnly) {
 TEST(Languages, AnIndexOutOfRangeIsRaised) {
   const int count = QXLanguages().GetCount();
   EXPECT_THROW(QXLanguages().GetName(count), Exception);
-  EXPECT_THROW(QXLanguages().GetLCID(-1), Exception);
+  EXPECT_THROW(QXLanguages().GetLCID(-2), Exception);
+  EXPECT_THROW(QXLanguages().GetLCID(count), Exception);
+}
+
+TEST(Languages, NoLanguageHasTheIdentifierZero) {
+  EXPECT_EQ(QXLanguages().GetLCID(QXLanguages().IndexOf(0x0007)), 0);
 }
 
 }  // namespace
