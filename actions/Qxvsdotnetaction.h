@@ -206,7 +206,7 @@ class TQXCustomVSDotNetAction
   // Writes the version resource of the chosen C++ projects; false when one was not written. Raises Exception.
   bool DoUpdateWin32VersionInfo(IVSDotNetSolution& solution);
   // Writes it into one resource script.
-  bool ApplyVersionInfo(const std::string& fileName);
+  virtual bool ApplyVersionInfo(const std::string& fileName);
 
   // Compiler runs; each is true when every program it started succeeded. The solution file is the path as it
   // goes onto the command line, the configuration is expanded.

@@ -276,6 +276,29 @@ TEST_F(VersionResources, LetTheErrorOfAMalformedScriptOut) {
   EXPECT_EQ(Read("src/Driver/Driver.rc"), kScript);
 }
 
+TEST_F(VersionResources, StayInTheScriptsBeforeOneThatFails) {
+  Write("src/Driver/Driver.rc", "VS_VERSION_INFO VERSIONINFO\r\nEND\r\n");
+  EXPECT_THROW(action->Execute(), Exception);
+  EXPECT_TRUE(Stamps("Native", "FILEVERSION 1,0,0,41"));
+  EXPECT_EQ(Read("src/Driver/Driver.rc"), "VS_VERSION_INFO VERSIONINFO\r\nEND\r\n");
+  EXPECT_FALSE(CompilerRan());
+}
+
+TEST_F(VersionResources, PreventTheBuildWhenAWriterRefuses) {
+  class Refused : public TQXCustomVSDotNetAction {
+    bool ApplyVersionInfo(const std::string&) override { return false; }
+  };
+  TQXActionClass refusing = TQXVSDotNetAction::Class();
+  refusing.construct = []() -> std::unique_ptr<TQXAction> { return std::make_unique<Refused>(); };
+  const auto refused = host.Make<Refused>(refusing);
+  refused->SetSolution(solution());
+  refused->Settings().vstudioVersion = TVSDotNetVersion::vs2003;
+  refused->Settings().updateWin32Resource = true;
+  EXPECT_FALSE(refused->Execute());
+  EXPECT_EQ(host.Lines(), Lines{"Win32 Version Info Not updated"});
+  EXPECT_FALSE(CompilerRan());
+}
+
 TEST_F(VersionResources, AreNotStampedWhenTheAssemblyAttributesFailed) {
   action->Settings().updateAssemblyInfo = true;
   action->SetAutoIncBuild(true);

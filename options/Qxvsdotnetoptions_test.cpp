@@ -252,6 +252,18 @@ TEST_F(Registration, GoesInTheSameOrderEachTime) {
                                       "RegisterOptions", "RegisterFunction", "RegisterEnumeration"}));
 }
 
+TEST_F(Registration, GivesScriptsNothingWithoutAnObject) {
+  RegisterOptions();
+  const TQXScriptHandler handler = TheCatalogue().Functions()[0].handler;
+  TheCatalogue().Forget();
+  struct Call : IQXScriptCall {
+    void SetResult(TQXOptionsObject* object) override { isNothing = object == nullptr; }
+    bool isNothing = false;
+  } call;
+  handler(call);
+  EXPECT_TRUE(call.isNothing);
+}
+
 TEST_F(Registration, GivesScriptsTheOneObject) {
   RegisterOptions();
   EXPECT_EQ(dynamic_cast<TVSDotNetOptions*>(TheCatalogue().CallFunction("VSDotNetOptions")),

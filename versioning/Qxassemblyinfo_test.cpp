@@ -191,6 +191,17 @@ TEST_F(AssemblyInfo, AMissingProjectEndsTheRun) {
   EXPECT_EQ(folder.Read("AssemblyInfo.cs"), "[assembly: AssemblyTitle(\"x\")]\r\n");
 }
 
+TEST_F(AssemblyInfo, AProjectFileThatVanishesMeanwhileEndsTheRunAndEarlierOnesStayRewritten) {
+  AddProject("A.csproj", kProject);
+  AddProject("B.csproj", kProject);
+  folder.Write("AssemblyInfo.cs", "[assembly: AssemblyTitle(\"x\")]\r\n");
+  source.Update(AssemblyAttribute::Title, "T");
+  const auto updater = Updater();
+  std::filesystem::remove(folder / "B.csproj");
+  EXPECT_THROW(updater->UpdateAll(), Exception);
+  EXPECT_EQ(folder.Read("AssemblyInfo.cs"), "[assembly: AssemblyTitle(\"T\")]\r\n");
+}
+
 TEST_F(AssemblyInfo, AMissingAssemblyInfoFileIsNamed) {
   AddProject("A.csproj", kProject);
   EXPECT_EQ(UpdateError().rfind("Cannot read " + Native("AssemblyInfo.cs") + ": ", 0), 0U);

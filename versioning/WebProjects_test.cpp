@@ -114,6 +114,15 @@ TEST_F(WebProject, WithoutAssemblyInfoIsLeftAlone) {
   for (const auto& request : server_->Requests()) EXPECT_NE(request.method, "PUT");
 }
 
+TEST_F(WebProject, AnHttpsAddressAloneIsTakenForAFile) {
+  try {
+    Updater({"https://127.0.0.1:1/S/A.csproj"})->UpdateAll();
+    ADD_FAILURE() << "no error";
+  } catch (const Exception& failure) {
+    EXPECT_TRUE(failure.Message().starts_with("ERROR : Unable to find : ")) << failure.Message();
+  }
+}
+
 TEST_F(WebProject, AnErrorDisconnectsTheClient) {
   Serve({{"/S/A.csproj", "Include=\"AssemblyInfo.cs\""}, {"/S/AssemblyInfo.cs", kOld}, {"/T/C.csproj", "x"}});
   const auto updater = Updater({Url("/S/A.csproj"), Url("/S/Nowhere.csproj"), Url("/T/C.csproj")});
