@@ -174,6 +174,10 @@ std::vector<std::string> Invocation::Values(std::string_view option) const {
   return found;
 }
 
+int ActionNumber(const Invocation& invocation) {
+  return ToInteger(invocation.Value("--action").value_or("1")).value_or(1);
+}
+
 std::optional<double> ToSeconds(std::string_view text) {
   constexpr double kLongest = 1e9;  // thirty years
   double seconds = 0;

@@ -25,6 +25,9 @@ struct Invocation {
 // NAME=VALUE at its first "="; raises Exception when there is none or nothing before it.
 std::pair<std::string, std::string> SplitAssignment(const std::string& text);
 
+// What --action says, 1 without it.
+int ActionNumber(const Invocation& invocation);
+
 // A decimal number above 0; nothing for any other text.
 std::optional<double> ToSeconds(std::string_view text);
 

@@ -68,6 +68,13 @@ constexpr std::array kExpandOperands{OperandRow{"TEXT", ValueKind::Text, 1, 1}};
 constexpr std::array kExpandOptions{
     OptionRow{"--project", "FILE", ValueKind::File, {}, false, "take the variables of this build project"},
     kSet};
+constexpr std::array kDriveOperands{OperandRow{"FILE", ValueKind::File, 0, 1}};
+constexpr std::array kDriveOptions{
+    OptionRow{"--action", "N", ValueKind::Number, {}, false, "which action, counted from 1 (default: 1)"},
+    OptionRow{"--options-page", "", ValueKind::None, {}, false, "the pages of the options instead"},
+    OptionRow{"--input", "COMMANDS", ValueKind::File, {}, false, "read the commands from this file"},
+    kSet,
+};
 constexpr std::array kHelpOperands{OperandRow{"COMMAND", ValueKind::Command, 0, 1}};
 
 constexpr std::array kCommands{
@@ -148,6 +155,25 @@ constexpr std::array kCommands{
                "sign.",
                "qxhost expand '%ROOT%/App.sln' --project nightly.xml", "shows the path that a build will use",
                ExpandText},
+    CommandRow{"drive", kDriveOperands, kDriveOptions, "drive an action's property pages without a screen",
+               "Fills the pages, then reads one command a line from standard input and answers each with one "
+               "line of "
+               "JSON.\n"
+               "pages: the page names in order.\n"
+               "state [PAGE[.CONTROL]]: every control, or one.\n"
+               "text PAGE.CONTROL VALUE: types into an edit, a combo box or a spin edit.\n"
+               "click PAGE.CONTROL: clicks a check box, a radio button or a button.\n"
+               "button PAGE.CONTROL N: presses the Nth button inside an edit, counted from 1.\n"
+               "select PAGE.CONTROL INDEX: picks an item of a list, counted from 0.\n"
+               "tick PAGE.CONTROL INDEX on|off: ticks an item of a check list.\n"
+               "cell PAGE.CONTROL COL ROW VALUE: edits a cell of a grid; row 0 is its heading.\n"
+               "answer file PATH, answer folder PATH, answer cancel: queues the answer to the next picker.\n"
+               "dialogs: every dialog shown since the last time.\n"
+               "write: has every page write its values and saves them.\n"
+               "quit: ends; what was not written is lost.\n"
+               "A command that is wrong answers {\"error\":\"...\"} and changes nothing.",
+               "echo 'state' | qxhost drive nightly.xml",
+               "shows every setting of the first action as its pages do", DrivePages},
     CommandRow{"help",
                kHelpOperands,
                {},

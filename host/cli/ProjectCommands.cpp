@@ -28,18 +28,6 @@ void SaveNow(OpenProject& project) {
   for (const std::string& warning : project.Save()) Session::Warn(warning);
 }
 
-TQXAction& ActionOf(OpenProject& project, int number) {
-  if (number > project.ActionCount()) {
-    const std::string count = std::to_string(project.ActionCount());
-    throw Exception(
-        project.File() + " has no action " + std::to_string(number) +
-        (project.ActionCount() == 0 ? "; append one with qxhost add" : " (nearest: " + count + ")"));
-  }
-  if (TQXAction* action = project.Action(number - 1)) return *action;
-  throw Exception(project.File() + ": no loaded package has action " + std::to_string(number) + ", \"" +
-                  project.ActionType(number - 1) + "\"; name its package with --package");
-}
-
 bool IsHidden(const TStringList& hidden, std::string_view name) { return hidden.IndexOf(name) >= 0; }
 
 TStringList HiddenOf(TQXAction& action) {
@@ -102,8 +90,7 @@ int SetProperties(Session& session, const Invocation& invocation) {
   if (!FileExists(file)) throw Exception("Cannot read " + file + ": there is no such file");
   const FileLock lock(file);
   OpenProject project = session.Open(file, invocation);
-  const int number = ToInteger(invocation.Value("--action").value_or("1")).value_or(1);
-  SetAll(ActionOf(project, number), std::span(invocation.operands).subspan(1));
+  SetAll(Session::ActionOf(project, ActionNumber(invocation)), std::span(invocation.operands).subspan(1));
   SaveNow(project);
   return 0;
 }

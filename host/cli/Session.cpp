@@ -96,4 +96,16 @@ OpenProject Session::Open(const std::string& file, const Invocation& invocation,
   return OpenProject(std::move(project), find, surroundings);
 }
 
+TQXAction& Session::ActionOf(OpenProject& project, int number) {
+  if (number > project.ActionCount()) {
+    const std::string count = std::to_string(project.ActionCount());
+    throw Exception(
+        project.File() + " has no action " + std::to_string(number) +
+        (project.ActionCount() == 0 ? "; append one with qxhost add" : " (nearest: " + count + ")"));
+  }
+  if (TQXAction* action = project.Action(number - 1)) return *action;
+  throw Exception(project.File() + ": no loaded package has action " + std::to_string(number) + ", \"" +
+                  project.ActionType(number - 1) + "\"; name its package with --package");
+}
+
 }  // namespace qx::cli

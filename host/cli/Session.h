@@ -45,6 +45,8 @@ class Session {
 
   // Opens a project: its variables and those of --set in force, its actions loaded through the packages.
   OpenProject Open(const std::string& file, const Invocation& invocation, ActionLog* log = nullptr);
+  // The action of a 1-based number; raises Exception that says why there is none.
+  static TQXAction& ActionOf(OpenProject& project, int number);
   // Puts --set and, when one is given, a project's own variables in force.
   void UseVariables(const Invocation& invocation, const BuildProject* project);
   const qx::Variables& Variables() const { return variables_; }

@@ -3,6 +3,7 @@
 #include "plugin/Qxpackage.h"
 #include "plugin/Qxservices.h"
 #include "tests/tinypackage/TinyAction.h"
+#include "tests/tinypackage/TinyPages.h"
 
 #ifndef TINY_FAULT
 #define TINY_FAULT 0
@@ -38,9 +39,21 @@ TINY_EXPORT qx::TQXUnitTable QXPackageUnits() { return {units, 2}; }
 TINY_EXPORT void QXRegister(bool design) {
   qx::QXActionServices().RegisterAction(qx::tiny::TinyActionClass(), "Tiny Task", "Testing", "TINY");
   qx::QXOptionsServices().RegisterOptions(qx::tiny::TinyOptionsClass(), "TINY");
+  qx::QXScriptingServices().RegisterFunction("TinyOptions", [](qx::IQXScriptCall& call) {
+    call.SetResult(qx::QXOptionsServices().FindOptions("Testing", "Tiny"));
+  });
+  qx::QXScriptingServices().RegisterFunction("Nothing",
+                                             [](qx::IQXScriptCall& call) { call.SetResult(nullptr); });
+  qx::QXScriptingServices().RegisterFunction(
+      "Trouble", [](qx::IQXScriptCall&) { throw qx::Exception("the tiny function fails"); });
+  qx::QXScriptingServices().RegisterEnumeration("TTinyVerdict", qx::ValueNames<qx::tiny::TTinyVerdict>);
   if (TINY_FAULT == TINY_FAULT_IN_REGISTER) throw qx::Exception("the tiny catalogue is full");
   if (!design) return;
   static constexpr qx::TQXPropertyEditorClass editor{"TShowActionPropertiesEditor", nullptr};
   qx::QXActionServices().RegisterPropertyEditor(qx::tiny::TinyActionClass(), "Text", editor);
+  const qx::TFrameClass* const pages[] = {&qx::tiny::TinyFrameClass()};
+  qx::QXActionServices().RegisterPropertyPages(qx::tiny::TinyActionClass(), pages);
+  qx::QXOptionsServices().RegisterOptionsPage(qx::tiny::TinyOptionsClass(),
+                                              qx::tiny::TinyOptionsFrameClass());
 }
 #endif
