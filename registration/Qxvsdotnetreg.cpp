@@ -5,6 +5,12 @@
 #include "actions/Qxmstestaction.h"
 #include "actions/Qxvsdotnetaction.h"
 #include "options/Qxvsdotnetoptions.h"
+#include "pages/Qxmstestframe.h"
+#include "pages/Qxvsdotnetassemblyframe.h"
+#include "pages/Qxvsdotnetoptionsframe.h"
+#include "pages/Qxvsdotnetoutputlocationframe.h"
+#include "pages/Qxvsdotnetprojectframe.h"
+#include "pages/Qxvsdotnetversioninfoframe.h"
 #include "plugin/Qxservices.h"
 
 namespace qx {
@@ -12,8 +18,20 @@ namespace {
 
 // In the order in which units start: what a unit builds on stands above it.
 TQXUnit g_units[] = {
-    {"Vsnetsln", 0},       {"Qxvsdotnetoptions", 0}, {"Qxvc7versioninfo", 0}, {"Qxresolveiisdirectory", 0},
-    {"Qxassemblyinfo", 0}, {"Qxvsdotnetaction", 0},  {"Qxmstestaction", 0},   {"Qxvsdotnetreg", 0},
+    {"Vsnetsln", 0},
+    {"Qxvsdotnetoptions", 0},
+    {"Qxvc7versioninfo", 0},
+    {"Qxresolveiisdirectory", 0},
+    {"Qxassemblyinfo", 0},
+    {"Qxvsdotnetaction", 0},
+    {"Qxvsdotnetprojectframe", 0},
+    {"Qxvsdotnetassemblyframe", 0},
+    {"Qxvsdotnetoptionsframe", 0},
+    {"Qxvsdotnetoutputlocationframe", 0},
+    {"Qxvsdotnetversioninfoframe", 0},
+    {"Qxmstestaction", 0},
+    {"Qxmstestframe", 0},
+    {"Qxvsdotnetreg", 0},
 };
 
 // The host's own editor: opens the action's first property page.
@@ -39,6 +57,12 @@ void RegisterPropertyEditors(const TQXActionClass& action) {
   for (const Row& row : rows) QXActionServices().RegisterPropertyEditor(action, row.property, row.editor);
 }
 
+// One call a page: the dialog shows them in this order.
+void RegisterPage(const TQXActionClass& action, const TFrameClass& page) {
+  const TFrameClass* const pages[] = {&page};
+  QXActionServices().RegisterPropertyPages(action, pages);
+}
+
 }  // namespace
 
 void RegisterPackage(bool design) {
@@ -50,6 +74,12 @@ void RegisterPackage(bool design) {
   RegisterOptions();
   if (!design) return;
   RegisterPropertyEditors(TQXVSDotNetAction::Class());
+  RegisterPage(TQXVSDotNetAction::Class(), TVSDotNetProjectFrame::Class());
+  RegisterPage(TQXVSDotNetAction::Class(), TVSDotNetAssemblyFrame::Class());
+  RegisterPage(TQXVSDotNetAction::Class(), TVSDotNetOutputLocationFrame::Class());
+  RegisterPage(TQXVSDotNetAction::Class(), TVC7VersionInfoFrame::Class());
+  QXOptionsServices().RegisterOptionsPage(TVSDotNetOptions::Class(), TVSDotNetOptionsFrame::Class());
+  RegisterPage(TQXMSTestAction::Class(), TMSTestFrame::Class());
 }
 
 void StartUnits() {

@@ -52,7 +52,7 @@ TEST_F(PackageRegistration, GivesActionsAndOptionsWithoutDesign) {
   EXPECT_EQ(Made(), kWithoutDesign);
 }
 
-TEST_F(PackageRegistration, GivesEditorsForDesign) {
+TEST_F(PackageRegistration, GivesEditorsAndPagesForDesign) {
   RegisterPackage(true);
   Calls expected = kWithoutDesign;
   for (const char* row :
@@ -60,6 +60,13 @@ TEST_F(PackageRegistration, GivesEditorsForDesign) {
         "AssemblyInfo, TShowActionPropertiesEditor", "Win32VersionInfo, TShowActionPropertiesEditor",
         "NSolution, TSolutionEditor", "NSolutionConfiguration, TSolutionEditor"})
     expected.push_back("RegisterPropertyEditor(TQXVSDotNetAction, " + std::string(row) + ")");
+  for (const char* call : {"RegisterPropertyPages(TQXVSDotNetAction, [TVSDotNetProjectFrame])",
+                           "RegisterPropertyPages(TQXVSDotNetAction, [TVSDotNetAssemblyFrame])",
+                           "RegisterPropertyPages(TQXVSDotNetAction, [TVSDotNetOutputLocationFrame])",
+                           "RegisterPropertyPages(TQXVSDotNetAction, [TVC7VersionInfoFrame])",
+                           "RegisterOptionsPage(TVSDotNetOptions, TVSDotNetOptionsFrame)",
+                           "RegisterPropertyPages(TQXMSTestAction, [TMSTestFrame])"})
+    expected.push_back(call);
   EXPECT_EQ(Made(), expected);
 }
 
@@ -93,9 +100,20 @@ Calls Units() {
 }
 
 TEST(PackageUnits, CountTheirStarts) {
-  const Calls stopped = {
-      "Vsnetsln 0",       "Qxvsdotnetoptions 0", "Qxvc7versioninfo 0", "Qxresolveiisdirectory 0",
-      "Qxassemblyinfo 0", "Qxvsdotnetaction 0",  "Qxmstestaction 0",   "Qxvsdotnetreg 0"};
+  const Calls stopped = {"Vsnetsln 0",
+                         "Qxvsdotnetoptions 0",
+                         "Qxvc7versioninfo 0",
+                         "Qxresolveiisdirectory 0",
+                         "Qxassemblyinfo 0",
+                         "Qxvsdotnetaction 0",
+                         "Qxvsdotnetprojectframe 0",
+                         "Qxvsdotnetassemblyframe 0",
+                         "Qxvsdotnetoptionsframe 0",
+                         "Qxvsdotnetoutputlocationframe 0",
+                         "Qxvsdotnetversioninfoframe 0",
+                         "Qxmstestaction 0",
+                         "Qxmstestframe 0",
+                         "Qxvsdotnetreg 0"};
   EXPECT_EQ(Units(), stopped);
   StartUnits();
   EXPECT_EQ(Units()[0], "Vsnetsln 1");
