@@ -90,6 +90,14 @@ bool TryReadFile(const std::string& path, std::string& bytes, std::string* reaso
   return true;
 }
 
+bool TryReadParts(const std::string& path, std::string& buffer, const TakePart& take, std::string* reason) {
+  std::string ignored;
+  if (!Recorded(path)) return system::ReadParts(path, buffer, take, reason != nullptr ? *reason : ignored);
+  if (!TryReadFile(path, buffer, reason)) return false;
+  take(buffer);
+  return true;
+}
+
 std::string ReadFile(const std::string& path) {
   std::string bytes, reason;
   if (TryReadFile(path, bytes, &reason)) return bytes;

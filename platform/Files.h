@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,6 +24,12 @@ std::string ReadFile(const std::string& path);
 // For many files at once: reads the file of exactly that name, in native delimiters, into a buffer that keeps
 // its memory; false, with the reason in `*reason` when that is given, where it cannot.
 bool TryReadFile(const std::string& path, std::string& bytes, std::string* reason = nullptr);
+
+// For a look into large files: hands the bytes of such a file over part by part, through a buffer that keeps
+// its memory, until `take` answers true or the file ends.
+using TakePart = std::function<bool(std::string_view part)>;
+bool TryReadParts(const std::string& path, std::string& buffer, const TakePart& take,
+                  std::string* reason = nullptr);
 
 // False for a folder, and for what cannot be looked at.
 bool FileExists(const std::string& path);

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <climits>
@@ -19,6 +20,8 @@
 
 namespace qx {
 namespace {
+
+constexpr std::size_t kPartSize = 1 << 18;
 
 class Descriptor {
  public:
@@ -43,6 +46,22 @@ std::string LastError() { return std::strerror(errno); }
 int OpenToRead(const std::string& path) {
   // Without blocking, or a pipe without a writer would hold us for ever.
   return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+}
+
+// A descriptor of a regular file, and the file's size; a negative one, and the reason, where there is none.
+int OpenRegular(const std::string& path, std::size_t& size, std::string& reason) {
+  Descriptor file(OpenToRead(path));
+  struct stat status;
+  if (!file.IsOpen() || fstat(file.Number(), &status) != 0) {
+    reason = LastError();
+    return -1;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    reason = S_ISDIR(status.st_mode) ? "it is a folder" : "it is not a regular file";
+    return -1;
+  }
+  size = static_cast<std::size_t>(status.st_size);
+  return file.Release();
 }
 
 // Reads to the end of the file, which may have grown or shrunk since its size was asked.
@@ -122,21 +141,29 @@ bool WriteAndRename(const std::string& target, std::span<const std::string_view>
 namespace system {
 
 bool Read(const std::string& path, std::string& bytes, std::string& reason) {
-  Descriptor file(OpenToRead(path));
-  if (!file.IsOpen()) {
-    reason = LastError();
-    return false;
+  std::size_t size = 0;
+  const Descriptor file(OpenRegular(path, size, reason));
+  return file.IsOpen() && Drain(file.Number(), size, bytes, reason);
+}
+
+bool ReadParts(const std::string& path, std::string& buffer,
+               const std::function<bool(std::string_view)>& take, std::string& reason) {
+  std::size_t size = 0;
+  const Descriptor file(OpenRegular(path, size, reason));
+  if (!file.IsOpen()) return false;
+  // One byte more than the size was asked for: a short answer is the end.
+  buffer.resize(std::min(size + 1, kPartSize));
+  for (;;) {
+    const ssize_t count = read(file.Number(), buffer.data(), buffer.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) {
+      reason = LastError();
+      return false;
+    }
+    const std::size_t got = static_cast<std::size_t>(count);
+    if (got > 0 && take(std::string_view(buffer).substr(0, got))) return true;
+    if (got < buffer.size()) return true;
   }
-  struct stat status;
-  if (fstat(file.Number(), &status) != 0) {
-    reason = LastError();
-    return false;
-  }
-  if (!S_ISREG(status.st_mode)) {
-    reason = S_ISDIR(status.st_mode) ? "it is a folder" : "it is not a regular file";
-    return false;
-  }
-  return Drain(file.Number(), static_cast<std::size_t>(status.st_size), bytes, reason);
 }
 
 std::string WriteTarget(const std::string& path) {

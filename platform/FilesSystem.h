@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +13,10 @@ namespace qx::system {
 
 // Reads the regular file of exactly that name whole into a buffer that keeps its memory.
 bool Read(const std::string& path, std::string& bytes, std::string& reason);
+
+// The same in parts, which come through the buffer until `take` answers true.
+bool ReadParts(const std::string& path, std::string& buffer,
+               const std::function<bool(std::string_view)>& take, std::string& reason);
 
 // The path on disk that a write to `path` goes to: native, absolute, links followed; the file need not exist.
 std::string WriteTarget(const std::string& path);

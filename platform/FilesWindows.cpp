@@ -33,6 +33,7 @@ class Handle {
 
 // Calls of the system move at most 4 GB at once; 64 MB leaves no doubt.
 constexpr std::size_t kMostAtOnce = 1 << 26;
+constexpr DWORD kPartSize = 1 << 18;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 std::string LastError() { return system::ErrorText(GetLastError()); }
@@ -78,6 +79,19 @@ bool Read(const std::string& path, std::string& bytes, std::string& reason) {
   if (file.IsOpen() && GetFileSizeEx(file.Get(), &size) &&
       ReadAll(file.Get(), static_cast<std::size_t>(size.QuadPart), bytes)) {
     return true;
+  }
+  reason = IsFolder(path) ? "it is a folder" : LastError();
+  return false;
+}
+
+bool ReadParts(const std::string& path, std::string& buffer,
+               const std::function<bool(std::string_view)>& take, std::string& reason) {
+  const Handle file(CreateFileW(WidePath(path).c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
+  buffer.resize(kPartSize);
+  DWORD count = 0;
+  while (file.IsOpen() && ::ReadFile(file.Get(), buffer.data(), kPartSize, &count, nullptr)) {
+    if (count == 0 || take(std::string_view(buffer).substr(0, count))) return true;
   }
   reason = IsFolder(path) ? "it is a folder" : LastError();
   return false;

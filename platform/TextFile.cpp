@@ -58,6 +58,8 @@ void AppendUtf16(std::string& out, std::u16string_view units, TextEncoding encod
 
 }  // namespace
 
+TextEncoding EncodingOf(std::string_view bytes) { return MarkOf(bytes).encoding; }
+
 std::string_view DecodeText(std::string_view bytes, std::string& scratch) {
   const Mark mark = MarkOf(bytes);
   bytes.remove_prefix(mark.bytes.size());
@@ -68,7 +70,7 @@ std::string_view DecodeText(std::string_view bytes, std::string& scratch) {
 
 TextFile TextFile::FromBytes(std::string_view bytes) {
   std::string scratch;
-  return {SplitLines(DecodeText(bytes, scratch)), MarkOf(bytes).encoding};
+  return {SplitLines(DecodeText(bytes, scratch)), EncodingOf(bytes)};
 }
 
 TextFile TextFile::Load(const std::string& path) { return FromBytes(ReadFile(path)); }

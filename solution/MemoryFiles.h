@@ -26,6 +26,13 @@ class MemoryFiles final : public SolutionFiles {
     bytes = found->second;
     return true;
   }
+  bool ReadParts(const std::string& path, const std::function<bool(std::string_view)>& take) override {
+    std::string bytes, reason;
+    if (!Read(path, bytes, reason)) return false;
+    for (std::size_t at = 0; at < bytes.size() && !take(std::string_view(bytes).substr(at, 7)); at += 7) {
+    }
+    return true;
+  }
 
   // The full path that a name has in the model.
   static std::string Full(const std::string& name) { return ExpandPath(FolderPart(Solution()), name); }

@@ -8,6 +8,7 @@
 
 #include "platform/Paths.h"
 #include "platform/TextFile.h"
+#include "platform/TextSearch.h"
 #include "platform/Texts.h"
 #include "plugin/Qxtypes.h"
 #include "solution/VcprojScan.h"
@@ -115,25 +116,22 @@ class Reader {
       std::string script = ExpandPath(folder, listed);
       const bool sought = project.version_info_file.empty();
       // Reading it also tells that it exists under this very name; what is not read is looked up.
-      if (sought ? ReadScript(script) : files_.FindFile(script)) {
-        if (sought && HoldsVersionInfo()) project.version_info_file = script;
+      if (!sought) {
+        files_.FindFile(script);
+      } else if (HoldsVersionInfo(script)) {
+        project.version_info_file = script;
       }
       project.resource_scripts.Add(std::move(script));
     }
   }
 
-  // A script that cannot be read is passed over silently.
-  bool ReadScript(std::string& path) {
-    std::string reason;
-    return files_.Read(path, script_, reason) ||
-           (files_.FindFile(path) && files_.Read(path, script_, reason));
-  }
-
-  bool HoldsVersionInfo() {
-    static const std::boyer_moore_horspool_searcher searcher(kVersionInfo.begin(), kVersionInfo.end());
-    std::string scratch;
-    const std::string_view text = DecodeText(script_, scratch);
-    return std::search(text.begin(), text.end(), searcher) != text.end();
+  // The path becomes the one that the script has on disk. One that cannot be read is passed over silently.
+  bool HoldsVersionInfo(std::string& path) {
+    TextSearch search(kVersionInfo);
+    const auto take = [&search](std::string_view part) { return search.Take(part); };
+    const bool isRead =
+        files_.ReadParts(path, take) || (files_.FindFile(path) && files_.ReadParts(path, take));
+    return isRead && search.Found();
   }
 
   // The cursor is on "Global".
@@ -211,7 +209,7 @@ class Reader {
   std::optional<std::vector<std::string_view>>
       configuration_names_;  // of the last section; they lie in the text
   XmlDocument document_;
-  std::string buffer_, script_;
+  std::string buffer_;
 };
 
 }  // namespace

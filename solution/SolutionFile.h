@@ -2,6 +2,7 @@
 // case-sensitive markers, as saved projects and build scripts have come to rely on.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,6 +35,8 @@ class SolutionFiles {
   virtual bool FindFile(std::string& path) = 0;
   // Fills the buffer with a file's bytes; false, with the reason, when it cannot.
   virtual bool Read(const std::string& path, std::string& bytes, std::string& reason) = 0;
+  // Hands a file's bytes over in parts until `take` answers true; false when the file cannot be read.
+  virtual bool ReadParts(const std::string& path, const std::function<bool(std::string_view)>& take) = 0;
 };
 
 // Reads a solution from its text (DecodeText gives it); paths are taken from the folder of `fileName`. Raises

@@ -141,9 +141,13 @@ class FilesOnDisk final : public SolutionFiles {
   bool Read(const std::string& path, std::string& bytes, std::string& reason) override {
     return TryReadFile(path, bytes, &reason);
   }
+  bool ReadParts(const std::string& path, const std::function<bool(std::string_view)>& take) override {
+    return TryReadParts(path, buffer_, take);
+  }
 
  private:
   PathFinder finder_;
+  std::string buffer_;
 };
 
 }  // namespace
