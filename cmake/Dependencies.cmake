@@ -1,6 +1,6 @@
-# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_sodium.
+# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_lua, qx_sodium.
 # Linux takes Debian's packages. The Windows build takes the header-only ones from the same packages and
-# compiles pugixml from Debian's source package, which scripts/setup leaves in the cache folder below.
+# compiles pugixml and Lua from Debian's source packages, which scripts/setup leaves in the cache folder below.
 if(DEFINED ENV{XDG_CACHE_HOME})
   set(qx_cache_default "$ENV{XDG_CACHE_HOME}/vsdotnet-package")
 else()
@@ -40,6 +40,14 @@ if(WIN32)
   endif()
   add_library(qx_pugixml STATIC "${qx_pugixml_source}")
   target_include_directories(qx_pugixml SYSTEM PUBLIC "${QX_CACHE_FOLDER}/pugixml/src")
+
+  file(GLOB qx_lua_sources CONFIGURE_DEPENDS "${QX_CACHE_FOLDER}/lua5.4/src/l*.c")
+  list(FILTER qx_lua_sources EXCLUDE REGEX "/(lua|luac)\\.c$")  # the programs
+  if(NOT qx_lua_sources)
+    message(FATAL_ERROR "${QX_CACHE_FOLDER}/lua5.4/src was not found: run scripts/setup")
+  endif()
+  add_library(qx_lua STATIC ${qx_lua_sources})
+  target_include_directories(qx_lua SYSTEM PUBLIC "${QX_CACHE_FOLDER}/lua5.4/src")
 else()
   # The archive rather than the shared library: installed programs then need nothing beside the C++ runtime for it.
   find_library(QX_PUGIXML_ARCHIVE NAMES libpugixml.a)
@@ -58,6 +66,14 @@ else()
   add_library(qx_sodium SHARED IMPORTED GLOBAL)
   set_target_properties(qx_sodium PROPERTIES IMPORTED_LOCATION "${QX_SODIUM_LIBRARY}"
                         INTERFACE_INCLUDE_DIRECTORIES "${QX_SODIUM_HEADERS}")
+
+  find_library(QX_LUA_LIBRARY NAMES lua5.4)
+  find_path(QX_LUA_HEADERS lua.hpp PATH_SUFFIXES lua5.4)
+  qx_need(QX_LUA_LIBRARY liblua5.4)
+  qx_need(QX_LUA_HEADERS lua.hpp)
+  add_library(qx_lua SHARED IMPORTED GLOBAL)
+  set_target_properties(qx_lua PROPERTIES IMPORTED_LOCATION "${QX_LUA_LIBRARY}"
+                        INTERFACE_INCLUDE_DIRECTORIES "${QX_LUA_HEADERS}")
 endif()
 
 # Windows programs share one C++ runtime, or an exception would not pass from one module to another. Its

@@ -75,6 +75,10 @@ constexpr std::array kDriveOptions{
     OptionRow{"--input", "COMMANDS", ValueKind::File, {}, false, "read the commands from this file"},
     kSet,
 };
+constexpr std::array kScriptOperands{OperandRow{"FILE", ValueKind::File, 0, 1},
+                                     OperandRow{"ARGUMENT", ValueKind::Text, 0, kAny}};
+constexpr std::array kScriptOptions{
+    OptionRow{"-e", "TEXT", ValueKind::Text, {}, false, "run this text instead of a file"}};
 constexpr std::array kHelpOperands{OperandRow{"COMMAND", ValueKind::Command, 0, 1}};
 
 constexpr std::array kCommands{
@@ -172,8 +176,17 @@ constexpr std::array kCommands{
                "write: has every page write its values and saves them.\n"
                "quit: ends; what was not written is lost.\n"
                "A command that is wrong answers {\"error\":\"...\"} and changes nothing.",
-               "echo 'state' | qxhost drive nightly.xml",
-               "shows every setting of the first action as its pages do", DrivePages},
+               "qxhost drive nightly.xml < commands.txt",
+               "changes the first action by the rules of its pages", DrivePages},
+    CommandRow{
+        "script", kScriptOperands, kScriptOptions, "run a Lua script on the options",
+        "A script calls the functions that the packages register, and uses their enumerations as tables. "
+        "A function gives an options object, whose properties are read and set as fields, or nil. Letter "
+        "case does not matter in any of these names.\n"
+        "Lua's own libraries are there, except os.exit. Arguments arrive in ... and in the table arg.\n"
+        "When the script has ended, the options that it changed are saved; when it fails, its file and line "
+        "are named, nothing is saved and the exit code is 1.",
+        "qxhost script tools.lua /opt/tools", "runs a script with one argument", RunScriptFile},
     CommandRow{"help",
                kHelpOperands,
                {},
@@ -186,7 +199,7 @@ constexpr std::array kCommands{
 
 constexpr std::array kExitCodes{
     ExitCodeRow{0, "success"},
-    ExitCodeRow{1, "an action failed"},
+    ExitCodeRow{1, "an action or a script failed"},
     ExitCodeRow{2, "usage, or an input that cannot be read"},
     ExitCodeRow{3, "validation failed; nothing was executed"},
     ExitCodeRow{4, "an exception left an action"},

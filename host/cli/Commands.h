@@ -18,6 +18,7 @@ int ShowPackages(Session& session, const Invocation& invocation);
 int ShowOptions(Session& session, const Invocation& invocation);
 int ExpandText(Session& session, const Invocation& invocation);
 int DrivePages(Session& session, const Invocation& invocation);
+int RunScriptFile(Session& session, const Invocation& invocation);
 int ShowHelp(Session& session, const Invocation& invocation);
 
 }  // namespace qx::cli
