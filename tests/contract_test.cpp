@@ -7,9 +7,11 @@
 #include <sstream>
 #include <string>
 
+#include "actions/Qxvsdotnetaction.h"
 #include "plugin/Qxaction.h"
 #include "plugin/Qxdotnetinfo.h"
 #include "plugin/Qxexecuteaction.h"
+#include "plugin/Qxframe.h"
 #include "plugin/Qxlanguages.h"
 #include "plugin/Qxoptions.h"
 #include "plugin/Qxprocess.h"
@@ -157,6 +159,30 @@ void DumpHost(Dump& dump) {
   HEAD(IStringTokeniser);
   HEAD(IQXDotNetInfo);
   HEAD(IQXDotNetFramework);
+  HEAD(IQXPageList);
+  SLOT(IQXPageList, GetPageCount);
+  SLOT(IQXPageList, GetPage);
+  HEAD(IQXOptionPageOwner);
+  SLOT(IQXOptionPageOwner, GetOptions);
+}
+
+void DumpPages(Dump& dump) {
+  dump.Head("TFrame");
+  SLOT(TFrame, InitFrame);
+  SLOT(TFrame, InitPage);
+  SLOT(TFrame, ReadActionData);
+  SLOT(TFrame, WriteActionData);
+  SLOT(TFrame, OnPageActivate);
+  SLOT(TFrame, OnPageDeActivate);
+  SLOT(TFrame, PageName);
+  SLOT(TFrame, GetHelpContext);
+  dump.Head("TQXOptionsFrame");
+  dump.Slot(SlotOf<void (TQXOptionsFrame::*)(IQXOptionPageOwner&)>(&TQXOptionsFrame::InitPage), "InitPage");
+  SLOT(TQXOptionsFrame, ReadOptions);
+  SLOT(TQXOptionsFrame, WriteOptions);
+  SLOT(TQXOptionsFrame, GetPageName);
+  HEAD(IVSDotNetPropertyPage);
+  SLOT(IVSDotNetPropertyPage, UpdateSolution);
 }
 
 void DumpSolutionModel(Dump& dump) {
@@ -240,6 +266,7 @@ TEST(Contract, IdentifiersAndSlotOrdersEqualTheGoldenList) {
   Dump dump;
   DumpAction(dump);
   DumpHost(dump);
+  DumpPages(dump);
   DumpSolutionModel(dump);
   DumpVersionInfo(dump);
   std::stringstream golden;
