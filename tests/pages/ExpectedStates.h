@@ -1,6 +1,7 @@
 // The table of what every control of every page looks like, states.jsonl, and the comparison with it. One
 // line a control in the order of the page; a key that is missing has its default (no caption, no hint, no tab
-// stop, enabled); "read" holds what differs once a new action, or new options, were read.
+// stop, enabled). "read" holds what differs once a new action, or new options, were read, "loaded" what
+// differs then when it was saved and loaded before.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,7 +16,8 @@ namespace qx {
 
 using Json = nlohmann::ordered_json;
 
-enum class Moment { Initial, AfterReading };
+// AfterLoading: read by the pages after the host has saved and loaded it, whose setters changed something.
+enum class Moment { Initial, AfterReading, AfterLoading };
 
 inline Json ExpectedStates(const std::string& page, Moment moment) {
   std::ifstream file(std::string(QX_SOURCE_DIR) + "/tests/pages/states.jsonl");
@@ -24,8 +26,12 @@ inline Json ExpectedStates(const std::string& page, Moment moment) {
     Json row = Json::parse(line);
     if (row["page"] != page) continue;
     Json state{{"caption", ""}, {"hint", ""}, {"tab", -1}, {"enabled", true}};
-    if (moment == Moment::AfterReading && row.contains("read")) row.update(Json(row["read"]));
-    row.erase("read");
+    for (const char* key : {"read", "loaded"}) {
+      const Json difference = row.value(key, Json::object());
+      row.erase(key);
+      if (moment == Moment::AfterLoading || (moment == Moment::AfterReading && key == std::string("read")))
+        row.update(difference);
+    }
     row.erase("page");
     state.update(row);
     if (state.contains("text") && !state.contains("items") && !state.contains("value") &&

@@ -1,0 +1,195 @@
+// Walks through the property pages with the real program and the real package, as a user without a screen
+// would make them: every state against the table, and the cases of walks/*.txt.
+//
+// A case there:
+//   [Page: what is shown]
+//   set NAME=VALUE            properties of the action, before its pages are opened
+//   > COMMAND                 as qxhost drive takes it
+//   < {"key": value, ...}     the answer holds at least this; lists answer member by member
+//   saved {"Name": value}     the action's properties, once the program has ended
+// Every case runs in a folder with the solutions that the fixture below writes, and their project's file.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "platform/Files.h"
+#include "platform/TestFolder.h"
+#include "tests/pages/ExpectedStates.h"
+#include "tests/support/RunProgram.h"
+
+namespace qx {
+namespace {
+
+using Words = std::vector<std::string>;
+
+constexpr const char* kBuild = "Build VS.Net Solution";
+constexpr const char* kTest = "Run MSTest";
+constexpr const char* kOptions = "";
+
+class PagesOnDisk {
+ public:
+  PagesOnDisk() {
+    folder.Write("Any.csproj", "<Project/>");
+    folder.Write("App.sln", Solution({"Library|A", "Program|B", "Tool|C"}, {"Debug|Win32", "Release|Win32"}));
+    folder.Write("Other.sln", Solution({"Else|D", "Tool|C"}, {"Checked"}));
+    folder.Write("Same.sln", Solution({"Tool|A", "Tool|C"}, {}));
+    folder.Write("Bad.sln", "Something else\r\n");
+    folder.Write("Torn.sln", "Microsoft Visual Studio Solution File, Format Version 9.00\r\nProject(\"" +
+                                 Guid("A") +
+                                 "\") = \"Name\", \"Any.csproj\"\r\nEndProject\r\nGlobal\r\nEndGlobal\r\n");
+  }
+
+  test::ProgramResult Host(Words words) const {
+    words.insert(words.begin(), {"--options", folder / "options.xml"});
+    return test::RunProgram(std::string(QX_BINARY_DIR) + "/qxhost" + QX_PROGRAM_ENDING, words, folder.Path());
+  }
+
+  // A build project with one such action; nothing for the options.
+  void Add(const std::string& action, const Words& settings) const {
+    if (action == kOptions) return;
+    ASSERT_EQ(Host({"new", "p.xml"}).code, 0);
+    Words words{"add", "p.xml", action};
+    words.insert(words.end(), settings.begin(), settings.end());
+    const test::ProgramResult added = Host(words);
+    ASSERT_EQ(added.code, 0) << added.err;
+  }
+
+  // The answers to the commands, one each.
+  std::vector<Json> Drive(const std::string& action, const Words& commands) const {
+    std::string input;
+    for (const std::string& command : commands) input += command + "\n";
+    folder.Write("commands.txt", input);
+    const test::ProgramResult result =
+        Host({"drive", action == kOptions ? "--options-page" : "p.xml", "--input", folder / "commands.txt"});
+    EXPECT_EQ(result.code, 0) << result.err;
+    std::vector<Json> answers;
+    std::istringstream lines(result.out);
+    for (std::string line; std::getline(lines, line);) answers.push_back(Json::parse(line));
+    return answers;
+  }
+
+  Json Saved(const std::string& action) const {
+    const test::ProgramResult shown =
+        action == kOptions ? Host({"options", "--json"}) : Host({"show", "p.xml", "--all", "--json"});
+    EXPECT_EQ(shown.code, 0) << shown.err;
+    const Json saved = Json::parse(shown.out);
+    return action == kOptions ? saved["objects"][0]["properties"] : saved["actions"][0]["properties"];
+  }
+
+  TestFolder folder;
+
+ private:
+  static std::string Guid(const std::string& letter) {
+    return "{" + std::string(8, letter[0]) + "-0000-0000-0000-00000000000" + letter + "}";
+  }
+  static std::string Solution(const Words& projects, const Words& configurations) {
+    std::string text = "Microsoft Visual Studio Solution File, Format Version 9.00\r\n";
+    for (const std::string& project : projects)
+      text += "Project(\"" + Guid("F") + "\") = \"" + project.substr(0, project.find('|')) +
+              "\", \"Any.csproj\", \"" + Guid(project.substr(project.find('|') + 1)) + "\"\r\nEndProject\r\n";
+    text += "Global\r\nGlobalSection(SolutionConfiguration) = preSolution\r\n";
+    for (const std::string& name : configurations) text += name + " = " + name + "\r\n";
+    return text + "EndGlobalSection\r\nEndGlobal\r\n";
+  }
+};
+
+// Every key of the expected object with an equal value; every member of an expected list likewise.
+void ExpectHolds(const Json& answer, const Json& expected, const std::string& where) {
+  if (expected.is_object()) {
+    ASSERT_TRUE(answer.is_object()) << where << ": " << answer;
+    for (const auto& [key, value] : expected.items()) {
+      ASSERT_TRUE(answer.contains(key)) << where << ": no " << key << " in " << answer;
+      ExpectHolds(answer[key], value, where + " " + key);
+    }
+  } else if (expected.is_array() && !expected.empty() && expected[0].is_object()) {
+    ASSERT_EQ(answer.size(), expected.size()) << where << ": " << answer;
+    for (std::size_t i = 0; i < expected.size(); ++i) ExpectHolds(answer[i], expected[i], where);
+  } else {
+    EXPECT_EQ(answer, expected) << where;
+  }
+}
+
+TEST(DrivenStates, AreThoseOfTheTable) {
+  const std::pair<const char*, Words> subjects[] = {
+      {kBuild, {"Solution", "Assembly Info", "Project Detection", "Version Info"}},
+      {kTest, {"Settings"}},
+      {kOptions, {"Visual Studio.Net"}}};
+  for (const auto& [subject, pages] : subjects) {
+    PagesOnDisk disk;
+    disk.Add(subject, {});
+    Words commands{"pages"};
+    for (const std::string& page : pages) commands.push_back("state " + page);
+    const std::vector<Json> answers = disk.Drive(subject, commands);
+    ASSERT_EQ(answers.size(), commands.size());
+    EXPECT_EQ(answers[0], Json(pages));
+    for (std::size_t i = 0; i < pages.size(); ++i)
+      ExpectStates(answers[i + 1], subject == kOptions ? "" : pages[i], Moment::AfterLoading);
+  }
+}
+
+struct Walk {
+  std::string subject;
+  std::string name;
+  Words settings;
+  std::vector<std::pair<std::string, Json>> steps;  // command, what its answer holds
+  Json saved;
+};
+void PrintTo(const Walk& walk, std::ostream* out) { *out << walk.name; }
+
+std::vector<Walk> ReadWalks(const char* file, const char* subject) {
+  std::vector<Walk> walks;
+  std::ifstream in(std::string(QX_SOURCE_DIR) + "/tests/pages/walks/" + file);
+  for (std::string line; std::getline(in, line);) {
+    const auto rest = [&line](std::size_t begin) { return line.substr(begin); };
+    if (line.starts_with('[')) walks.push_back({subject, line.substr(1, line.size() - 2), {}, {}, {}});
+    if (line.starts_with("set ")) walks.back().settings.push_back(rest(4));
+    if (line.starts_with("> ")) walks.back().steps.push_back({rest(2), Json::object()});
+    if (line.starts_with("< ")) walks.back().steps.back().second = Json::parse(rest(2));
+    if (line.starts_with("saved ")) walks.back().saved = Json::parse(rest(6));
+  }
+  return walks;
+}
+
+std::string TestName(const testing::TestParamInfo<Walk>& info) {
+  std::string name;
+  for (const char c : info.param.name) {
+    const bool begins = name.empty() || name.back() == '_';
+    const bool letter = std::isalnum(static_cast<unsigned char>(c)) != 0;
+    if (letter) name += begins ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c;
+    if (!letter && !begins) name += '_';
+  }
+  std::erase(name, '_');
+  return name;
+}
+
+class Walks : public testing::TestWithParam<Walk> {};
+
+TEST_P(Walks, GoAsWritten) {
+  const Walk& walk = GetParam();
+  PagesOnDisk disk;
+  ASSERT_NO_FATAL_FAILURE(disk.Add(walk.subject, walk.settings));
+  Words commands;
+  for (const auto& [command, expected] : walk.steps) commands.push_back(command);
+  const std::vector<Json> answers = disk.Drive(walk.subject, commands);
+  ASSERT_EQ(answers.size(), commands.size());
+  for (std::size_t i = 0; i < answers.size(); ++i) {
+    const Json& expected = walk.steps[i].second;
+    ExpectHolds(answers[i], expected, commands[i]);
+    if (expected.is_object() && !expected.contains("error")) {
+      EXPECT_FALSE(answers[i].is_object() && answers[i].contains("error")) << commands[i] << answers[i];
+    }
+  }
+  if (!walk.saved.is_null()) ExpectHolds(disk.Saved(walk.subject), walk.saved, "saved");
+}
+
+INSTANTIATE_TEST_SUITE_P(Solution, Walks, testing::ValuesIn(ReadWalks("solution.txt", kBuild)), TestName);
+INSTANTIATE_TEST_SUITE_P(Assembly, Walks, testing::ValuesIn(ReadWalks("assembly.txt", kBuild)), TestName);
+INSTANTIATE_TEST_SUITE_P(Detection, Walks, testing::ValuesIn(ReadWalks("detection.txt", kBuild)), TestName);
+INSTANTIATE_TEST_SUITE_P(Version, Walks, testing::ValuesIn(ReadWalks("version.txt", kBuild)), TestName);
+INSTANTIATE_TEST_SUITE_P(Settings, Walks, testing::ValuesIn(ReadWalks("settings.txt", kTest)), TestName);
+INSTANTIATE_TEST_SUITE_P(Options, Walks, testing::ValuesIn(ReadWalks("options.txt", kOptions)), TestName);
+
+}  // namespace
+}  // namespace qx
