@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "actions/Qxvsdotnetaction.h"
-#include "host/runtime/Catalogue.h"
+#include "host/runtime/ActionHost.h"
+#include "host/runtime/Pages.h"
 
 namespace qx {
 namespace {
@@ -80,6 +81,20 @@ TEST_F(PackageRegistration, ServesTheConfigurationsOddSpelling) {
   RegisterPackage(true);
   EXPECT_EQ(TheCatalogue().FindEditor(TQXVSDotNetAction::Class(), "SolutionConFiguration"),
             &TSolutionEditor::Class());
+}
+
+TEST_F(PackageRegistration, OpensThePagesOfTheSolutionAtTheSolutionPage) {
+  RegisterPackage(true);
+  TestHost host;
+  const std::unique_ptr<TQXAction> action = host.Make(TQXVSDotNetAction::Class());
+  const auto dialog = PageDialog::ForAction(TheCatalogue().Actions()[0], *action);
+  for (const char* property : {"Solution", "SolutionConFiguration"}) {
+    const auto page = EditorPage(TheCatalogue(), TQXVSDotNetAction::Class(), property);
+    ASSERT_TRUE(page) << property;
+    EXPECT_EQ(dialog->Find(*page), 0) << property;
+    EXPECT_EQ(dialog->Name(0), "Solution");
+  }
+  EXPECT_FALSE(EditorPage(TheCatalogue(), TQXVSDotNetAction::Class(), "SharePath"));
 }
 
 TEST_F(PackageRegistration, PresetsTheOptionsVersionInNewActions) {

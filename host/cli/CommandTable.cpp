@@ -71,6 +71,12 @@ constexpr std::array kExpandOptions{
 constexpr std::array kDriveOperands{OperandRow{"FILE", ValueKind::File, 0, 1}};
 constexpr std::array kDriveOptions{
     OptionRow{"--action", "N", ValueKind::Number, {}, false, "which action, counted from 1 (default: 1)"},
+    OptionRow{"--property",
+              "NAME",
+              ValueKind::Text,
+              {},
+              false,
+              "open at the page that this property's editor names"},
     OptionRow{"--options-page", "", ValueKind::None, {}, false, "the pages of the options instead"},
     OptionRow{"--input", "COMMANDS", ValueKind::File, {}, false, "read the commands from this file"},
     kSet,
@@ -163,7 +169,7 @@ constexpr std::array kCommands{
                "Fills the pages, then reads one command a line from standard input and answers each with one "
                "line of "
                "JSON.\n"
-               "pages: the page names in order.\n"
+               "pages: the page names in order; active: the page that the user is on.\n"
                "state [PAGE[.CONTROL]]: every control, or one.\n"
                "text PAGE.CONTROL VALUE: types into an edit, a combo box or a spin edit.\n"
                "click PAGE.CONTROL: clicks a check box, a radio button or a button.\n"

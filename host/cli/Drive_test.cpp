@@ -88,6 +88,11 @@ TEST_F(Drive, TheProjectsVariablesAndThoseOfSetExpand) {
   EXPECT_EQ(answers[1], "[{\"kind\":\"message\",\"text\":\"one two\"}]");
 }
 
+TEST_F(Drive, OpensAtThePageThatAPropertysEditorNames) {
+  Project("p.xml", {{"Text=one"}});
+  EXPECT_EQ(Answers({"p.xml", "--property", "text"}, {"active"}), Words{"\"Tiny Page\""}) << result_.err;
+}
+
 TEST_F(Drive, TheOptionsPageEditsTheOptions) {
   const Words answers = Answers({"--options-page"}, {"pages", "text Tiny.txtGreeting moin", "write"});
   EXPECT_EQ(result_.code, 0) << result_.err;
@@ -101,13 +106,15 @@ TEST_F(Drive, UsageErrorsExitWithTwo) {
     Words words;
     const char* complaint;
   };
-  for (const Row& row :
-       std::vector<Row>{{{"drive"}, "needs FILE or --options-page"},
-                        {{"drive", "p.xml", "--options-page"}, "not both"},
-                        {{"drive", "--options-page", "--action", "1"}, "the options page has none"},
-                        {{"drive", "none.xml"}, "there is no such file"},
-                        {{"drive", "p.xml", "--action", "2"}, "has no action 2 (nearest: 1)"},
-                        {{"drive", "p.xml", "--input", "none.txt"}, "none.txt"}}) {
+  for (const Row& row : std::vector<Row>{
+           {{"drive"}, "needs FILE or --options-page"},
+           {{"drive", "p.xml", "--options-page"}, "not both"},
+           {{"drive", "--options-page", "--action", "1"}, "the options page has neither"},
+           {{"drive", "none.xml"}, "there is no such file"},
+           {{"drive", "p.xml", "--action", "2"}, "has no action 2 (nearest: 1)"},
+           {{"drive", "p.xml", "--property", "Txet"}, "There is no property \"Txet\" (nearest: Text)"},
+           {{"drive", "p.xml", "--property", "Count"}, "The property Count has no editor that opens pages"},
+           {{"drive", "p.xml", "--input", "none.txt"}, "none.txt"}}) {
     const auto result = Host(row.words);
     EXPECT_EQ(result.code, 2) << row.complaint;
     EXPECT_TRUE(Holds(result.err, row.complaint)) << result.err;

@@ -6,6 +6,7 @@
 #include "host/cli/Session.h"
 #include "host/runtime/HostProgram.h"
 #include "host/runtime/PageDriver.h"
+#include "host/runtime/PropertyText.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
 
@@ -45,6 +46,20 @@ int DriveOptions(Session& session, CommandLines& commands, Catalogue& catalogue)
   return 0;
 }
 
+// At the page that the property's editor names, as its button in the property grid does.
+void OpenAt(PageDialog& dialog, const TQXAction& action, const std::string& propertyName) {
+  const TQXActionClass& actionClass = *action.GetActionClass();
+  const PublishedProperty& property = NeedProperty(actionClass.properties, propertyName);
+  const auto page = EditorPage(TheCatalogue(), actionClass, property.name);
+  if (!page)
+    throw Exception("The property " + std::string(property.name) + " has no editor that opens pages");
+  const int index = page->empty() ? 0 : dialog.Find(*page);
+  if (index < 0)
+    throw Exception("The editor of " + std::string(property.name) + " opens a page \"" + *page +
+                    "\", which is not registered");
+  dialog.Activate(index);
+}
+
 int DriveAction(Session& session, CommandLines& commands, const std::string& file,
                 const Invocation& invocation) {
   OpenProject project = session.Open(file, invocation);
@@ -54,6 +69,7 @@ int DriveAction(Session& session, CommandLines& commands, const std::string& fil
   DrivenUser user;
   const std::unique_ptr<PageDialog> dialog =
       PageDialog::ForAction(TheCatalogue().NeedAction(project.ActionType(number - 1)), action);
+  if (const auto property = invocation.Value("--property")) OpenAt(*dialog, action, *property);
   PageDriver driver(*dialog, user, [&] {
     const FileLock lock(file);
     for (const std::string& warning : project.Save()) Session::Warn(warning);
@@ -69,8 +85,8 @@ int DrivePages(Session& session, const Invocation& invocation) {
   if (options == !invocation.operands.empty())
     throw Exception(options ? "qxhost drive takes a FILE or --options-page, not both"
                             : "qxhost drive needs FILE or --options-page; see qxhost help drive");
-  if (options && invocation.Has("--action"))
-    throw Exception("--action names an action of a FILE; the options page has none");
+  if (options && (invocation.Has("--action") || invocation.Has("--property")))
+    throw Exception("--action and --property belong to a FILE; the options page has neither");
   CommandLines commands(invocation);
   Catalogue& catalogue = session.Packages(Registration::Design);
   if (options) return DriveOptions(session, commands, catalogue);

@@ -122,10 +122,11 @@ void DrivenUser::Queue(Picker picker, std::optional<std::string> path) {
 Json DrivenUser::TakeShown() { return std::exchange(shown_, Json::array()); }
 
 const PageDriver::Verb PageDriver::kVerbs[] = {
-    {"pages", &PageDriver::Pages},     {"state", &PageDriver::State},   {"text", &PageDriver::Text},
-    {"click", &PageDriver::Click},     {"button", &PageDriver::Button}, {"select", &PageDriver::Select},
-    {"tick", &PageDriver::Tick},       {"cell", &PageDriver::Cell},     {"answer", &PageDriver::QueueAnswer},
-    {"dialogs", &PageDriver::Dialogs}, {"write", &PageDriver::Write},   {"quit", &PageDriver::Quit},
+    {"pages", &PageDriver::Pages},        {"active", &PageDriver::Active},   {"state", &PageDriver::State},
+    {"text", &PageDriver::Text},          {"click", &PageDriver::Click},     {"button", &PageDriver::Button},
+    {"select", &PageDriver::Select},      {"tick", &PageDriver::Tick},       {"cell", &PageDriver::Cell},
+    {"answer", &PageDriver::QueueAnswer}, {"dialogs", &PageDriver::Dialogs}, {"write", &PageDriver::Write},
+    {"quit", &PageDriver::Quit},
 };
 
 PageDriver::PageDriver(PageDialog& dialog, DrivenUser& user, std::function<void()> save)
@@ -155,11 +156,9 @@ Json PageDriver::Run(std::string_view line) {
 }
 
 int PageDriver::FindPage(std::string_view name) const {
+  if (const int page = dialog_.Find(name); page >= 0) return page;
   std::vector<std::string> names;
-  for (int page = 0; page < dialog_.Count(); ++page) {
-    if (SameText(dialog_.Name(page), name)) return page;
-    names.push_back(dialog_.Name(page));
-  }
+  for (int page = 0; page < dialog_.Count(); ++page) names.push_back(dialog_.Name(page));
   throw Exception("There is no page " + Quoted(name) + Advice(name, names));
 }
 
@@ -202,6 +201,11 @@ Json PageDriver::Pages(std::string_view rest) {
   return names;
 }
 
+Json PageDriver::Active(std::string_view rest) {
+  ExpectEnd(rest);
+  return dialog_.Name(dialog_.Active());
+}
+
 Json PageDriver::PageState(int page) const {
   Json states = Json::array();
   for (const TControl* control : dialog_.Page(page).Controls()) {
@@ -214,12 +218,13 @@ Json PageDriver::PageState(int page) const {
 
 Json PageDriver::State(std::string_view rest) {
   const std::string text = Trim(rest);
-  Json states = Json::array();
-  for (int page = 0; page < dialog_.Count(); ++page) {
-    if (SameText(dialog_.Name(page), text)) return PageState(page);
-    for (Json& state : PageState(page)) states.push_back(std::move(state));
+  if (text.empty()) {
+    Json states = Json::array();
+    for (int page = 0; page < dialog_.Count(); ++page)
+      for (Json& state : PageState(page)) states.push_back(std::move(state));
+    return states;
   }
-  if (text.empty()) return states;
+  if (const int page = dialog_.Find(text); page >= 0) return PageState(page);
   if (text.find('.') == std::string::npos) FindPage(text);  // raises with the nearest page
   const Target target = FindTarget(text);
   ExpectEnd(target.rest);

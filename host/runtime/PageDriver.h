@@ -71,6 +71,7 @@ class PageDriver {
 
   Json Run(std::string_view line);
   Json Pages(std::string_view rest);
+  Json Active(std::string_view rest);
   Json State(std::string_view rest);
   Json Text(std::string_view rest);
   Json Click(std::string_view rest);

@@ -1,5 +1,9 @@
 #include "host/runtime/Pages.h"
 
+#include <algorithm>
+
+#include "platform/Texts.h"
+
 namespace qx {
 namespace {
 
@@ -108,6 +112,12 @@ std::unique_ptr<PageDialog> PageDialog::ForOptions(Catalogue& catalogue) {
   return dialog;
 }
 
+int PageDialog::Find(std::string_view name) const {
+  const auto found =
+      std::ranges::find_if(pages_, [&](const Entry& entry) { return SameText(entry.name, name); });
+  return found == pages_.end() ? -1 : static_cast<int>(found - pages_.begin());
+}
+
 void PageDialog::Activate(int index) {
   TFrame& next = Page(index);
   if (index == active_) return;
@@ -118,6 +128,15 @@ void PageDialog::Activate(int index) {
 
 void PageDialog::Write() {
   for (const Entry& entry : pages_) entry.write();
+}
+
+std::optional<std::string> EditorPage(const Catalogue& catalogue, const TQXActionClass& actionClass,
+                                      std::string_view propertyName) {
+  const TQXPropertyEditorClass* editorClass = catalogue.FindEditor(actionClass, propertyName);
+  if (editorClass == nullptr || editorClass->construct == nullptr) return std::nullopt;
+  const std::unique_ptr<TQXPropertyEditor> editor = editorClass->construct();
+  const auto* opens = dynamic_cast<const TShowActionPropertiesEditor*>(editor.get());
+  return opens == nullptr ? std::nullopt : std::optional(opens->GetPageName());
 }
 
 }  // namespace qx

@@ -5,7 +5,9 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/runtime/Catalogue.h"
@@ -30,6 +32,8 @@ class PageDialog {
   // The page's name; that of its options object for a page without one.
   const std::string& Name(int index) const { return pages_.at(static_cast<std::size_t>(index)).name; }
 
+  // The page of that name, letter case aside; -1 when there is none.
+  int Find(std::string_view name) const;
   // The page the user is on, -1 before the first. Going to another one tells both; going to the same,
   // neither.
   int Active() const { return active_; }
@@ -59,5 +63,10 @@ class PageDialog {
   std::vector<Entry> pages_;
   int active_ = -1;
 };
+
+// The name of the page at which the editor of a property opens the dialog; empty: at the first one. Nothing
+// when the property has no editor that opens pages.
+std::optional<std::string> EditorPage(const Catalogue& catalogue, const TQXActionClass& actionClass,
+                                      std::string_view propertyName);
 
 }  // namespace qx

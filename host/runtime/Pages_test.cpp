@@ -227,12 +227,41 @@ TEST_F(PageDialogs, RefuseAnOptionsPageThatIsNone) {
   EXPECT_THROW(PageDialog::ForOptions(catalogue_), Exception);
 }
 
+class OpensSecond final : public TShowActionPropertiesEditor {
+ public:
+  std::string GetPageName() const override { return "Second Page"; }
+};
+constexpr TQXPropertyEditorClass kOpensFirst{"TFirst", []() -> std::unique_ptr<TQXPropertyEditor> {
+                                               return std::make_unique<TShowActionPropertiesEditor>();
+                                             }};
+constexpr TQXPropertyEditorClass kOpensSecond{
+    "TSecond", []() -> std::unique_ptr<TQXPropertyEditor> { return std::make_unique<OpensSecond>(); }};
+constexpr TQXPropertyEditorClass kOpensNone{
+    "TNone", []() -> std::unique_ptr<TQXPropertyEditor> { return std::make_unique<TQXPropertyEditor>(); }};
+
+TEST_F(PageDialogs, OpenAtThePageThatAnEditorNames) {
+  const auto page = [&] { return EditorPage(catalogue_, SampleActionClass(), "title"); };
+  EXPECT_EQ(page(), std::nullopt);
+  catalogue_.RegisterPropertyEditor(SampleActionClass(), "Title", kOpensFirst);
+  EXPECT_EQ(page(), "");
+  catalogue_.RegisterPropertyEditor(SampleActionClass(), "Title", kOpensSecond);
+  EXPECT_EQ(page(), "Second Page");
+  catalogue_.RegisterPropertyEditor(SampleActionClass(), "Title", kOpensNone);
+  EXPECT_EQ(page(), std::nullopt);
+  Open();
+  EXPECT_EQ(dialog_->Find("second page"), 1);
+  EXPECT_EQ(dialog_->Find("Third"), -1);
+}
+
 using PageDrivers = PageDialogs;
 
 TEST_F(PageDrivers, NameThePages) {
   Open();
   EXPECT_EQ(Answer("pages"), "[\"First\",\"Second Page\"]");
   EXPECT_EQ(Answer("pages\r"), "[\"First\",\"Second Page\"]");
+  EXPECT_EQ(Answer("active"), "\"First\"");
+  dialog_->Activate(1);
+  EXPECT_EQ(Answer("active"), "\"Second Page\"");
 }
 
 TEST_F(PageDrivers, ShowEveryKindOfControl) {

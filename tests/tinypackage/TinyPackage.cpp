@@ -49,7 +49,10 @@ TINY_EXPORT void QXRegister(bool design) {
   qx::QXScriptingServices().RegisterEnumeration("TTinyVerdict", qx::ValueNames<qx::tiny::TTinyVerdict>);
   if (TINY_FAULT == TINY_FAULT_IN_REGISTER) throw qx::Exception("the tiny catalogue is full");
   if (!design) return;
-  static constexpr qx::TQXPropertyEditorClass editor{"TShowActionPropertiesEditor", nullptr};
+  static constexpr qx::TQXPropertyEditorClass editor{
+      "TShowActionPropertiesEditor", []() -> std::unique_ptr<qx::TQXPropertyEditor> {
+        return std::make_unique<qx::TShowActionPropertiesEditor>();
+      }};
   qx::QXActionServices().RegisterPropertyEditor(qx::tiny::TinyActionClass(), "Text", editor);
   const qx::TFrameClass* const pages[] = {&qx::tiny::TinyFrameClass()};
   qx::QXActionServices().RegisterPropertyPages(qx::tiny::TinyActionClass(), pages);
