@@ -1,8 +1,11 @@
 #include "pages/ProjectCheckList.h"
 
+#include <algorithm>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "platform/Texts.h"
 #include "solution/Vsnetsln.h"
@@ -23,6 +26,7 @@ class FormerTicks {
     }
   }
   bool Of(const std::string& name) const {
+    if (ticks_.empty()) return true;
     const auto found = ticks_.find(FoldCase(name));
     return found == ticks_.end() || found->second;
   }
@@ -33,17 +37,49 @@ class FormerTicks {
 
 }  // namespace
 
+// A solution that was read anew mostly has the same projects, and then nothing changes: that is seen without
+// looking up a thousand names.
 void ProjectCheckList::Rebuild(IVSDotNetSolution& solution) {
+  const InterfacePtr<IVSDotNetProjects> projects = solution.GetProjects();
+  if (ShowsAll(*projects) && NamesAreDistinct()) return;
+
   const FormerTicks former(list_);
+  const int count = projects->GetCount();
   list_.ClearItems();
   identifiers_.Clear();
-  const InterfacePtr<IVSDotNetProjects> projects = solution.GetProjects();
-  for (int i = 0; i < projects->GetCount(); ++i) {
+  for (int i = 0; i < count; ++i) {
     const InterfacePtr<IVSDotNetProject> project = projects->GetItem(i);
     const std::string name = project->GetName();
     list_.AddItem(name, former.Of(name));
     identifiers_.Add(project->GetGUID());
   }
+  namesAreDistinct_.reset();
+}
+
+// Whether the list has exactly these projects in this order.
+bool ProjectCheckList::ShowsAll(IVSDotNetProjects& projects) const {
+  const int count = projects.GetCount();
+  if (count != list_.Count() || count != identifiers_.Count()) return false;
+  for (int i = 0; i < count; ++i) {
+    const InterfacePtr<IVSDotNetProject> project = projects.GetItem(i);
+    if (project->GetName() != list_.Item(i) || project->GetGUID() != identifiers_.Get(i)) return false;
+  }
+  return true;
+}
+
+// Two names may be taken for one by chance; they are then looked up.
+bool ProjectCheckList::NamesAreDistinct() {
+  if (namesAreDistinct_) return *namesAreDistinct_;
+  std::vector<std::size_t> hashes;
+  bool holdsEquals = false;
+  for (int i = 0; i < list_.Count(); ++i) {
+    holdsEquals = holdsEquals || list_.Item(i).find('=') != std::string::npos;
+    hashes.push_back(std::hash<std::string>()(FoldCase(list_.Item(i))));
+  }
+  std::sort(hashes.begin(), hashes.end());
+  const bool isRepeated = std::adjacent_find(hashes.begin(), hashes.end()) != hashes.end();
+  namesAreDistinct_ = !holdsEquals && !isRepeated;
+  return *namesAreDistinct_;
 }
 
 void ProjectCheckList::TickOnly(const TStringList& identifiers) {

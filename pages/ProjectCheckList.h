@@ -3,11 +3,14 @@
 // with ticks, and behind each name the project's identifier, which is what actions keep.
 #pragma once
 
+#include <optional>
+
 #include "plugin/Qxcontrols.h"
 #include "plugin/Qxstrings.h"
 
 namespace qx {
 
+class IVSDotNetProjects;
 class IVSDotNetSolution;
 
 // Works on a list that belongs to the page and outlives it. The list's enabled flag is never touched.
@@ -26,8 +29,12 @@ class ProjectCheckList {
   TStringList Ticked() const;
 
  private:
+  bool ShowsAll(IVSDotNetProjects& projects) const;
+  bool NamesAreDistinct();
+
   TCheckListBox& list_;
-  TStringList identifiers_;  // one an item, at the same index
+  TStringList identifiers_;               // one an item, at the same index
+  std::optional<bool> namesAreDistinct_;  // of the list as it was rebuilt last; none: not looked at yet
 };
 
 }  // namespace qx
