@@ -71,17 +71,17 @@ class QX_API TFrame : public AnswersUncounted<IInterface> {
   // Makes a control inside the parent (the page itself when none is named), after those it has already. It
   // lives as long as the frame.
   template <class Control>
-  Control& Add(TControl& parent, std::string name, std::string caption = {}) {
+  Control& Add(TControl& parent, const std::string& name, const std::string& caption = {}) {
     auto made = std::make_unique<Control>();
     Control& control = *made;
-    control.name = std::move(name);
-    control.caption = std::move(caption);
+    control.name = name;
+    control.caption = caption;
     Adopt(parent, std::move(made));
     return control;
   }
   template <class Control>
-  Control& Add(std::string name, std::string caption = {}) {
-    return Add<Control>(Root(), std::move(name), std::move(caption));
+  Control& Add(const std::string& name, const std::string& caption = {}) {
+    return Add<Control>(Root(), name, caption);
   }
 
  private:

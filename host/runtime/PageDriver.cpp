@@ -158,6 +158,7 @@ Json PageDriver::Run(std::string_view line) {
 int PageDriver::FindPage(std::string_view name) const {
   if (const int page = dialog_.Find(name); page >= 0) return page;
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(dialog_.Count()));
   for (int page = 0; page < dialog_.Count(); ++page) names.push_back(dialog_.Name(page));
   throw Exception("There is no page " + Quoted(name) + Advice(name, names));
 }

@@ -4,6 +4,7 @@
 #include <limits>
 #include <lua.hpp>
 #include <memory>
+#include <new>
 
 #include "host/runtime/Nearest.h"
 #include "host/runtime/PropertyText.h"
@@ -126,11 +127,14 @@ PropertyValue ValueAt(lua_State* lua, int index, const PublishedProperty& proper
 }
 
 // Options objects. The script's value holds the host's pointer and owns nothing.
+struct Held {
+  TQXOptionsObject* object;
+};
 
 TQXOptionsObject& ObjectAt(lua_State* lua, int index) {
-  auto** held = static_cast<TQXOptionsObject**>(luaL_testudata(lua, index, kObjectType));
+  const auto* held = static_cast<const Held*>(luaL_testudata(lua, index, kObjectType));
   if (held == nullptr) throw Exception("This is no options object but a " + TypeAt(lua, index));
-  return **held;
+  return *held->object;
 }
 
 const PublishedProperty& PropertyAt(lua_State* lua, int index, const TQXOptionsObject& object) {
@@ -177,7 +181,7 @@ int CallRegistered(lua_State* lua) {
     lua_pushnil(lua);
     return 1;
   }
-  *static_cast<TQXOptionsObject**>(lua_newuserdatauv(lua, sizeof object, 0)) = object;
+  new (lua_newuserdatauv(lua, sizeof(Held), 0)) Held{object};
   luaL_setmetatable(lua, kObjectType);
   return 1;
 }
