@@ -139,8 +139,8 @@ std::string PageDriver::Answer(std::string_view line) {
   Json answer;
   try {
     answer = Run(line.substr(begin));
-  } catch (const Exception& fault) {
-    answer = Json{{"error", fault.Message()}};
+  } catch (const std::exception& fault) {  // whatever a page lets out: the session goes on
+    answer = Json{{"error", fault.what()}};
   }
   return answer.dump(-1, ' ', false, Json::error_handler_t::replace);
 }

@@ -84,8 +84,8 @@ void PageDialog::Begin() {
   for (const Entry& entry : pages_) {
     try {
       entry.read();
-    } catch (const Exception& fault) {
-      QXShowError(fault.Message());
+    } catch (const std::exception& fault) {
+      QXShowError(fault.what());
     }
   }
   Activate(0);

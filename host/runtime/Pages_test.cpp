@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "host/runtime/ActionHost.h"
 #include "host/runtime/PageDriver.h"
 #include "host/runtime/testdata/SampleAction.h"
@@ -38,6 +40,7 @@ class FirstPage final : public TFrame {
     kind.OnChange = [this] { QXShowMessage("Now " + kind.Text()); };
     for (const char* item : {"one", "two"}) parts.AddItem(item);
     parts.OnTick = [](int index, bool checked) {
+      if (checked && index == 1) throw std::runtime_error("Not ours");
       if (checked) throw Exception("No tick for " + std::to_string(index));
     };
     wanted.OnClick = [this] { inside.SetEnabled(wanted.Checked()); };
@@ -406,6 +409,7 @@ TEST_F(PageDrivers, SayWhatIsWrongAndNameTheNearest) {
            {"tick First.lstParts 5 on", "There is no item 5 (nearest: 1)"},
            {"tick First.lstParts 0", "A tick is on or off, not \"\" (nearest: on)"},
            {"tick First.lstParts 0 on", "No tick for 0"},
+           {"tick First.lstParts 1 on", "Not ours"},
            {"cell First.Cells 0 0 x", "There is no row 0 (nearest: 1)"},
            {"cell First.Cells 2 1 x", "There is no column 2 (nearest: 1)"},
            {"answer cancle", "There is no answer \"cancle\" (nearest: cancel)"},
