@@ -74,6 +74,30 @@ TEST_F(ProjectList, TakesANameWithAnEqualsSignForNewEachTime) {
   EXPECT_EQ(Ticks(), (Texts{"x A"}));
 }
 
+TEST_F(ProjectList, DoesSoInAListThatDidNotChangeToo) {
+  for (int round = 0; round < 2; ++round) {
+    Rebuild({{"A=B", kLibrary}, {"Tool", kTool}});
+    EXPECT_EQ(Ticks(), (Texts{"x A=B", "x Tool"}));
+    box.SetChecked(0, false);
+  }
+}
+
+TEST_F(ProjectList, LooksAtTheNamesOfEachListAnew) {
+  for (int round = 0; round < 2; ++round) Rebuild({{"Library", kLibrary}, {"Program", kProgram}});
+  Rebuild({{"Same", kLibrary}, {"Same", kProgram}});
+  box.SetChecked(0, false);
+  Rebuild({{"Same", kLibrary}, {"Same", kProgram}});
+  EXPECT_EQ(Ticks(), (Texts{"- Same", "- Same"}));
+}
+
+TEST_F(ProjectList, TakesANewIdentifierUnderAnOldName) {
+  Rebuild({{"Library", kLibrary}, {"Program", kProgram}});
+  box.SetChecked(1, false);
+  Rebuild({{"Library", kGone}, {"Program", kProgram}});
+  EXPECT_EQ(Ticks(), (Texts{"x Library", "- Program"}));
+  EXPECT_EQ(list.Ticked(), TStringList({kGone}));
+}
+
 TEST_F(ProjectList, LeavesTheListsEnabledFlagAlone) {
   box.SetEnabled(false);
   Rebuild({{"Library", kLibrary}});

@@ -230,6 +230,15 @@ TEST_F(AssemblyPage, EnablesWhatIsTickedWhenSwitchedOn) {
   EXPECT_TRUE(On("chkAutoIncAssemblyFileBuild"));
 }
 
+TEST_F(AssemblyPage, EnablesNoVersionThatIsNotTickedWhenSwitchedOn) {
+  Open();
+  Click("chkUpdateAssemblyInfo");
+  ExpectEnabled(kVersionEdits, false);
+  ExpectEnabled(kFileVersionEdits, false);
+  EXPECT_FALSE(On("chkAutoIncAssemblyVersion"));
+  EXPECT_FALSE(On("lstProjects"));
+}
+
 TEST_F(AssemblyPage, EnablesAnEditWithItsBox) {
   OpenAll();
   for (const Attribute& row : kAttributes) {

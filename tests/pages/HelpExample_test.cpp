@@ -33,25 +33,20 @@ TEST(HelpExample, BuildsSelectedProjectsAndCountsTheirVersionUp) {
   ASSERT_EQ(disk.Host({"options", "DevEnv2005Location=" + (disk.folder / "vs")}).code, 0);
   disk.Add(kBuild, {});
 
-  const Words commands{"answer file Example.sln",
-                       "button Solution.txtSolution 1",  // 1
-                       "select Solution.cboConfigs 0",
-                       "select Solution.cboVSVersion 2",           //
-                       "click Solution.chkUseMSBuild",             // devenv.com
-                       "click Solution.optBuildSelectedProjects",  // 2
-                       "click Solution.btnUncheckAll",
-                       "tick Solution.lstProjects 1 on",                //
-                       "tick Solution.lstProjects 2 on",                //
-                       "click Assembly Info.chkUpdateAssemblyInfo",     // 3
-                       "click Assembly Info.chkUpdateAssemblyVersion",  // 4
-                       "text Assembly Info.txtAssemblyMajor 2",
-                       "text Assembly Info.txtAssemblyMinor 1",
-                       "text Assembly Info.txtAssemblyBuild 0",
-                       "text Assembly Info.txtAssemblyRevision 0",
-                       "click Assembly Info.chkAutoIncAssemblyVersion",  //
-                       "click Assembly Info.chkUpdateFileVersion",       // 5
-                       "click Assembly Info.chkLinkVersions",            //
-                       "write"};                                         // 7
+  // clang-format off
+  const Words commands{
+      "answer file Example.sln", "button Solution.txtSolution 1",  // 1
+      "select Solution.cboConfigs 0", "select Solution.cboVSVersion 2", "click Solution.chkUseMSBuild",
+      "click Solution.optBuildSelectedProjects",  // 2
+      "click Solution.btnUncheckAll", "tick Solution.lstProjects 1 on", "tick Solution.lstProjects 2 on",
+      "click Assembly Info.chkUpdateAssemblyInfo",  // 3
+      "click Assembly Info.chkUpdateAssemblyVersion",  // 4
+      "text Assembly Info.txtAssemblyMajor 2", "text Assembly Info.txtAssemblyMinor 1",
+      "text Assembly Info.txtAssemblyBuild 0", "text Assembly Info.txtAssemblyRevision 0",
+      "click Assembly Info.chkAutoIncAssemblyVersion",
+      "click Assembly Info.chkUpdateFileVersion", "click Assembly Info.chkLinkVersions",  // 5
+      "write"};  // 7
+  // clang-format on
   for (const Json& answer : disk.Drive(kBuild, commands)) EXPECT_EQ(answer, Json({{"ok", true}}));
 
   for (const char* version : {"2.1.0.1", "2.1.0.2"}) {
