@@ -294,12 +294,15 @@ int Describe(lua_State* lua) {
   for (int level = 1; lua_getstack(lua, level, &frame) != 0; ++level) {
     lua_getinfo(lua, "Sl", &frame);
     if (frame.currentline <= 0) continue;
-    if (TextAt(lua, 1).starts_with(frame.short_src)) return 1;
+    lua_pushfstring(lua, "%s:", frame.short_src);
+    if (TextAt(lua, 1).starts_with(TextAt(lua, 2))) break;
+    lua_pop(lua, 1);
     lua_pushfstring(lua, "%s:%d: ", frame.short_src, frame.currentline);
     lua_insert(lua, 1);
     lua_concat(lua, 2);
-    return 1;
+    break;
   }
+  lua_settop(lua, 1);
   return 1;
 }
 
@@ -327,13 +330,15 @@ void RunScript(Catalogue& catalogue, const Script& script,
   lua_pushcfunction(lua, Describe);
   int failed = luaL_loadbufferx(lua, text.data(), text.size(), ("@" + shortName).c_str(), "t");
   if (failed == LUA_OK) {
+    const int count = static_cast<int>(script.arguments.size());
+    if (lua_checkstack(lua, count) == 0) throw Exception(script.name + ": there are too many arguments");
     for (const std::string& argument : script.arguments) Push(lua, argument);
-    failed = lua_pcall(lua, static_cast<int>(script.arguments.size()), 0, 1);
+    failed = lua_pcall(lua, count, 0, 1);
   }
   if (failed == LUA_OK) return;
-  std::string message(TextAt(lua, -1));
-  if (message.starts_with(shortName + ":")) message.erase(0, shortName.size() + 1);
-  throw Exception(script.name + ":" + message);
+  const std::string message(TextAt(lua, -1));
+  const bool hasPlace = message.starts_with(shortName + ":");
+  throw Exception(script.name + (hasPlace ? message.substr(shortName.size()) : ": " + message));
 }
 
 }  // namespace qx

@@ -131,6 +131,10 @@ TEST_F(Scripts, TakeArguments) {
   EXPECT_EQ(Run("print(select('#', ...), ..., arg[0], arg[2])", {"x", "y z"}), "2\tx\tfolder/s.lua\ty z\n");
 }
 
+TEST_F(Scripts, TakeManyArguments) {
+  EXPECT_EQ(Run("print(select('#', ...))", std::vector<std::string>(1000, "x")), "1000\n");
+}
+
 TEST_F(Scripts, AreReadFromFilesOfEveryManner) {
   EXPECT_EQ(Run("\xEF\xBB\xBF#!/usr/bin/lua\r\nprint('x')"), "x\n");
   EXPECT_EQ(Run(""), "");
@@ -146,6 +150,8 @@ TEST_F(Scripts, FailWithFileAndLine) {
            {"\nlocal = 1", "folder/s.lua:2: <name> expected near '='"},
            {"\n\nerror('no')", "folder/s.lua:3: no"},
            {"\nerror('no', 0)", "folder/s.lua:2: no"},
+           {"error('s.lua is bad', 0)", "folder/s.lua:1: s.lua is bad"},
+           {"load('\\nerror()', '=other')()", "folder/s.lua: other:2: nil"},
            {"error({})", "folder/s.lua:1: table: "},
            {"\nTrouble()", "folder/s.lua:2: The roof leaks"},
            {"Kitchen().Place = 'nowhere'", "folder/s.lua:1: There is no such place"},
