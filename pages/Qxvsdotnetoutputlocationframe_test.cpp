@@ -115,6 +115,16 @@ TEST_F(DetectionPage, LeavesAPasswordThatCannotBeDecryptedUntilAnotherIsTyped) {
   EXPECT_EQ(action->GetWebDAVPassword(), "new");
 }
 
+TEST_F(DetectionPage, LeavesItWhenAnotherOneWasReadBefore) {
+  action->SetWebDAVPassword("secret");
+  Open();
+  Settings().webDavPasswordEncrypted = "from another computer";
+  EXPECT_THROW(dialog->Page(kPage).ReadActionData(*action), Exception);
+  EXPECT_EQ(Of<TEdit>(kPage, "edtPassword").Text(), "");
+  Write();
+  EXPECT_EQ(Settings().webDavPasswordEncrypted, "from another computer");
+}
+
 TEST_F(DetectionPage, ForgetsThePasswordThatTheUserEmpties) {
   action->SetWebDAVPassword("secret");
   Open();

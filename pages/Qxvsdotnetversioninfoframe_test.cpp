@@ -116,6 +116,8 @@ TEST_F(VersionPage, HoldsNumbersToTheirRange) {
 
 TEST_F(VersionPage, MatchesItsPanelToTheBoxBeforeAnythingIsRead) {
   TVC7VersionInfoFrame page;
+  EXPECT_FALSE(page.FindControl("pnlVersionInfo")->Enabled());
+  EXPECT_FALSE(page.FindControl("cbDLL")->Enabled());
   page.InitFrame();
   for (const TControl* control : page.Controls()) {
     const bool enabled = control->name == "cbIncludeVerInfo" || !control->IsWindowed();

@@ -69,7 +69,7 @@ std::vector<Walk> ReadWalks(const char* file, const char* subject) {
     const auto rest = [&line](std::size_t begin) { return line.substr(begin); };
     if (line.starts_with('[')) walks.push_back({subject, line.substr(1, line.size() - 2), {}, {}, {}});
     if (line.starts_with("set ")) walks.back().settings.push_back(rest(4));
-    if (line.starts_with("> ")) walks.back().steps.push_back({rest(2), Json::object()});
+    if (line.starts_with("> ")) walks.back().steps.emplace_back(rest(2), Json::object());
     if (line.starts_with("< ")) walks.back().steps.back().second = Json::parse(rest(2));
     if (line.starts_with("saved ")) walks.back().saved = Json::parse(rest(6));
   }
@@ -79,6 +79,7 @@ std::vector<Walk> ReadWalks(const char* file, const char* subject) {
 std::string TestName(const testing::TestParamInfo<Walk>& info) {
   std::string name;
   for (const char c : info.param.name) {
+    if (c == '\'') continue;
     const bool begins = name.empty() || name.back() == '_';
     const bool letter = std::isalnum(static_cast<unsigned char>(c)) != 0;
     if (letter) name += begins ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c;
