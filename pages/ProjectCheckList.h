@@ -25,6 +25,8 @@ class ProjectCheckList {
   // over.
   void TickOnly(const TStringList& identifiers);
   void TickAll() { list_.CheckAll(); }
+  // To be called when somebody else has changed the list's items.
+  void ItemsChanged() { namesAreDistinct_.reset(); }
   // The identifiers of the ticked projects in list order, as their solution writes them.
   TStringList Ticked() const;
 

@@ -283,6 +283,26 @@ TEST_F(AssemblyPage, EnablesTheFileVersionWithItsBoxUnlessItIsLinked) {
   EXPECT_FALSE(On("chkAutoIncAssemblyFileVersion"));
 }
 
+TEST_F(AssemblyPage, RunsEachBoxesRuleWhileItReadsAPageThatIsOff) {
+  Settings().updateAttribute.fill(true);
+  Open();
+  for (const Attribute& one : kAttributes) {
+    EXPECT_FALSE(On(one.box)) << one.box;
+    EXPECT_TRUE(On(one.edit)) << one.edit;
+  }
+  ExpectEnabled(kVersionEdits, true);
+  EXPECT_TRUE(On("chkAutoIncAssemblyBuild"));
+  EXPECT_TRUE(On("chkAutoIncAssemblyVersion"));
+}
+
+TEST_F(AssemblyPage, KeepsTicksOfItsListWhileAllAreChosen) {
+  action->SetSolution(WriteSolution());
+  OpenAll();
+  Of<TCheckListBox>(kPage, "lstProjects").SetChecked(1, false);
+  EXPECT_EQ(Of<TButtonEdit>(kSolutionPage, "txtSolution").UserPressButton(1), TUserAnswer::Done);
+  EXPECT_EQ(Ticks(kPage), (Texts{"x Library", "- Program", "x Tool"}));
+}
+
 TEST_F(AssemblyPage, LinkingLeavesTheIncrementsAlone) {
   OpenAll();
   Click("chkAutoIncAssemblyFileBuild");

@@ -243,6 +243,24 @@ TEST_F(SolutionPage, KeepsAVersionThatItsListDoesNotHave) {
   EXPECT_EQ(Settings().vstudioVersion, static_cast<TVSDotNetVersion>(7));
 }
 
+TEST_F(SolutionPage, KeepsABuildActionThatItsListDoesNotHave) {
+  Settings().buildAction = static_cast<TVSDotNetBuildAction>(9);
+  OpenApp();
+  EXPECT_EQ(Of<TComboBox>(kSolutionPage, "cboAction").ItemIndex(), -1);
+  Write();
+  EXPECT_EQ(Settings().buildAction, static_cast<TVSDotNetBuildAction>(9));
+}
+
+// Ticked as new at the first reading, by the rule at every later one.
+TEST_F(SolutionPage, TicksEverythingAtEachReadingWhenEverythingIsBuilt) {
+  OpenApp();
+  for (const int page : {kSolutionPage, kAssemblyPage, kVersionPage}) {
+    List(page).SetChecked(1, false);
+    dialog->Page(page).ReadActionData(*action);
+    EXPECT_EQ(Ticks(page), (Texts{"x Library", "x Program", "x Tool"})) << page;
+  }
+}
+
 TEST_F(SolutionPage, BrowsesFromTheExpandedPath) {
   const std::string file = WriteSolution();
   variables.SetProject("ROOT", folder.Path());
@@ -298,6 +316,17 @@ TEST_F(SolutionPage, TellsItsSiblingsWhetherAnotherFileWasPicked) {
   user.Queue(DrivenUser::Picker::File, folder / "APP.sln");
   Browse();
   EXPECT_FALSE(StampsAssemblyInfo());
+}
+
+TEST_F(SolutionPage, TakesTheFileOfAVariableForTheSameFile) {
+  WriteSolution();
+  Settings().updateAssemblyInfo = true;
+  variables.SetProject("ROOT", folder.Path());
+  action->SetSolution("%ROOT%App.sln");
+  Open();
+  user.Queue(DrivenUser::Picker::File, folder / "App.sln");
+  Browse();
+  EXPECT_TRUE(StampsAssemblyInfo());
 }
 
 TEST_F(SolutionPage, RefreshesFromTheChangedFile) {
@@ -372,6 +401,25 @@ TEST_F(SolutionPage, ReadsTheSolutionAnewOnEveryTick) {
   EXPECT_EQ(Ticks(kAssemblyPage), (Texts{"x Library", "x New"}));
   EXPECT_EQ(Configs().Text(), "Nightly");
   EXPECT_TRUE(List().IsEnabled());
+}
+
+TEST_F(SolutionPage, LeavesStampingOnAtAClickOrATick) {
+  Settings().updateAssemblyInfo = true;
+  OpenApp();
+  EXPECT_EQ(Click("optBuildSelectedProjects"), TUserAnswer::Done);
+  EXPECT_TRUE(StampsAssemblyInfo());
+  EXPECT_EQ(List().UserTick(0, false), TUserAnswer::Done);
+  EXPECT_TRUE(StampsAssemblyInfo());
+}
+
+TEST_F(SolutionPage, SelectsAConfigurationAtAClickOrATickWhenNoneWasTyped) {
+  OpenApp();
+  EXPECT_EQ(Configs().UserType(""), TUserAnswer::Done);
+  EXPECT_EQ(Click("optBuildSelectedProjects"), TUserAnswer::Done);
+  EXPECT_EQ(Configs().Text(), "Debug|Win32");
+  EXPECT_EQ(Configs().UserType(""), TUserAnswer::Done);
+  EXPECT_EQ(List().UserTick(0, false), TUserAnswer::Done);
+  EXPECT_EQ(Configs().Text(), "Debug|Win32");
 }
 
 TEST_F(SolutionPage, EndsATickWithoutItsFileInTheErrorDialog) {

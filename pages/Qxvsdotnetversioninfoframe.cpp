@@ -177,6 +177,7 @@ void TVC7VersionInfoFrame::SelectedProjectsChanged(const TStringList& names) {
     if (lstProjects_.IsChecked(i)) ticked.Add(lstProjects_.Item(i));
   lstProjects_.ClearItems();
   for (const std::string& name : names.Items()) lstProjects_.AddItem(name);
+  projects_.ItemsChanged();
   if (!optSelectedProjects_.Checked()) return lstProjects_.CheckAll();
   for (const std::string& name : ticked.Items()) {
     const int found = names.IndexOf(name);

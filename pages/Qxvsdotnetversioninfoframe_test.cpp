@@ -171,6 +171,12 @@ TEST_F(VersionPage, ResetsItsHeadingsOnWriting) {
   EXPECT_EQ(Grid().Cell(0, 0) + "|" + Grid().Cell(1, 0), "Key|Value");
 }
 
+TEST_F(VersionPage, ShowsTheKeysAsTheActionHasThemNotAsItsSpinEditsHoldThem) {
+  action->SetMajorVer(70000);
+  OpenOn();
+  EXPECT_EQ(Rows(), (Texts{"FileVersion=70000.0.0.0"}));
+}
+
 TEST_F(VersionPage, KeepsNineteenKeys) {
   std::string keys;
   for (int i = 1; i <= 20; ++i) keys += "Key" + std::to_string(i) + "=" + std::to_string(i) + "\r\n";

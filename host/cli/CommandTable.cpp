@@ -186,7 +186,8 @@ constexpr std::array kCommands{
                "changes the first action by the rules of its pages", DrivePages},
     CommandRow{
         "script", kScriptOperands, kScriptOptions, "run a Lua script on the options",
-        "A script calls the functions that the packages register, and uses their enumerations as tables. "
+        "A script calls the functions that the packages register, and uses the values of their enumerations "
+        "by name: VALUE, or ENUMERATION.VALUE where two have the same. "
         "A function gives an options object, whose properties are read and set as fields, or nil. Letter "
         "case does not matter in any of these names.\n"
         "Lua's own libraries are there, except os.exit. Arguments arrive in ... and in the table arg.\n"

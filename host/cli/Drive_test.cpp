@@ -31,6 +31,11 @@ class Drive : public CliTest {
 
 const char* const kOk = "{\"ok\":true}";
 
+TEST_F(Drive, PassesOverAByteOrderMark) {
+  Project("p.xml", {{"Text=one"}});
+  EXPECT_EQ(Answers({"p.xml"}, {"\xEF\xBB\xBFpages", "quit"}), (Words{"[\"Tiny Page\"]"}));
+}
+
 TEST_F(Drive, ReadsDrivesWritesAndSaves) {
   Project("p.xml", {{"Text=one"}, {"Text=two", "Lines=a;b;c", "Loud=True", "Password=secret"}});
   const Words answers = Answers(

@@ -21,10 +21,15 @@ class CommandLines {
   }
   bool Next(std::string& line) {
     std::istream& stream = file_ ? static_cast<std::istream&>(*file_) : std::cin;
-    return static_cast<bool>(std::getline(stream, line));
+    if (!std::getline(stream, line)) return false;
+    if (isFirst_ && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
+    isFirst_ = false;
+    return true;
   }
 
  private:
+  static constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";  // some shells begin their pipes with it
+  bool isFirst_ = true;
   std::optional<std::istringstream> file_;
 };
 

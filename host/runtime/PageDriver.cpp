@@ -190,8 +190,9 @@ PageDriver::Target PageDriver::FindTarget(std::string_view text) const {
                   Advice(name, names));
 }
 
+// What is disabled takes nobody to its page.
 TControl& PageDriver::GoTo(const Target& target) {
-  dialog_.Activate(target.page);
+  if (target.control->IsEnabled()) dialog_.Activate(target.page);
   return *target.control;
 }
 

@@ -371,12 +371,14 @@ TEST_F(PageDrivers, AFailedWriteKeepsWhatWasWrittenAndSavesNothing) {
 TEST_F(PageDrivers, RefuseWhatIsDisabled) {
   Open();
   const char* const disabled = "{\"error\":\"disabled\"}";
+  const std::string active = Answer("active");
   EXPECT_EQ(Answer("click First.optAll"), disabled);
   dialog_->Page(0).Root().SetEnabled(false);
   for (const char* line : {"text First.txtTitle x", "button First.txtTitle 1", "select First.cboKind 0",
                            "click First.btnClear", "tick First.lstParts 0 on", "cell First.Cells 0 1 x",
                            "text First.spNumber 1", "click First.chkWanted"})
     EXPECT_EQ(Answer(line), disabled) << line;
+  EXPECT_EQ(Answer("active"), active);
 }
 
 TEST_F(PageDrivers, SayWhatIsWrongAndNameTheNearest) {

@@ -162,11 +162,17 @@ int ObjectText(lua_State* lua) {
   return 1;
 }
 
+int IsSameObject(lua_State* lua) {
+  lua_pushboolean(lua, &ObjectAt(lua, 1) == &ObjectAt(lua, 2) ? 1 : 0);
+  return 1;
+}
+
 void MakeObjectType(lua_State* lua) {
   luaL_newmetatable(lua, kObjectType);
   static constexpr luaL_Reg operations[] = {{"__index", Guarded<GetField>},
                                             {"__newindex", Guarded<SetField>},
                                             {"__tostring", Guarded<ObjectText>},
+                                            {"__eq", Guarded<IsSameObject>},
                                             {nullptr, nullptr}};
   luaL_setfuncs(lua, operations, 0);
   lua_pop(lua, 1);
@@ -238,6 +244,13 @@ int FindGlobal(lua_State* lua) {
       if (!SameText(enumeration.name, name)) continue;
       PushEnumeration(lua, enumeration);
       return 1;
+    }
+    for (const RegisteredEnumeration& enumeration : catalogue.Enumerations()) {
+      for (std::size_t i = 0; i < enumeration.values.size(); ++i) {
+        if (!SameText(enumeration.values[i], name)) continue;
+        lua_pushinteger(lua, static_cast<lua_Integer>(i));
+        return 1;
+      }
     }
   }
   lua_pushnil(lua);

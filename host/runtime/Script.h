@@ -27,7 +27,9 @@ struct Script {
 //   object's fields are its properties by name, letter case aside: texts, whole numbers, booleans, lists as
 //   tables of texts, and enumerations as ordinals, which may be set by their name too. A secret can be set
 //   and not read.
-// - every registered enumeration, as a global table from its names to their ordinals and back.
+// - every registered enumeration, as a global table from its names to their ordinals and back, and each of
+// its
+//   values as a global of that name.
 // Any other use, such as a property that the object does not have, is an error that names the nearest valid
 // one.
 void RunScript(Catalogue& catalogue, const Script& script,

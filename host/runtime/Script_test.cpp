@@ -111,6 +111,11 @@ TEST_F(Scripts, WriteThemThroughTheirSetters) {
   EXPECT_EQ(kitchen_.dishes.Count(), 0);
 }
 
+TEST_F(Scripts, KnowTheOneObjectAgain) {
+  EXPECT_EQ(Run("print(Kitchen() == Kitchen(), Kitchen() ~= Kitchen(), Kitchen() == 1)"),
+            "true\tfalse\tfalse\n");
+}
+
 TEST_F(Scripts, PassOverLetterCase) {
   EXPECT_EQ(Run("print(KITCHEN().pLACE, tflavour.FLSWEET, type(kitchen))"), "here\t0\tfunction\n");
 }
@@ -123,6 +128,7 @@ TEST_F(Scripts, GetNothingWhereThereIsNoOptionsObject) {
 
 TEST_F(Scripts, CountAnEnumerationsValuesFromZeroAndNameThem) {
   EXPECT_EQ(Run("print(TFlavour.flSweet, TFlavour.flSour, TFlavour[1], TFlavour[2])"), "0\t1\tflSour\tnil\n");
+  EXPECT_EQ(Run("print(flSweet, flSour, FLSOUR, Kitchen().Flavour == flSour)"), "0\t1\t1\ttrue\n");
   EXPECT_EQ(Fault("return TFlavour.flSower"),
             "folder/s.lua:1: TFlavour has no value \"flSower\" (nearest: flSour)");
 }
