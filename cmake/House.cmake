@@ -48,6 +48,8 @@ if(NOT TARGET gtest AND EXISTS /usr/src/googletest/CMakeLists.txt)
   endif()
 endif()
 
+option(QX_TESTS "Build the test programs" ON)
+
 # Builds the test programs that the thread sanitizer's run takes.
 add_custom_target(thread_tests)
 
@@ -58,13 +60,17 @@ function(qx_tests name)
   set(drive "$<$<BOOL:${WIN32}>:Z:>")  # Wine's drive Z is the root of this file system
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} gtest gtest_main)
+  if(NOT QX_TESTS)
+    set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL TRUE)
+    return()
+  endif()
   target_compile_definitions(${name} PRIVATE QX_SOURCE_DIR="${drive}${CMAKE_SOURCE_DIR}"
                              QX_BINARY_DIR="${drive}${CMAKE_BINARY_DIR}/bin")
   if("threads" IN_LIST ARG_LABELS)
     add_dependencies(thread_tests ${name})
   endif()
   include(GoogleTest)
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 120)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 240)
 
   # Discovery flattens lists, so the properties that are lists are set in a file of their own, read after it.
   set(lists "${CMAKE_CURRENT_BINARY_DIR}/${name}_lists.cmake")
