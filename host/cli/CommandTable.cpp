@@ -165,25 +165,30 @@ constexpr std::array kCommands{
                "sign.",
                "qxhost expand '%ROOT%/App.sln' --project nightly.xml", "shows the path that a build will use",
                ExpandText},
-    CommandRow{"drive", kDriveOperands, kDriveOptions, "drive an action's property pages without a screen",
-               "Fills the pages, then reads one command a line from standard input and answers each with one "
-               "line of "
-               "JSON.\n"
-               "pages: the page names in order; active: the page that the user is on.\n"
-               "state [PAGE[.CONTROL]]: every control, or one.\n"
-               "text PAGE.CONTROL VALUE: types into an edit, a combo box or a spin edit.\n"
-               "click PAGE.CONTROL: clicks a check box, a radio button or a button.\n"
-               "button PAGE.CONTROL N: presses the Nth button inside an edit, counted from 1.\n"
-               "select PAGE.CONTROL INDEX: picks an item of a list, counted from 0.\n"
-               "tick PAGE.CONTROL INDEX on|off: ticks an item of a check list.\n"
-               "cell PAGE.CONTROL COL ROW VALUE: edits a cell of a grid; row 0 is its heading.\n"
-               "answer file PATH, answer folder PATH, answer cancel: queues the answer to the next picker.\n"
-               "dialogs: every dialog shown since the last time.\n"
-               "write: has every page write its values and saves them.\n"
-               "quit: ends; what was not written is lost.\n"
-               "A command that is wrong answers {\"error\":\"...\"} and changes nothing.",
-               "qxhost drive nightly.xml < commands.txt",
-               "changes the first action by the rules of its pages", DrivePages},
+    CommandRow{
+        "drive", kDriveOperands, kDriveOptions, "drive an action's property pages without a screen",
+        "Fills the pages, then reads one command a line from standard input and answers each with one "
+        "line of JSON. What was wrong with a command stands in its answer; the exit code is 0 all the "
+        "same.\n"
+        "Names of controls stand in the answer to state. A page's name with blanks is written as it is, "
+        "without quotes: click Some Page.chkAll.\n"
+        "pages: the page names in order; active: the page that the user is on.\n"
+        "state [PAGE[.CONTROL]]: every control, or one.\n"
+        "text PAGE.CONTROL VALUE: types into an edit, a combo box or a spin edit; picks an item of a list by "
+        "its words.\n"
+        "click PAGE.CONTROL: clicks a check box, a radio button or a button.\n"
+        "button PAGE.CONTROL N: presses the Nth button inside an edit, counted from 1.\n"
+        "select PAGE.CONTROL INDEX: picks an item of a list, counted from 0.\n"
+        "tick PAGE.CONTROL INDEX on|off: ticks an item of a check list.\n"
+        "cell PAGE.CONTROL COL ROW VALUE: edits a cell of a grid; row 0 is its heading.\n"
+        "answer file PATH, answer folder PATH, answer cancel: queues the answer to the next picker, "
+        "so it goes before the command that opens it.\n"
+        "dialogs: every dialog shown since the last time.\n"
+        "write: has every page write its values and saves them.\n"
+        "quit: ends; what was not written is lost.\n"
+        "A command that is wrong answers {\"error\":\"...\"} and changes nothing.",
+        "qxhost drive nightly.xml < commands.txt", "changes the first action by the rules of its pages",
+        DrivePages},
     CommandRow{
         "script", kScriptOperands, kScriptOptions, "run a Lua script on the options",
         "A script calls the functions that the packages register, and uses the values of their enumerations "
