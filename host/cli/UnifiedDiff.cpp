@@ -115,8 +115,10 @@ std::string UnifiedDiff(const std::string& name, std::optional<std::string_view>
   if (before == after) return "";
   const Lines a = SplitAtLineFeeds(before.value_or(""));
   const Lines b = SplitAtLineFeeds(after.value_or(""));
-  std::string out =
-      "--- " + (before ? "a/" + name : "/dev/null") + "\n+++ " + (after ? "b/" + name : "/dev/null") + "\n";
+  // A tab tells where a name with blanks ends.
+  const std::string nameEnd = name.find(' ') == std::string::npos ? "\n" : "\t\n";
+  std::string out = "--- " + (before ? "a/" + name + nameEnd : "/dev/null\n") + "+++ " +
+                    (after ? "b/" + name + nameEnd : "/dev/null\n");
   const std::vector<Change> changes = FindChanges(a, b);
   for (std::size_t first = 0; first < changes.size();) {
     std::size_t last = first;  // changes whose contexts touch share a hunk

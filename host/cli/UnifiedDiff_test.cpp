@@ -40,6 +40,11 @@ TEST(UnifiedDiff, GivesDistantChangesHunksOfTheirOwn) {
   EXPECT_NE(diff.find("@@ -28,7 +28,7 @@"), std::string::npos) << diff;
 }
 
+TEST(UnifiedDiff, EndsANameWithBlanksByATab) {
+  EXPECT_TRUE(UnifiedDiff("a b", "1\n", "2\n").starts_with("--- a/a b\t\n+++ b/a b\t\n@@"));
+  EXPECT_TRUE(UnifiedDiff("a b", std::nullopt, "2\n").starts_with("--- /dev/null\n+++ b/a b\t\n@@"));
+}
+
 // What `patch` does, in short: walks the hunks over the old text.
 std::string Applied(const std::string& before, const std::string& diff) {
   std::vector<std::string> lines;
