@@ -13,6 +13,9 @@
 namespace qx {
 namespace {
 
+// Ends a name or identifier; neither holds it, for they stand on one line of their solution.
+constexpr char kEnd = '\n';
+
 // Former ticks by name, in the manner of a list of NAME=1 and NAME=0 lines: such a list is searched for what
 // stands before a line's first "=", letter case aside, and its first match holds. A name that holds a "=" is
 // therefore never found again and counts as new; saved pages have always behaved so.
@@ -47,24 +50,33 @@ void ProjectCheckList::Rebuild(IVSDotNetSolution& solution) {
   const int count = projects->GetCount();
   list_.ClearItems();
   identifiers_.Clear();
+  ItemsChanged();
   for (int i = 0; i < count; ++i) {
     const InterfacePtr<IVSDotNetProject> project = projects->GetItem(i);
     const std::string name = project->GetName();
+    std::string identifier = project->GetGUID();
+    shown_ += name + kEnd + identifier + kEnd;
     list_.AddItem(name, former.Of(name));
-    identifiers_.Add(project->GetGUID());
+    identifiers_.Add(std::move(identifier));
   }
-  namesAreDistinct_.reset();
 }
 
-// Whether the list has exactly these projects in this order.
+// Whether the list has exactly these projects in this order. Compares with one text, not with a thousand that
+// lie all over the memory.
 bool ProjectCheckList::ShowsAll(IVSDotNetProjects& projects) const {
   const int count = projects.GetCount();
   if (count != list_.Count() || count != identifiers_.Count()) return false;
+  std::string_view rest = shown_;
+  const auto follows = [&rest](const std::string& text) {
+    if (!rest.starts_with(text) || rest.size() == text.size() || rest[text.size()] != kEnd) return false;
+    rest.remove_prefix(text.size() + 1);
+    return true;
+  };
   for (int i = 0; i < count; ++i) {
     const InterfacePtr<IVSDotNetProject> project = projects.GetItem(i);
-    if (project->GetName() != list_.Item(i) || project->GetGUID() != identifiers_.Get(i)) return false;
+    if (!follows(project->GetName()) || !follows(project->GetGUID())) return false;
   }
-  return true;
+  return rest.empty();
 }
 
 // Two names may be taken for one by chance; they are then looked up.

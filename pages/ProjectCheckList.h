@@ -4,6 +4,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "plugin/Qxcontrols.h"
 #include "plugin/Qxstrings.h"
@@ -26,7 +27,10 @@ class ProjectCheckList {
   void TickOnly(const TStringList& identifiers);
   void TickAll() { list_.CheckAll(); }
   // To be called when somebody else has changed the list's items.
-  void ItemsChanged() { namesAreDistinct_.reset(); }
+  void ItemsChanged() {
+    shown_.clear();
+    namesAreDistinct_.reset();
+  }
   // The identifiers of the ticked projects in list order, as their solution writes them.
   TStringList Ticked() const;
 
@@ -36,6 +40,7 @@ class ProjectCheckList {
 
   TCheckListBox& list_;
   TStringList identifiers_;               // one an item, at the same index
+  std::string shown_;                     // the names and identifiers as they were rebuilt last, in one piece
   std::optional<bool> namesAreDistinct_;  // of the list as it was rebuilt last; none: not looked at yet
 };
 
