@@ -10,6 +10,7 @@
 #include "actions/Qxvsdotnetaction.h"
 #include "host/runtime/ActionHost.h"
 #include "host/runtime/Catalogue.h"
+#include "host/runtime/HostProgram.h"
 #include "host/runtime/Pages.h"
 #include "pages/Qxvsdotnetassemblyframe.h"
 #include "pages/Qxvsdotnetoutputlocationframe.h"
@@ -63,7 +64,10 @@ class Solution {
 };
 
 const Solution& TheSolution() {
-  static const Solution solution;
+  static const Solution solution = [] {
+    qx::KeepFreedMemory();  // as the host does where pages are shown
+    return Solution();
+  }();
   return solution;
 }
 

@@ -35,6 +35,7 @@ class CommandLines {
 
 // One command a line until the user quits or there is no more.
 void Drive(Session& session, CommandLines& commands, PageDriver& driver) {
+  KeepFreedMemory();
   std::string line;
   while (!driver.Ended() && commands.Next(line)) {
     const std::string answer = driver.Answer(line);

@@ -18,6 +18,10 @@ std::string ProgramFolder();
 // Raises Exception "Cannot enter FOLDER: reason". It holds for the whole process.
 void SetCurrentFolder(const std::string& folder);
 
+// From now on memory that was freed stays with the program up to some megabytes: a solution that is read
+// again and again is then read into memory that is there. For programs whose users wait.
+void KeepFreedMemory();
+
 // From now on writing to a stream that nobody reads is an error of the write, not the end of the process:
 // what is still to be saved is saved. Child processes are not affected.
 void IgnoreBrokenStreams();

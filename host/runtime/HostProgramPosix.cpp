@@ -1,3 +1,4 @@
+#include <malloc.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -29,6 +30,12 @@ std::string ProgramFolder() {
 
 void SetCurrentFolder(const std::string& folder) {
   if (chdir(folder.c_str()) != 0) throw Exception("Cannot enter " + folder + ": " + std::strerror(errno));
+}
+
+void KeepFreedMemory() {
+  constexpr int kMostKept = 32 << 20;
+  mallopt(M_MMAP_THRESHOLD, kMostKept);
+  mallopt(M_TRIM_THRESHOLD, kMostKept);
 }
 
 void IgnoreBrokenStreams() {
