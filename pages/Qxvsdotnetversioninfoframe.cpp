@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "actions/VersionNumbers.h"
 #include "pages/ActionOf.h"
 #include "platform/Texts.h"
 #include "plugin/Qxlanguages.h"
@@ -165,8 +166,7 @@ void TVC7VersionInfoFrame::VersionNumberChange() {
   for (int row = 1; row < VersionKeyGrid_.RowCount(); ++row) {
     if (VersionKeyGrid_.Cell(kKeyColumn, row) != "FileVersion") continue;
     VersionKeyGrid_.SetCell(kValueColumn, row,
-                            std::to_string(GetMajorVer()) + "." + std::to_string(GetMinorVer()) + "." +
-                                std::to_string(GetReleaseVer()) + "." + std::to_string(GetBuildVer()));
+                            DottedVersion({GetMajorVer(), GetMinorVer(), GetReleaseVer(), GetBuildVer()}));
     return;
   }
 }

@@ -90,10 +90,9 @@ bool TryReadFile(const std::string& path, std::string& bytes, std::string* reaso
   return true;
 }
 
-bool TryReadParts(const std::string& path, std::string& buffer, const TakePart& take, std::string* reason) {
-  std::string ignored;
-  if (!Recorded(path)) return system::ReadParts(path, buffer, take, reason != nullptr ? *reason : ignored);
-  if (!TryReadFile(path, buffer, reason)) return false;
+bool TryReadParts(const std::string& path, std::string& buffer, const TakePart& take) {
+  if (!Recorded(path)) return system::ReadParts(path, buffer, take);
+  if (!TryReadFile(path, buffer)) return false;
   take(buffer);
   return true;
 }

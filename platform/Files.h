@@ -26,10 +26,9 @@ std::string ReadFile(const std::string& path);
 bool TryReadFile(const std::string& path, std::string& bytes, std::string* reason = nullptr);
 
 // For a look into large files: hands the bytes of such a file over part by part, through a buffer that keeps
-// its memory, until `take` answers true or the file ends.
+// its memory, until `take` answers true or the file ends; false where it cannot.
 using TakePart = std::function<bool(std::string_view part)>;
-bool TryReadParts(const std::string& path, std::string& buffer, const TakePart& take,
-                  std::string* reason = nullptr);
+bool TryReadParts(const std::string& path, std::string& buffer, const TakePart& take);
 
 // False for a folder, and for what cannot be looked at.
 bool FileExists(const std::string& path);

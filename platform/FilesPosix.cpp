@@ -147,19 +147,17 @@ bool Read(const std::string& path, std::string& bytes, std::string& reason) {
 }
 
 bool ReadParts(const std::string& path, std::string& buffer,
-               const std::function<bool(std::string_view)>& take, std::string& reason) {
+               const std::function<bool(std::string_view)>& take) {
   std::size_t size = 0;
-  const Descriptor file(OpenRegular(path, size, reason));
+  std::string ignored;
+  const Descriptor file(OpenRegular(path, size, ignored));
   if (!file.IsOpen()) return false;
   // One byte more than the size was asked for: a short answer is the end.
   buffer.resize(std::min(size + 1, kPartSize));
   for (;;) {
     const ssize_t count = read(file.Number(), buffer.data(), buffer.size());
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) {
-      reason = LastError();
-      return false;
-    }
+    if (count < 0) return false;
     const std::size_t got = static_cast<std::size_t>(count);
     if (got > 0 && take(std::string_view(buffer).substr(0, got))) return true;
     if (got < buffer.size()) return true;

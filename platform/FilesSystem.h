@@ -16,7 +16,7 @@ bool Read(const std::string& path, std::string& bytes, std::string& reason);
 
 // The same in parts, which come through the buffer until `take` answers true.
 bool ReadParts(const std::string& path, std::string& buffer,
-               const std::function<bool(std::string_view)>& take, std::string& reason);
+               const std::function<bool(std::string_view)>& take);
 
 // The path on disk that a write to `path` goes to: native, absolute, links followed; the file need not exist.
 std::string WriteTarget(const std::string& path);

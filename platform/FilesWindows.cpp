@@ -85,7 +85,7 @@ bool Read(const std::string& path, std::string& bytes, std::string& reason) {
 }
 
 bool ReadParts(const std::string& path, std::string& buffer,
-               const std::function<bool(std::string_view)>& take, std::string& reason) {
+               const std::function<bool(std::string_view)>& take) {
   const Handle file(CreateFileW(WidePath(path).c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
                                 FILE_ATTRIBUTE_NORMAL, nullptr));
   buffer.resize(kPartSize);
@@ -93,7 +93,6 @@ bool ReadParts(const std::string& path, std::string& buffer,
   while (file.IsOpen() && ::ReadFile(file.Get(), buffer.data(), kPartSize, &count, nullptr)) {
     if (count == 0 || take(std::string_view(buffer).substr(0, count))) return true;
   }
-  reason = IsFolder(path) ? "it is a folder" : LastError();
   return false;
 }
 

@@ -60,6 +60,11 @@ void AppendUtf16(std::string& out, std::u16string_view units, TextEncoding encod
 
 TextEncoding EncodingOf(std::string_view bytes) { return MarkOf(bytes).encoding; }
 
+std::string_view WithoutUtf8Mark(std::string_view text) {
+  if (EncodingOf(text) == TextEncoding::kUtf8WithMark) text.remove_prefix(MarkOf(text).bytes.size());
+  return text;
+}
+
 std::string_view DecodeText(std::string_view bytes, std::string& scratch) {
   const Mark mark = MarkOf(bytes);
   bytes.remove_prefix(mark.bytes.size());

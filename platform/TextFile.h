@@ -33,6 +33,9 @@ struct TextFile {
 // By the mark that a file's bytes begin with.
 TextEncoding EncodingOf(std::string_view bytes);
 
+// The text without the mark of UTF-8 that it may begin with.
+std::string_view WithoutUtf8Mark(std::string_view text);
+
 // The text of a file's bytes by the same rules, in one piece, without its mark. An odd last byte of UTF-16 is
 // kept as U+FFFD. A text in plain bytes is not copied: the view then points into `bytes`, else into
 // `scratch`.

@@ -37,7 +37,7 @@ class MemoryFiles final : public SolutionFiles {
   // The full path that a name has in the model.
   static std::string Full(const std::string& name) { return ExpandPath(FolderPart(Solution()), name); }
   static std::string Solution() {
-    return NativeDelimiter() == '/' ? "/work/here/App.sln" : "C:\\work\\here\\App.sln";
+    return NativeDelimiter() == '/' ? "/code/here/App.sln" : "C:\\code\\here\\App.sln";
   }
 
   // The bytes of a file that exists and cannot be read.

@@ -9,16 +9,10 @@
 #include "platform/Paths.h"
 #include "platform/TestFolder.h"
 #include "solution/Vsnetsln.h"
+#include "versioning/TestLog.h"
 
 namespace qx {
 namespace {
-
-class Log final : public Implements<IQXActionLogMessage> {
- public:
-  void AppendDetail(std::string_view text) override { lines.emplace_back(text); }
-  void SetHeading(std::string_view) override {}
-  std::vector<std::string> lines;
-};
 
 // The action's side: attributes that are in the map are updated.
 class Source final : public AnswersUncounted<IAssemblyInfoSource> {
@@ -78,7 +72,7 @@ class AssemblyInfo : public testing::Test {
 
   TestFolder folder;
   Source source;
-  InterfacePtr<Log> log = MakeInterface<Log>();
+  InterfacePtr<TestLog> log = MakeInterface<TestLog>();
 
  private:
   std::string projects_;

@@ -10,16 +10,10 @@
 #include "platform/TestFolder.h"
 #include "plugin/Qxutils.h"
 #include "solution/Vsnetsln.h"
+#include "versioning/TestLog.h"
 
 namespace qx {
 namespace {
-
-class Log final : public Implements<IQXActionLogMessage> {
- public:
-  void AppendDetail(std::string_view text) override { lines.emplace_back(text); }
-  void SetHeading(std::string_view) override {}
-  std::vector<std::string> lines;
-};
 
 // Updates the title alone, by WebDAV unless the test says otherwise.
 class Source final : public AnswersUncounted<IAssemblyInfoSource> {
@@ -74,7 +68,7 @@ class WebProject : public testing::Test {
 
   TestFolder folder_;
   Source source_;
-  InterfacePtr<Log> log_ = MakeInterface<Log>();
+  InterfacePtr<TestLog> log_ = MakeInterface<TestLog>();
   std::map<std::string, std::string> files_;
   std::unique_ptr<HttpTestServer> server_;
 };

@@ -1,6 +1,7 @@
 // drive.
 #include <iostream>
 #include <sstream>
+#include <utility>
 
 #include "host/cli/Commands.h"
 #include "host/cli/Session.h"
@@ -9,6 +10,7 @@
 #include "host/runtime/PropertyText.h"
 #include "platform/Files.h"
 #include "platform/Paths.h"
+#include "platform/TextFile.h"
 
 namespace qx::cli {
 namespace {
@@ -22,13 +24,12 @@ class CommandLines {
   bool Next(std::string& line) {
     std::istream& stream = file_ ? static_cast<std::istream&>(*file_) : std::cin;
     if (!std::getline(stream, line)) return false;
-    if (isFirst_ && line.starts_with(kByteOrderMark)) line.erase(0, kByteOrderMark.size());
-    isFirst_ = false;
+    if (std::exchange(isFirst_, false))
+      line = WithoutUtf8Mark(line);  // some shells begin their pipes with it
     return true;
   }
 
  private:
-  static constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";  // some shells begin their pipes with it
   bool isFirst_ = true;
   std::optional<std::istringstream> file_;
 };

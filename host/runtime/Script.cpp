@@ -9,6 +9,7 @@
 #include "host/runtime/Nearest.h"
 #include "host/runtime/PropertyText.h"
 #include "platform/Paths.h"
+#include "platform/TextFile.h"
 #include "platform/Texts.h"
 
 namespace qx {
@@ -321,7 +322,7 @@ int Describe(lua_State* lua) {
 
 // The text that is compiled, its lines numbered as in the file.
 std::string_view Body(std::string_view text) {
-  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  text = WithoutUtf8Mark(text);
   if (text.starts_with('#')) text.remove_prefix(std::min(text.find('\n'), text.size()));
   return text;
 }

@@ -2,11 +2,10 @@
 // arguments as the program gets them, its starting folder, the log's lines and the exit code.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "platform/Files.h"
-#include "platform/Paths.h"
-#include "platform/Texts.h"
 #include "tests/support/RunProgram.h"
 
 namespace qx {
