@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "host/cli/Commands.h"
-#include "host/cli/DryRun.h"
+#include "host/runtime/DryRun.h"
 #include "host/cli/Session.h"
 #include "host/runtime/HostProgram.h"
 #include "host/runtime/Runner.h"

@@ -23,6 +23,8 @@ class StopRequests {
   // The next event. Each request comes once; requests made before the wait are not lost, several may come as
   // one. Finished, once told, is what every later wait gives.
   Event Wait(std::optional<std::chrono::steady_clock::time_point> end);
+  // From any thread: a request like the system's own.
+  void Stop();
   // From any thread: the run is over.
   void Finish();
 

@@ -27,6 +27,11 @@ void OnSignal(int) {
   errno = error;
 }
 
+// A full pipe is read by the thread that waits.
+void Send(int end, char request) {
+  while (write(end, &request, 1) < 0 && (errno == EINTR || errno == EAGAIN)) poll(nullptr, 0, 1);
+}
+
 }  // namespace
 
 struct StopRequests::State {
@@ -77,10 +82,8 @@ StopRequests::Event StopRequests::Wait(std::optional<std::chrono::steady_clock::
   return Event::Finished;
 }
 
-void StopRequests::Finish() {
-  while (write(state_->ends[1], &kFinished, 1) < 0 && (errno == EINTR || errno == EAGAIN)) {
-    poll(nullptr, 0, 1);
-  }
-}
+void StopRequests::Stop() { Send(state_->ends[1], kStop); }
+
+void StopRequests::Finish() { Send(state_->ends[1], kFinished); }
 
 }  // namespace qx

@@ -69,6 +69,8 @@ StopRequests::Event StopRequests::Wait(std::optional<std::chrono::steady_clock::
   }
 }
 
+void StopRequests::Stop() { SetEvent(state_->stop); }
+
 void StopRequests::Finish() { SetEvent(state_->finished); }
 
 }  // namespace qx

@@ -1,6 +1,8 @@
-# Build projects, the options store, the package loader and the runner.
+# Build projects, the options store, the package loader, the runner and the dry run.
 target_sources(qx_runtime PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/BuildProject.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/DryRun.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/Host.cpp
   ${CMAKE_CURRENT_LIST_DIR}/HostProgram${system}.cpp
   ${CMAKE_CURRENT_LIST_DIR}/OpenProject.cpp
   ${CMAKE_CURRENT_LIST_DIR}/OptionsStore.cpp
@@ -9,6 +11,7 @@ target_sources(qx_runtime PRIVATE
   ${CMAKE_CURRENT_LIST_DIR}/Runner.cpp
   ${CMAKE_CURRENT_LIST_DIR}/SharedLibrary${system}.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StopRequests${system}.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/UnifiedDiff.cpp
   ${CMAKE_CURRENT_LIST_DIR}/XmlFile.cpp)
 if(WIN32)
   target_link_libraries(qx_runtime PRIVATE shell32)
@@ -21,6 +24,7 @@ qx_tests(project_tests
     BuildProject_test.cpp
     OptionsStore_test.cpp
     PackageLoader_test.cpp
+    UnifiedDiff_test.cpp
     XmlFile_test.cpp
   LINKS qx_runtime)
 

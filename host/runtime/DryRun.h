@@ -7,7 +7,7 @@
 #include "host/runtime/ProcessRehearsal.h"
 #include "platform/Files.h"
 
-namespace qx::cli {
+namespace qx {
 
 class DryRun {
  public:
@@ -21,4 +21,4 @@ class DryRun {
   ProcessRehearsal processes_;
 };
 
-}  // namespace qx::cli
+}  // namespace qx

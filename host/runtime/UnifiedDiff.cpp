@@ -1,9 +1,9 @@
-#include "host/cli/UnifiedDiff.h"
+#include "host/runtime/UnifiedDiff.h"
 
 #include <algorithm>
 #include <vector>
 
-namespace qx::cli {
+namespace qx {
 namespace {
 
 using Lines = std::vector<std::string_view>;
@@ -140,4 +140,4 @@ std::string UnifiedDiff(const std::string& name, std::optional<std::string_view>
   return out;
 }
 
-}  // namespace qx::cli
+}  // namespace qx

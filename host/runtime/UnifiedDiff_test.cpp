@@ -1,11 +1,11 @@
-#include "host/cli/UnifiedDiff.h"
+#include "host/runtime/UnifiedDiff.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <vector>
 
-namespace qx::cli {
+namespace qx {
 namespace {
 
 TEST(UnifiedDiff, ShowsAChangeWithItsContext) {
@@ -107,4 +107,4 @@ TEST(UnifiedDiff, AppliesBackToTheNewFileWhateverTheFiles) {
 }
 
 }  // namespace
-}  // namespace qx::cli
+}  // namespace qx

@@ -1,16 +1,16 @@
-#include "host/cli/DryRun.h"
+#include "host/runtime/DryRun.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
-#include "host/cli/UnifiedDiff.h"
 #include "host/runtime/CommandLine.h"
+#include "host/runtime/UnifiedDiff.h"
 #include "platform/Paths.h"
 #include "platform/Texts.h"
 
-namespace qx::cli {
+namespace qx {
 namespace {
 
 namespace fs = std::filesystem;
@@ -61,4 +61,4 @@ std::string DryRun::Report(const OpenProject& project) const {
   return report;
 }
 
-}  // namespace qx::cli
+}  // namespace qx

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace qx::cli {
+namespace qx {
 
 // From `before` to `after`, either of which may be no file at all; with three lines of context. `name` is
 // what the file is called behind "a/" and "b/", with "/" as its delimiter. Empty when the two are equal.
@@ -13,4 +13,4 @@ namespace qx::cli {
 std::string UnifiedDiff(const std::string& name, std::optional<std::string_view> before,
                         std::optional<std::string_view> after);
 
-}  // namespace qx::cli
+}  // namespace qx
