@@ -1,0 +1,73 @@
+// The log of a build as the window shows it: the newest rows in memory, everything in a file, so that a
+// build may write as much as it likes. Headings open and close over their details; rows can be filtered and
+// searched. No pixel.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/runtime/ActionLog.h"
+
+namespace qx::desktop {
+
+enum class Severity { Plain, Heading, Good, Warning, Error };
+
+// What a line of a compiler's output is by its looks: "x.cs(3,4): error CS0103: ...", "warning C4996: ...".
+Severity SeverityOf(std::string_view line);
+
+struct LogRow {
+  std::string text;  // one line, valid UTF-8 (a byte that is not became U+FFFD), without line ends
+  Severity severity = Severity::Plain;
+  int action = 0;           // 1-based; 0: none
+  bool isDetail = false;    // stands under the heading before it
+  bool hasDetails = false;  // a heading that can be closed
+};
+
+// Records come from any thread, through the log; all else is the user-interface thread's. The rows of the
+// last `kept` lines stay in memory; the file takes every line and goes with the store.
+class LogStore final : public LogSink {
+ public:
+  static constexpr std::size_t kDefaultKept = 20'000;
+  explicit LogStore(std::size_t kept = kDefaultKept);
+  ~LogStore() override;
+
+  void Take(const LogRecord& record) override;
+
+  // Empties it, the file too. No build is running.
+  void Clear();
+  // Takes in what has come since; true when the visible rows changed. Its time is bounded by `kept`, not by
+  // what has come.
+  bool Update();
+
+  // The visible rows: those that pass the filter, without the details of closed headings.
+  std::size_t RowCount() const;
+  const LogRow& Row(std::size_t row) const;
+  bool IsOpen(std::size_t row) const;
+  void SetOpen(std::size_t row, bool open);
+  // Rows that hold the text, letter case aside, and are at least as severe as `least`; a heading stays with a
+  // detail that passes.
+  void SetFilter(const std::string& text, Severity least);
+  // The nearest visible row from `from` on (itself included), forwards or backwards and around the end, that
+  // holds the text, letter case aside; -1 when there is none.
+  long Find(const std::string& text, long from, bool forwards) const;
+
+  // Lines that came in all, those that left the memory among them; errors and warnings among those.
+  std::size_t LineCount() const;
+  std::size_t ErrorCount() const;
+  std::size_t WarningCount() const;
+  // Lines that are in the file only.
+  std::size_t DroppedCount() const;
+  // The whole log as the command line would have written it. Raises Exception naming the file.
+  void SaveTo(const std::string& file);
+  // Why the file could not take a line; empty while it could.
+  std::string FileError() const;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace qx::desktop
