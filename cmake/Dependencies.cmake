@@ -1,4 +1,4 @@
-# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_lua, qx_sodium.
+# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_lua, qx_sodium, qx_wx.
 # Linux takes Debian's packages. The Windows build takes the header-only ones from the same packages and
 # compiles pugixml and Lua from Debian's source packages, which scripts/setup leaves in the cache folder below.
 if(DEFINED ENV{XDG_CACHE_HOME})
@@ -74,6 +74,38 @@ else()
   add_library(qx_lua SHARED IMPORTED GLOBAL)
   set_target_properties(qx_lua PROPERTIES IMPORTED_LOCATION "${QX_LUA_LIBRARY}"
                         INTERFACE_INCLUDE_DIRECTORIES "${QX_LUA_HEADERS}")
+endif()
+
+# qx_wx: wxWidgets with its parts core, html and propgrid. Linux takes Debian's libraries, Windows the archive that
+# scripts/setup has built.
+option(QX_DESKTOP "Build the desktop" ON)
+if(QX_DESKTOP)
+  add_library(qx_wx INTERFACE)
+  # As the Windows archive is built: a wxString does not become a char pointer by itself.
+  target_compile_definitions(qx_wx INTERFACE wxNO_UNSAFE_WXSTRING_CONV)
+endif()
+if(QX_DESKTOP AND WIN32)
+  execute_process(COMMAND "${CMAKE_SOURCE_DIR}/scripts/build-wx" --place
+                  OUTPUT_VARIABLE qx_wx_place OUTPUT_STRIP_TRAILING_WHITESPACE)
+  unset(wxWidgets_DIR CACHE)  # the place of an earlier one
+  find_package(wxWidgets CONFIG QUIET PATHS "${qx_wx_place}" NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+  qx_need(wxWidgets_FOUND "wxWidgets for Windows (${qx_wx_place})")
+  target_link_libraries(qx_wx INTERFACE wx::wxmono)
+elseif(QX_DESKTOP)
+  find_program(QX_WX_CONFIG NAMES wx-config-3.2 wx-config)
+  qx_need(QX_WX_CONFIG wx-config)
+  foreach(kind cxxflags libs)
+    execute_process(COMMAND "${QX_WX_CONFIG}" --version=3.2 --toolkit=gtk3 --unicode=yes --${kind} html,propgrid,core,base
+                    OUTPUT_VARIABLE qx_wx_${kind} OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    separate_arguments(qx_wx_${kind} UNIX_COMMAND "${qx_wx_${kind}}")
+  endforeach()
+  set(qx_wx_headers ${qx_wx_cxxflags})
+  list(FILTER qx_wx_headers INCLUDE REGEX "^-I")
+  list(TRANSFORM qx_wx_headers REPLACE "^-I" "")
+  list(FILTER qx_wx_cxxflags EXCLUDE REGEX "^-I")
+  target_include_directories(qx_wx SYSTEM INTERFACE ${qx_wx_headers})
+  target_compile_options(qx_wx INTERFACE ${qx_wx_cxxflags})
+  target_link_libraries(qx_wx INTERFACE ${qx_wx_libs})
 endif()
 
 # Windows programs share one C++ runtime, or an exception would not pass from one module to another. Its
