@@ -1,0 +1,149 @@
+#include "host/desktop/ActionsPanel.h"
+
+#include <wx/dataobj.h>
+#include <wx/sizer.h>
+
+#include <array>
+
+#include "host/desktop/Accessible.h"
+#include "host/desktop/Art.h"
+#include "host/desktop/Caption.h"
+#include "host/desktop/CataloguePanel.h"
+#include "host/desktop/WxText.h"
+#include "host/runtime/Catalogue.h"
+
+namespace qx::desktop {
+namespace {
+
+enum Column { kName, kDescription, kState };
+
+struct StateLook {
+  const char* text;
+  std::optional<Picture> picture;
+};
+const std::array<StateLook, 5> kStateLooks{{{"", std::nullopt},
+                                            {"Running", Picture::Running},
+                                            {"Succeeded", Picture::Succeeded},
+                                            {"Failed", Picture::Failed},
+                                            {"Not valid", Picture::Failed}}};  // by ActionState
+
+wxIcon IconOf(const wxBitmapBundle& picture, const wxWindow& window) {
+  wxIcon icon;
+  icon.CopyFromBitmap(picture.GetBitmapFor(&window));
+  return icon;
+}
+
+wxVariant StateCell(ActionState state, const wxWindow& window) {
+  const StateLook& look = kStateLooks.at(static_cast<std::size_t>(state));
+  const wxIcon icon = look.picture ? IconOf(PictureOf(*look.picture), window) : wxIcon();
+  wxVariant cell;
+  cell << wxDataViewIconText(look.text, icon);
+  return cell;
+}
+
+}  // namespace
+
+ActionsPanel::ActionsPanel(wxWindow* parent, const Document& document, const BuildThread& build,
+                           std::vector<std::string> folders)
+    : wxPanel(parent), document_(document), build_(build), folders_(std::move(folders)) {
+  list_ = new wxDataViewListCtrl(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxDV_ROW_LINES);
+  list_->SetName("actions");
+  SetAccessibleName(*list_, "Actions of the build project");
+  const int em = list_->GetCharWidth();
+  list_->AppendIconTextColumn("Action", wxDATAVIEW_CELL_INERT, 24 * em, wxALIGN_LEFT,
+                              wxDATAVIEW_COL_RESIZABLE);
+  list_->AppendTextColumn("Description", wxDATAVIEW_CELL_INERT, 18 * em, wxALIGN_LEFT,
+                          wxDATAVIEW_COL_RESIZABLE);
+  list_->AppendIconTextColumn("Last run", wxDATAVIEW_CELL_INERT, 14 * em, wxALIGN_LEFT,
+                              wxDATAVIEW_COL_RESIZABLE);
+
+  auto* column = new wxBoxSizer(wxVERTICAL);
+  column->Add(MakeCaption(this, "Build project"), wxSizerFlags().Expand());
+  column->Add(list_, wxSizerFlags(1).Expand());
+  SetSizer(column);
+
+  list_->Bind(wxEVT_DATAVIEW_SELECTION_CHANGED, [this](wxDataViewEvent&) {
+    if (OnSelect) OnSelect();
+  });
+  list_->Bind(wxEVT_DATAVIEW_ITEM_ACTIVATED, [this](wxDataViewEvent&) {
+    if (OnOpen) OnOpen();
+  });
+  list_->Bind(wxEVT_DATAVIEW_ITEM_CONTEXT_MENU, [this](wxDataViewEvent&) {
+    if (OnMenu) OnMenu();
+  });
+  BindDragging();
+}
+
+int ActionsPanel::RowOf(const wxDataViewItem& item) const {
+  return item.IsOk() ? list_->ItemToRow(item) : -1;
+}
+
+void ActionsPanel::BindDragging() {
+  list_->EnableDragSource(wxDF_UNICODETEXT);
+  list_->EnableDropTarget(wxDF_UNICODETEXT);
+  list_->Bind(wxEVT_DATAVIEW_ITEM_BEGIN_DRAG, [this](wxDataViewEvent& event) {
+    const int row = RowOf(event.GetItem());
+    if (row < 0 || !list_->IsEnabled()) return event.Veto();
+    event.SetDataObject(new wxTextDataObject(wxString(kDraggedAction) + std::to_string(row)));
+    event.SetDragFlags(wxDrag_AllowMove);
+  });
+  list_->Bind(wxEVT_DATAVIEW_ITEM_DROP_POSSIBLE, [](wxDataViewEvent& event) {
+    if (event.GetDataFormat() != wxDF_UNICODETEXT) event.Veto();
+  });
+  list_->Bind(wxEVT_DATAVIEW_ITEM_DROP, [this](wxDataViewEvent& event) {
+    wxTextDataObject text;
+    text.SetData(wxDF_UNICODETEXT, event.GetDataSize(), event.GetDataBuffer());
+    const int row = RowOf(event.GetItem());
+    if (!Drop(text.GetText(), row < 0 ? document_.ActionCount() : row)) event.Veto();
+  });
+}
+
+// What is dropped on an action comes before it, what is dropped below the last one comes last. The list is
+// filled anew when its own handling of the event is over.
+bool ActionsPanel::Drop(const wxString& text, int index) {
+  wxString rest;
+  long from = 0;
+  if (text.StartsWith(kDraggedNewAction, &rest) && OnAdd) {
+    CallAfter([this, name = FromWx(rest), index] { OnAdd(name, index); });
+    return true;
+  }
+  if (!text.StartsWith(kDraggedAction, &rest) || !rest.ToLong(&from) || !OnMove) return false;
+  const int last = document_.ActionCount() - 1;
+  const int to = index > from ? std::min(index, last) : index;
+  CallAfter([this, from, to] { OnMove(static_cast<int>(from), to); });
+  return true;
+}
+
+void ActionsPanel::Refill(int selected) {
+  const wxEventBlocker quiet(list_, wxEVT_DATAVIEW_SELECTION_CHANGED);
+  list_->DeleteAllItems();
+  shown_.clear();
+  for (int i = 0; i < document_.ActionCount(); ++i) {
+    TQXAction* action = document_.Action(i);
+    const std::string type = document_.ActionType(i);
+    const RegisteredAction* registered = TheCatalogue().FindAction(type);
+    const wxBitmapBundle picture =
+        PackagePicture(folders_, registered == nullptr ? std::string() : registered->bitmap);
+    wxVector<wxVariant> row(3);
+    row[kName] << wxDataViewIconText(ToWx(type), IconOf(picture, *this));
+    row[kDescription] =
+        action == nullptr ? wxString("No loaded package has this action") : ToWx(action->GetDescription());
+    row[kState] = StateCell(build_.StateOf(i), *this);
+    shown_.push_back(build_.StateOf(i));
+    list_->AppendItem(row);
+  }
+  if (selected >= 0 && selected < document_.ActionCount()) list_->SelectRow(static_cast<unsigned>(selected));
+}
+
+void ActionsPanel::RefreshStates() {
+  for (std::size_t i = 0; i < shown_.size(); ++i) {
+    const ActionState now = build_.StateOf(static_cast<int>(i));
+    if (now == shown_[i]) continue;
+    shown_[i] = now;
+    list_->SetValue(StateCell(now, *this), static_cast<unsigned>(i), kState);
+  }
+}
+
+int ActionsPanel::Selected() const { return list_->GetSelectedRow(); }
+
+}  // namespace qx::desktop

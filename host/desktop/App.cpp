@@ -1,0 +1,142 @@
+// qxhost-desktop: the host with a window.
+#include <wx/app.h>
+#include <wx/log.h>
+#include <wx/msgdlg.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "host/desktop/MainWindow.h"
+#include "host/desktop/Probe.h"
+#include "host/desktop/WxText.h"
+#include "host/desktop/WxUser.h"
+#include "host/runtime/HostProgram.h"
+#include "platform/Paths.h"
+
+namespace qx::desktop {
+namespace {
+
+constexpr const char* kUsage =
+    "usage: qxhost-desktop [--package PATH]... [--options FILE] [FILE]\n"
+    "Opens a build project in a window. The options are those of qxhost.\n"
+    "  --probe    answers on standard output where its widgets are, for tests that use it as a person does\n";
+
+struct Request {
+  Host::Settings host;
+  std::string file;  // absolute; empty: none
+  bool probe = false;
+  std::string print;  // to standard output, and nothing else is done
+};
+
+// Raises Exception for what it does not know.
+Request RequestOf(const std::vector<std::string>& words) {
+  Request request;
+  request.host.defaultPackage = QXHOST_DEFAULT_PACKAGE;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::string& word = words[i];
+    const auto value = [&]() -> std::string {
+      if (++i == words.size()) throw Exception(word + " needs a value");
+      return ExpandPath("", words[i]);
+    };
+    if (word == "--package") {
+      request.host.packageFiles.push_back(value());
+    } else if (word == "--options") {
+      request.host.optionsFile = value();
+    } else if (word == "--probe") {
+      request.probe = true;
+    } else if (word == "--help") {
+      request.print = kUsage;
+    } else if (word == "--version") {
+      request.print = "qxhost-desktop " QXHOST_VERSION "\n";
+    } else if (word.starts_with("-")) {
+      throw Exception("There is no option " + word);
+    } else if (request.file.empty()) {
+      request.file = ExpandPath("", word);
+    } else {
+      throw Exception("Only one build project can be opened");
+    }
+  }
+  return request;
+}
+
+std::string SettingsFile() {
+  try {
+    return ConfigFolder() + "desktop.ini";
+  } catch (const Exception&) {  // nowhere to keep places: they are forgotten
+    return {};
+  }
+}
+
+class App final : public wxApp {
+ public:
+  bool OnInit() override {
+    SetAppName("qxhost");
+    SetAppDisplayName("qxhost");
+    KeepFreedMemory();
+    try {
+      return Begin();
+    } catch (const std::exception& fault) {
+      std::fprintf(stderr, "qxhost-desktop: %s\n", fault.what());
+      if (started_) wxMessageBox(ToWx(fault.what()), "qxhost cannot start", wxOK | wxICON_ERROR);
+      code_ = 2;
+      return !started_ ? ExitNow() : false;
+    }
+  }
+
+  int OnRun() override { return code_ != 0 || isDone_ ? code_ : wxApp::OnRun(); }
+
+  int OnExit() override {
+    settings_.reset();
+    user_.reset();
+    host_.reset();
+    return wxApp::OnExit();
+  }
+
+  // What leaves a handler is shown, and the window goes on.
+  bool OnExceptionInMainLoop() override {
+    try {
+      throw;
+    } catch (const std::exception& fault) {
+      wxMessageBox(ToWx(fault.what()), "An error", wxOK | wxICON_ERROR);
+    }
+    return true;
+  }
+
+ private:
+  bool ExitNow() { return isDone_ = true; }
+
+  bool Begin() {
+    std::vector<std::string> words;
+    for (int i = 1; i < argc; ++i) words.push_back(FromWx(argv[i]));
+    Request request = RequestOf(words);
+    if (!request.print.empty()) {
+      std::fputs(request.print.c_str(), stdout);
+      return ExitNow();
+    }
+    started_ = true;
+    request.host.warn = [](const std::string& text) {
+      std::fprintf(stderr, "qxhost-desktop: warning: %s\n", text.c_str());
+    };
+    host_ = std::make_unique<Host>(std::move(request.host));
+    user_ = std::make_unique<WxUser>();
+    host_->Packages(Registration::Design);
+    settings_ = std::make_unique<WindowSettings>(SettingsFile());
+    auto* window = new MainWindow(*host_, *settings_);
+    window->Show();
+    if (request.probe) StartProbe();
+    if (!request.file.empty()) window->OpenFile(request.file);
+    return true;
+  }
+
+  bool started_ = false;
+  bool isDone_ = false;
+  int code_ = 0;
+  std::unique_ptr<Host> host_;
+  std::unique_ptr<WxUser> user_;
+  std::unique_ptr<WindowSettings> settings_;
+};
+
+}  // namespace
+}  // namespace qx::desktop
+
+wxIMPLEMENT_APP(qx::desktop::App);

@@ -1,0 +1,36 @@
+// What can be added to a build project: the actions of the loaded packages by category.
+#pragma once
+
+#include <wx/dataview.h>
+#include <wx/panel.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/runtime/Catalogue.h"
+
+namespace qx::desktop {
+
+// What a drag from the catalogue, or of an action within the list, carries as text.
+inline constexpr const char* kDraggedNewAction = "qxhost-new-action:";
+inline constexpr const char* kDraggedAction = "qxhost-action:";
+
+class CataloguePanel final : public wxPanel {
+ public:
+  // `folders` are those that packages were loaded from (PackagePicture).
+  CataloguePanel(wxWindow* parent, const Catalogue& catalogue, const std::vector<std::string>& folders);
+
+  // A double-click or Enter on an action: its display name.
+  std::function<void(const std::string& displayName)> OnAdd;
+  // The display name of the selected action; empty: none.
+  std::string Selected() const;
+
+ private:
+  std::string NameOf(const wxDataViewItem& item) const;
+  void Activate(const wxDataViewItem& item);
+
+  wxDataViewTreeCtrl* tree_;
+};
+
+}  // namespace qx::desktop

@@ -1,0 +1,105 @@
+#include "host/desktop/LineList.h"
+
+#include <wx/clipbrd.h>
+#include <wx/settings.h>
+
+#include <algorithm>
+
+#include "host/desktop/Accessible.h"
+#include "host/desktop/Art.h"
+
+namespace qx::desktop {
+namespace {
+
+// Wider lines are cut by the list, not by the text that is copied.
+constexpr std::size_t kWidestLine = 1000;
+constexpr std::size_t kMostMeasured = 200;
+
+wxColour ByTheme(const char* light, const char* dark) { return wxColour(IsDark() ? dark : light); }
+
+std::array<wxItemAttr, 8> MakeLooks(const wxFont& font) {
+  const wxColour text = wxSystemSettings::GetColour(wxSYS_COLOUR_LISTBOXTEXT);
+  const wxColour paper;  // the list's own
+  const auto look = [&](const wxColour& ink, const wxColour& ground, const wxFont& face) {
+    wxItemAttr attribute;
+    attribute.SetTextColour(ink);
+    if (ground.IsOk()) attribute.SetBackgroundColour(ground);
+    attribute.SetFont(face);
+    return attribute;
+  };
+  return {look(text, paper, font),
+          look(text, paper, font.Bold()),
+          look(ByTheme("#1a7a2e", "#6fd083"), paper, font.Bold()),
+          look(ByTheme("#8a5a00", "#e6b450"), paper, font),
+          look(ByTheme("#b71c1c", "#ff8a80"), paper, font.Bold()),
+          look(ByTheme("#0b4f1c", "#c3f0cb"), ByTheme("#e2f5e6", "#1d3a24"), font),
+          look(ByTheme("#7a1010", "#ffd0cc"), ByTheme("#fbe4e3", "#472020"), font),
+          look(ByTheme("#1f4f8f", "#9cc4f5"), paper, font)};
+}
+
+}  // namespace
+
+LineList::LineList(wxWindow* parent, const wxString& name, const wxString& accessibleName)
+    : wxListView(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                 wxLC_REPORT | wxLC_VIRTUAL | wxLC_NO_HEADER) {
+  SetName(name);
+  SetAccessibleName(*this, accessibleName);
+  const wxFont font(wxFontInfo(wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT).GetPointSize())
+                        .Family(wxFONTFAMILY_TELETYPE));
+  SetFont(font);
+  looks_ = MakeLooks(font);
+  AppendColumn(accessibleName);
+  widest_ = FromDIP(400);
+  SetColumnWidth(0, widest_);
+}
+
+// Only the newest of many new lines are measured: a bar that is a little short costs less than all of them.
+void LineList::Widen(std::size_t from, std::size_t to) {
+  from = std::max(from, to - std::min(to, kMostMeasured));
+  std::size_t longest = 0;
+  for (std::size_t line = from; line < to; ++line)
+    longest = std::max(longest, std::min(LineText(static_cast<long>(line)).length(), kWidestLine));
+  const int width = (static_cast<int>(longest) + 6) * GetCharWidth();
+  if (width <= widest_) return;
+  widest_ = width;
+  SetColumnWidth(0, widest_);
+}
+
+void LineList::SetLineCount(std::size_t count) {
+  const long before = GetItemCount();
+  const bool atEnd = before == 0 || GetTopItem() + GetCountPerPage() >= before - 1;
+  const long now = static_cast<long>(count);
+  if (now != before) SetItemCount(now);
+  if (now > 0) Widen(std::min<std::size_t>(static_cast<std::size_t>(before), count), count);
+  if (now > 0 && atEnd && now != before) EnsureVisible(now - 1);
+  Refresh();
+}
+
+void LineList::GoTo(long line) {
+  if (line < 0 || line >= GetItemCount()) return;
+  for (long at = GetFirstSelected(); at >= 0; at = GetNextSelected(at)) Select(at, false);
+  Select(line);
+  Focus(line);
+  EnsureVisible(line);
+}
+
+wxString LineList::SelectedText() const {
+  wxString text;
+  for (long line = GetFirstSelected(); line >= 0; line = GetNextSelected(line)) text += LineText(line) + "\n";
+  if (!text.empty()) return text;
+  for (long line = 0; line < GetItemCount(); ++line) text += LineText(line) + "\n";
+  return text;
+}
+
+void LineList::CopySelected() const {
+  wxClipboardLocker lock;
+  if (!!lock) wxTheClipboard->SetData(new wxTextDataObject(SelectedText()));
+}
+
+wxString LineList::OnGetItemText(long item, long) const { return LineText(item).Left(kWidestLine); }
+
+wxItemAttr* LineList::OnGetItemAttr(long item) const {
+  return &looks_.at(static_cast<std::size_t>(Look(item)));
+}
+
+}  // namespace qx::desktop

@@ -1,0 +1,202 @@
+#include "host/desktop/LogPanel.h"
+
+#include <wx/button.h>
+#include <wx/choice.h>
+#include <wx/filedlg.h>
+#include <wx/msgdlg.h>
+#include <wx/numformatter.h>
+#include <wx/sizer.h>
+#include <wx/srchctrl.h>
+
+#include <array>
+
+#include "host/desktop/Accessible.h"
+#include "host/desktop/Caption.h"
+#include "host/desktop/LineList.h"
+#include "host/desktop/WxText.h"
+
+namespace qx::desktop {
+namespace {
+
+constexpr std::array kLeast{Severity::Plain, Severity::Warning, Severity::Error};  // by the choice's items
+
+LineLook LookOf(Severity severity) {
+  switch (severity) {
+    case Severity::Heading:
+      return LineLook::Heading;
+    case Severity::Good:
+      return LineLook::Good;
+    case Severity::Warning:
+      return LineLook::Warning;
+    case Severity::Error:
+      return LineLook::Error;
+    case Severity::Plain:
+      break;
+  }
+  return LineLook::Plain;
+}
+
+wxString Counted(std::size_t count, const wxString& one, const wxString& many) {
+  return wxNumberFormatter::ToString(static_cast<long>(count)) + " " + (count == 1 ? one : many);
+}
+
+}  // namespace
+
+class LogList final : public LineList {
+ public:
+  LogList(wxWindow* parent, LogStore& log) : LineList(parent, "log", "Log of the build"), log_(log) {
+    Bind(wxEVT_LIST_ITEM_ACTIVATED, [this](wxListEvent& event) { Toggle(event.GetIndex()); });
+    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+      if (!TakeKey(event)) event.Skip();
+    });
+  }
+
+ private:
+  wxString LineText(long line) const override {
+    const LogRow& row = log_.Row(static_cast<std::size_t>(line));
+    return Marker(line) + ToWx(row.text);
+  }
+  LineLook Look(long line) const override {
+    return LookOf(log_.Row(static_cast<std::size_t>(line)).severity);
+  }
+  // In front of a heading with details: whether they are shown.
+  wxString Marker(long line) const {
+    const LogRow& row = log_.Row(static_cast<std::size_t>(line));
+    if (row.isDetail) return "    ";
+    if (!row.hasDetails) return "";
+    return log_.IsOpen(static_cast<std::size_t>(line)) ? "[-] " : "[+] ";
+  }
+  void Toggle(long line) {
+    if (line < 0) return;
+    const auto row = static_cast<std::size_t>(line);
+    if (log_.Row(row).hasDetails) SetOpen(line, !log_.IsOpen(row));
+  }
+  void SetOpen(long line, bool open) {
+    log_.SetOpen(static_cast<std::size_t>(line), open);
+    SetLineCount(log_.RowCount());
+  }
+  bool TakeKey(const wxKeyEvent& event) {
+    if (event.ControlDown() && event.GetKeyCode() == 'C') {
+      CopySelected();
+      return true;
+    }
+    const long line = Focused();
+    const bool opens = event.GetKeyCode() == WXK_RIGHT;
+    if (line < 0 || event.HasModifiers() || (!opens && event.GetKeyCode() != WXK_LEFT)) return false;
+    const auto row = static_cast<std::size_t>(line);
+    if (!log_.Row(row).hasDetails || log_.IsOpen(row) == opens) return false;
+    SetOpen(line, opens);
+    return true;
+  }
+
+  LogStore& log_;
+};
+
+LogPanel::LogPanel(wxWindow* parent, LogStore& log) : wxPanel(parent), log_(log) {
+  wxSizer* bar = MakeBar();
+  list_ = new LogList(this, log);
+  auto* column = new wxBoxSizer(wxVERTICAL);
+  column->Add(bar, wxSizerFlags().Expand());
+  column->Add(list_, wxSizerFlags(1).Expand());
+  SetSizer(column);
+}
+
+wxSizer* LogPanel::MakeBar() {
+  auto* row = new wxBoxSizer(wxHORIZONTAL);
+  const wxSizerFlags flags = wxSizerFlags().CentreVertical().Border(wxALL, FromDIP(3));
+  row->Add(MakeCaption(this, "Log"), wxSizerFlags().CentreVertical());
+  counts_ = new wxStaticText(this, wxID_ANY, "");
+  counts_->SetName("logCounts");
+  row->Add(counts_, wxSizerFlags(1).CentreVertical().Border(wxLEFT));
+
+  find_ = new wxSearchCtrl(this, wxID_ANY, "", wxDefaultPosition, wxSize(22 * GetCharWidth(), -1),
+                           wxTE_PROCESS_ENTER);
+  find_->SetName("logFind");
+  find_->SetDescriptiveText("Find (Ctrl+F)");
+  SetAccessibleName(*find_, "Find in the log");
+  row->Add(find_, flags);
+
+  least_ = new wxChoice(this, wxID_ANY);
+  for (const char* item : {"Everything", "Warnings and errors", "Errors"}) least_->Append(item);
+  least_->SetSelection(0);
+  least_->SetName("logLeast");
+  SetAccessibleName(*least_, "Lines shown in the log");
+  row->Add(least_, flags);
+
+  filter_ = new wxSearchCtrl(this, wxID_ANY, "", wxDefaultPosition, wxSize(22 * GetCharWidth(), -1));
+  filter_->SetName("logFilter");
+  filter_->SetDescriptiveText("Only lines with...");
+  SetAccessibleName(*filter_, "Show only lines of the log with this text");
+  row->Add(filter_, flags);
+
+  auto* copy = new wxButton(this, wxID_ANY, "&Copy", wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+  copy->SetName("logCopy");
+  row->Add(copy, flags);
+  auto* save = new wxButton(this, wxID_ANY, "Sa&ve log...", wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+  save->SetName("logSave");
+  row->Add(save, flags);
+
+  find_->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { FindNext(true); });
+  find_->Bind(wxEVT_SEARCH, [this](wxCommandEvent&) { FindNext(true); });
+  least_->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { Filter(); });
+  filter_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Filter(); });
+  copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Copy(); });
+  save->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Save(); });
+  return row;
+}
+
+void LogPanel::ShowCounts() {
+  wxString text = Counted(log_.LineCount(), "line", "lines");
+  if (log_.ErrorCount() > 0) text += ", " + Counted(log_.ErrorCount(), "error", "errors");
+  if (log_.WarningCount() > 0) text += ", " + Counted(log_.WarningCount(), "warning", "warnings");
+  if (log_.DroppedCount() > 0)
+    text += " (the last " + wxNumberFormatter::ToString(static_cast<long>(LogStore::kDefaultKept)) +
+            " are shown, Save log keeps all)";
+  if (log_.LineCount() == 0) text.clear();
+  if (text != counts_->GetLabel()) counts_->SetLabel(text);
+}
+
+void LogPanel::Update() {
+  if (!log_.Update()) return;
+  list_->SetLineCount(log_.RowCount());
+  ShowCounts();
+}
+
+void LogPanel::Clear() {
+  log_.Clear();
+  list_->SetLineCount(0);
+  ShowCounts();
+}
+
+void LogPanel::Filter() {
+  log_.SetFilter(FromWx(filter_->GetValue()), kLeast.at(static_cast<std::size_t>(least_->GetSelection())));
+  list_->SetLineCount(log_.RowCount());
+}
+
+void LogPanel::StartFind() {
+  find_->SetFocus();
+  find_->SelectAll();
+}
+
+void LogPanel::FindNext(bool forwards) {
+  const std::string text = FromWx(find_->GetValue());
+  if (text.empty()) return StartFind();
+  const long row = log_.Find(text, list_->Focused() + (forwards ? 1 : -1), forwards);
+  if (row < 0) return wxBell();
+  list_->GoTo(row);
+}
+
+void LogPanel::Copy() const { list_->CopySelected(); }
+
+void LogPanel::Save() {
+  wxFileDialog dialog(this, "Save the log", "", "build.log", "Logs (*.log;*.txt)|*.log;*.txt|All files|*.*",
+                      wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
+  if (dialog.ShowModal() != wxID_OK) return;
+  try {
+    log_.SaveTo(FromWx(dialog.GetPath()));
+  } catch (const std::exception& fault) {
+    wxMessageBox(ToWx(fault.what()), "The log was not saved", wxOK | wxICON_ERROR, this);
+  }
+}
+
+}  // namespace qx::desktop

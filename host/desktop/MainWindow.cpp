@@ -1,0 +1,264 @@
+#include "host/desktop/MainWindow.h"
+
+#include <wx/artprov.h>
+#include <wx/menu.h>
+#include <wx/msgdlg.h>
+#include <wx/sizer.h>
+#include <wx/splitter.h>
+#include <wx/toolbar.h>
+
+#include <algorithm>
+#include <map>
+
+#include "host/desktop/ActionsPanel.h"
+#include "host/desktop/CataloguePanel.h"
+#include "host/desktop/HelpPanel.h"
+#include "host/desktop/LogPanel.h"
+#include "host/desktop/PropertiesPanel.h"
+#include "host/desktop/WxText.h"
+#include "host/runtime/Pages.h"
+#include "platform/Paths.h"
+
+namespace qx::desktop {
+namespace {
+
+constexpr const char* kName = "MainWindow";
+
+std::vector<std::string> FoldersOf(Host& host) {
+  std::vector<std::string> folders;
+  for (const auto& package : host.LoadPackages(Registration::Design).Packages())
+    folders.push_back(FolderPart(package->File()));
+  return folders;
+}
+
+LogStore& AddStore(ActionLog& log) {
+  return static_cast<LogStore&>(log.AddSink(std::make_unique<LogStore>()));
+}
+
+}  // namespace
+
+const std::vector<MainWindow::Command>& MainWindow::Commands() {
+  using W = MainWindow;
+  static constexpr auto none = std::nullopt;
+  static const std::vector<Command> commands{
+      {"&File", "&New\tCtrl+N", "Begin a new build project", Picture::New, &W::New, &W::IsIdle},
+      {"&File", "&Open...\tCtrl+O", "Open a build project", Picture::Open, &W::Open, &W::IsIdle},
+      {"&File", "&Save\tCtrl+S", "Save the build project", Picture::Save, &W::SaveCommand, &W::IsIdle},
+      {"&File", "Save &as...\tCtrl+Shift+S", "Save the build project under another name", none,
+       &W::SaveAsCommand, &W::IsIdle},
+      {"&File", "", "", none, nullptr, nullptr},
+      {"&File", "&Quit\tCtrl+Q", "Close the window", none, &W::Quit, &W::Always},
+      {"&Edit", "&Undo\tCtrl+Z", "Undo the last edit", Picture::Undo, &W::Undo, &W::CanUndo},
+      {"&Edit", "&Redo\tCtrl+Y", "Do again what was undone", Picture::Redo, &W::Redo, &W::CanRedo},
+      {"&Edit", "", "", none, nullptr, nullptr},
+      {"&Edit", "&Add from the catalogue\tCtrl+Ins", "Add the action that is selected in the catalogue", none,
+       &W::AddSelected, &W::CanAdd},
+      {"&Edit", "&Property pages...\tAlt+Enter", "Set the selected action up on its pages", Picture::Pages,
+       &W::OpenPages, &W::CanOpenPages},
+      {"&Edit", "&Duplicate action\tCtrl+D", "Add a copy of the selected action behind it",
+       Picture::Duplicate, &W::Duplicate, &W::CanEditAction},
+      {"&Edit", "D&elete action\tCtrl+Del", "Take the selected action out", Picture::Delete, &W::Delete,
+       &W::CanEditAction},
+      {"&Edit", "Move action &up\tAlt+Up", "Run the selected action earlier", Picture::Up, &W::MoveUp,
+       &W::CanMoveUp},
+      {"&Edit", "Move action do&wn\tAlt+Down", "Run the selected action later", Picture::Down, &W::MoveDown,
+       &W::CanMoveDown},
+      {"&Edit", "", "", none, nullptr, nullptr},
+      {"&Edit", "&Variables...", "The build project's own variables", none, &W::EditVariables, &W::IsIdle},
+      {"&Build", "&Validate\tF7", "Check every action without running one", Picture::Validate,
+       &W::ValidateActions, &W::HasActions},
+      {"&Build", "&Run\tF5", "Save the build project and run its actions", Picture::Run, &W::Run,
+       &W::HasActions},
+      {"&Build", "&Dry run\tCtrl+F5", "Show what a run would change and start; nothing is touched",
+       Picture::Rehearse, &W::Rehearse, &W::HasActions},
+      {"&Build", "&Stop\tShift+F5", "Stop the action that runs", Picture::Stop, &W::Stop, &W::IsRunning},
+      {"&Build", "", "", none, nullptr, nullptr},
+      {"&Build", "&Find in the log\tCtrl+F", "", none, &W::FindInLog, &W::Always},
+      {"&Build", "Find &next\tF3", "", none, &W::FindNext, &W::Always},
+      {"&Build", "Find &previous\tShift+F3", "", none, &W::FindPrevious, &W::Always},
+      {"&Build", "&Copy the log", "Copy the selected lines, or all that are shown", none, &W::CopyLog,
+       &W::Always},
+      {"&Build", "Save the &log...", "Save the whole log as a text file", none, &W::SaveLog, &W::Always},
+      {"&View", "&Next part\tF6", "Go to the next part of the window", none, &W::ShowNextPart, &W::Always},
+      {"&View", "&Previous part\tShift+F6", "Go to the part before", none, &W::ShowPreviousPart, &W::Always},
+      {"&Tools", "&Options...", "Options of the loaded packages", Picture::Options, &W::ShowOptions,
+       &W::IsIdle},
+      {"&Help", "&Quick help\tF1", "Go to the help of the selected action", none, &W::ShowHelp, &W::Always},
+      {"&Help", "&About", "Which program this is", none, &W::ShowAbout, &W::Always},
+  };
+  return commands;
+}
+
+MainWindow::MainWindow(Host& host, WindowSettings& settings)
+    : wxFrame(nullptr, wxID_ANY, "qxhost", wxDefaultPosition, wxDefaultSize),
+      host_(host),
+      settings_(settings),
+      store_(AddStore(log_)),
+      document_(host, log_),
+      build_(host, log_, [this] { CallAfter([this] { OnBuildEnded(); }); }),
+      folders_(FoldersOf(host)),
+      timer_(this) {
+  SetName("mainWindow");
+  SetIcons(wxIconBundle(PictureOf(Picture::Action, 32).GetIcon(FromDIP(wxSize(32, 32)))));
+  MakeMenus();
+  CreateStatusBar(2)->SetName("status");
+  const int widths[] = {-2, -1};
+  SetStatusWidths(2, widths);
+  SetSize(FromDIP(wxSize(1120, 760)));
+  MakeParts();
+  BindParts();
+  settings_.Restore(kName, *this);
+  ShowDocument(-1);
+  Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnCloseWindow, this);
+  Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTimer(); });
+}
+
+MainWindow::~MainWindow() { properties_->Show(nullptr, TheCatalogue()); }
+
+void MainWindow::MakeMenus() {
+  auto* bar = new wxMenuBar;
+  wxToolBar* tools = CreateToolBar(wxTB_HORIZONTAL | wxTB_FLAT);
+  tools->SetName("tools");
+  std::map<std::string, wxMenu*> menus;
+  std::string lastMenu;
+  for (const Command& command : Commands()) {
+    wxMenu*& menu = menus[command.menu];
+    if (menu == nullptr) bar->Append(menu = new wxMenu, command.menu);
+    if (*command.label == '\0') {
+      menu->AppendSeparator();
+      continue;
+    }
+    wxMenuItem* item = menu->Append(wxID_ANY, command.label, command.help);
+    Bind(
+        wxEVT_MENU, [this, &command](wxCommandEvent&) { (this->*command.run)(); }, item->GetId());
+    Bind(
+        wxEVT_UPDATE_UI, [this, &command](wxUpdateUIEvent& event) { UpdateCommand(event, command); },
+        item->GetId());
+    if (!command.picture) continue;
+    if (!lastMenu.empty() && lastMenu != command.menu) tools->AddSeparator();
+    lastMenu = command.menu;
+    wxString tip = item->GetItemLabelText();
+    if (wxAcceleratorEntry* key = item->GetAccel()) tip += " (" + key->ToString() + ")";
+    tools->AddTool(item->GetId(), item->GetItemLabelText(), PictureOf(*command.picture, 20), tip);
+  }
+  tools->Realize();
+  recent_ = new wxMenu;
+  menus["&File"]->Insert(2, wxID_ANY, "Open &recent", recent_);
+  SetMenuBar(bar);
+  FillRecentMenu();
+}
+
+void MainWindow::UpdateCommand(wxUpdateUIEvent& event, const Command& command) {
+  event.Enable((this->*command.enabled)());
+  const std::string name = command.run == &MainWindow::Undo   ? document_.UndoName()
+                           : command.run == &MainWindow::Redo ? document_.RedoName()
+                                                              : std::string();
+  if (command.run != &MainWindow::Undo && command.run != &MainWindow::Redo) return;
+  wxString label(command.label);
+  if (!name.empty()) label = label.BeforeFirst('\t') + " " + ToWx(name) + "\t" + label.AfterFirst('\t');
+  if (wxMenuItem* item = GetMenuBar()->FindItem(event.GetId());
+      item != nullptr && item->GetItemLabel() != label)
+    item->SetItemLabel(label);
+}
+
+void MainWindow::MakeParts() {
+  const auto split = [this](wxWindow* parent, double gravity) {
+    auto* splitter =
+        new wxSplitterWindow(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxSP_LIVE_UPDATE);
+    splitter->SetMinimumPaneSize(FromDIP(80));
+    splitter->SetSashGravity(gravity);
+    splitters_.push_back(splitter);
+    return splitter;
+  };
+  wxSplitterWindow* all = split(this, 0.6);      // work above, log below
+  wxSplitterWindow* work = split(all, 0.4);      // lists at the left
+  wxSplitterWindow* lists = split(work, 0.5);    // the project above the catalogue
+  wxSplitterWindow* details = split(work, 0.5);  // the properties beside the help
+
+  actions_ = new ActionsPanel(lists, document_, build_, folders_);
+  catalogue_ = new CataloguePanel(lists, TheCatalogue(), folders_);
+  properties_ = new PropertiesPanel(details);
+  help_ = new HelpPanel(details, folders_);
+  logPanel_ = new LogPanel(all, store_);
+
+  const auto sash = [this](const char* name, int otherwise) {
+    return static_cast<int>(settings_.Number(wxString("/Sashes/") + name, otherwise));
+  };
+  lists->SplitHorizontally(actions_, catalogue_, sash("2", FromDIP(220)));
+  details->SplitVertically(properties_, help_, sash("3", FromDIP(330)));
+  work->SplitVertically(lists, details, sash("1", FromDIP(430)));
+  all->SplitHorizontally(work, logPanel_, sash("0", FromDIP(400)));
+  SetMinSize(FromDIP(wxSize(640, 480)));
+}
+
+void MainWindow::BindParts() {
+  actions_->OnSelect = [this] { ShowSelected(); };
+  actions_->OnOpen = [this] {
+    if (CanOpenPages()) OpenPages();
+  };
+  actions_->OnAdd = [this](const std::string& name, int index) { AddAction(name, index); };
+  actions_->OnMove = [this](int from, int to) { MoveAction(from, to); };
+  actions_->OnMenu = [this] { ShowMenu(); };
+  catalogue_->OnAdd = [this](const std::string& name) { AddAction(name, document_.ActionCount()); };
+  properties_->OnEdit = [this](const PublishedProperty& property, const PropertyValue& value) {
+    if (SelectedAction() != nullptr) document_.SetProperty(actions_->Selected(), property, value);
+  };
+  properties_->OnEdited = [this] { ShowDocument(actions_->Selected()); };
+  properties_->OnOpenPages = [this](const PublishedProperty& property) {
+    if (!CanOpenPages()) return;
+    const auto page = EditorPage(TheCatalogue(), *SelectedAction()->GetActionClass(), property.name);
+    OpenPagesAt(page.value_or(""));
+  };
+}
+
+void MainWindow::ShowDocument(int selected) {
+  actions_->Refill(selected);
+  ShowSelected();
+}
+
+void MainWindow::ShowSelected() {
+  TQXAction* action = SelectedAction();
+  properties_->Show(action, TheCatalogue());
+  properties_->Enable(IsIdle());
+  help_->ShowPage(action == nullptr ? std::string() : action->GetQuickHelpFilename());
+  ShowTitle();
+}
+
+void MainWindow::ShowTitle() {
+  const std::string name = document_.File().empty() ? "Untitled" : FilePart(document_.File());
+  SetTitle((document_.IsModified() ? "*" : "") + ToWx(name) + " - qxhost");
+}
+
+TQXAction* MainWindow::SelectedAction() const {
+  const int index = actions_->Selected();
+  return index < 0 || index >= document_.ActionCount() ? nullptr : document_.Action(index);
+}
+
+void MainWindow::ShowNextPart() { GoToPart(1); }
+void MainWindow::ShowPreviousPart() { GoToPart(-1); }
+
+void MainWindow::GoToPart(int step) {
+  wxWindow* const parts[] = {actions_, catalogue_, properties_, help_, logPanel_};
+  constexpr int count = static_cast<int>(std::size(parts));
+  const wxWindow* focus = FindFocus();
+  const auto holds = [focus](const wxWindow* part) {
+    for (const wxWindow* at = focus; at != nullptr; at = at->GetParent())
+      if (at == part) return true;
+    return false;
+  };
+  const auto now = std::ranges::find_if(parts, holds);
+  const int index = now == std::end(parts) ? -step : static_cast<int>(now - std::begin(parts));
+  parts[(index + step + count) % count]->SetFocus();
+}
+
+bool MainWindow::Guarded(const wxString& title, const std::function<void()>& work) {
+  try {
+    work();
+    return true;
+  } catch (const std::exception& fault) {
+    wxMessageBox(ToWx(fault.what()), title, wxOK | wxICON_ERROR, this);
+    return false;
+  }
+}
+
+}  // namespace qx::desktop

@@ -1,0 +1,145 @@
+// The main window's edits: the actions of the project, their properties and pages, the options.
+#include <wx/menu.h>
+#include <wx/textentry.h>
+
+#include "host/desktop/ActionsPanel.h"
+#include "host/desktop/CataloguePanel.h"
+#include "host/desktop/HelpPanel.h"
+#include "host/desktop/MainWindow.h"
+#include "host/desktop/PagesDialog.h"
+#include "host/desktop/PropertiesPanel.h"
+#include "host/desktop/VariablesDialog.h"
+#include "host/desktop/WxText.h"
+
+namespace qx::desktop {
+namespace {
+
+// The text that the keyboard is in: its own undo comes first there.
+wxTextEntry* FocusedText() { return dynamic_cast<wxTextEntry*>(wxWindow::FindFocus()); }
+
+}  // namespace
+
+bool MainWindow::CanUndo() const {
+  const wxTextEntry* text = FocusedText();
+  return (text != nullptr && text->CanUndo()) || (IsIdle() && document_.CanUndo());
+}
+
+bool MainWindow::CanRedo() const {
+  const wxTextEntry* text = FocusedText();
+  return (text != nullptr && text->CanRedo()) || (IsIdle() && document_.CanRedo());
+}
+
+bool MainWindow::CanEditAction() const {
+  return IsIdle() && actions_->Selected() >= 0 && actions_->Selected() < document_.ActionCount();
+}
+
+bool MainWindow::CanOpenPages() const {
+  if (!CanEditAction() || SelectedAction() == nullptr) return false;
+  const RegisteredAction* registered = TheCatalogue().FindAction(document_.ActionType(actions_->Selected()));
+  return registered != nullptr && !registered->pages.empty();
+}
+
+bool MainWindow::CanMoveUp() const { return CanEditAction() && actions_->Selected() > 0; }
+bool MainWindow::CanMoveDown() const {
+  return CanEditAction() && actions_->Selected() + 1 < document_.ActionCount();
+}
+bool MainWindow::CanAdd() const { return IsIdle() && !catalogue_->Selected().empty(); }
+
+void MainWindow::AddAction(const std::string& displayName, int index) {
+  if (!IsIdle()) return;
+  properties_->Commit();
+  if (Guarded("The action was not added", [&] { document_.Add(displayName, index); })) ShowDocument(index);
+}
+
+void MainWindow::AddSelected() { AddAction(catalogue_->Selected(), document_.ActionCount()); }
+
+void MainWindow::MoveAction(int from, int to) {
+  if (!IsIdle() || from == to) return;
+  properties_->Commit();
+  if (Guarded("The action was not moved", [&] { document_.Move(from, to); })) ShowDocument(to);
+}
+
+void MainWindow::MoveUp() { MoveAction(actions_->Selected(), actions_->Selected() - 1); }
+void MainWindow::MoveDown() { MoveAction(actions_->Selected(), actions_->Selected() + 1); }
+
+void MainWindow::Undo() {
+  if (wxTextEntry* text = FocusedText(); text != nullptr && text->CanUndo()) return text->Undo();
+  if (!IsIdle() || !document_.CanUndo()) return;
+  int selected = -1;
+  Guarded("It was not undone", [&] { selected = document_.Undo(); });
+  ShowDocument(selected);
+}
+
+void MainWindow::Redo() {
+  if (wxTextEntry* text = FocusedText(); text != nullptr && text->CanRedo()) return text->Redo();
+  if (!IsIdle() || !document_.CanRedo()) return;
+  int selected = -1;
+  Guarded("It was not done again", [&] { selected = document_.Redo(); });
+  ShowDocument(selected);
+}
+
+void MainWindow::Duplicate() {
+  properties_->Commit();
+  const int index = actions_->Selected();
+  if (Guarded("The action was not duplicated", [&] { document_.Duplicate(index); })) ShowDocument(index + 1);
+}
+
+void MainWindow::Delete() {
+  const int index = actions_->Selected();
+  if (Guarded("The action was not deleted", [&] { document_.Remove(index); }))
+    ShowDocument(std::min(index, document_.ActionCount() - 1));
+}
+
+void MainWindow::OpenPages() { OpenPagesAt(""); }
+
+// The page of that name in front; an empty name is the first one.
+void MainWindow::OpenPagesAt(const std::string& page) {
+  properties_->Commit();
+  const int index = actions_->Selected();
+  const std::string type = document_.ActionType(index);
+  Guarded("The pages were not opened", [&] {
+    const std::unique_ptr<PageDialog> pages =
+        PageDialog::ForAction(TheCatalogue().NeedAction(type), *document_.Action(index));
+    PagesDialogTexts texts;
+    texts.title = ToWx(type);
+    texts.written = [&] { document_.TakeEdit("Edit " + type); };
+    texts.help = [this](int) { ShowHelp(); };
+    ShowPagesDialog(this, *pages, std::max(0, pages->Find(page)), texts);
+  });
+  ShowDocument(index);
+}
+
+void MainWindow::ShowOptions() {
+  Guarded("The options were not opened", [&] {
+    const std::unique_ptr<PageDialog> pages = PageDialog::ForOptions(TheCatalogue());
+    PagesDialogTexts texts;
+    texts.title = "Options";
+    texts.written = [] { TheCatalogue().SaveOptions(); };
+    ShowPagesDialog(this, *pages, 0, texts);
+  });
+}
+
+void MainWindow::EditVariables() {
+  properties_->Commit();
+  auto variables = document_.Variables();
+  if (!AskForVariables(this, variables)) return;
+  Guarded("The variables were not set", [&] { document_.SetVariables(variables); });
+  ShowDocument(actions_->Selected());
+}
+
+// The commands of the menu "Edit" that are about one action.
+void MainWindow::ShowMenu() {
+  wxMenu menu;
+  wxMenuBar& bar = *GetMenuBar();
+  for (const Command& command : Commands()) {
+    const bool isAction =
+        command.enabled == &MainWindow::CanEditAction || command.enabled == &MainWindow::CanOpenPages ||
+        command.enabled == &MainWindow::CanMoveUp || command.enabled == &MainWindow::CanMoveDown;
+    if (!isAction) continue;
+    const int id = bar.FindMenuItem(wxString(command.menu), wxString(command.label).BeforeFirst('\t'));
+    if (id != wxNOT_FOUND) menu.Append(id, command.label);
+  }
+  PopupMenu(&menu);
+}
+
+}  // namespace qx::desktop

@@ -1,0 +1,34 @@
+# The program: everything around the pages.
+add_executable(qxhost-desktop WIN32
+  ActionsPanel.cpp
+  App.cpp
+  Art.cpp
+  CataloguePanel.cpp
+  DiffDialog.cpp
+  HelpPanel.cpp
+  LineList.cpp
+  LogPanel.cpp
+  MainWindow.cpp
+  MainWindowBuild.cpp
+  MainWindowEdit.cpp
+  MainWindowFile.cpp
+  Probe.cpp
+  PropertiesPanel.cpp
+  PropertyView.cpp
+  VariablesDialog.cpp
+  WindowSettings.cpp
+  Accessible$<IF:$<BOOL:${WIN32}>,Windows,Posix>.cpp)
+target_link_libraries(qxhost-desktop PRIVATE qx_options qx_contract qxruntime qx_json qx_wx)
+target_include_directories(qxhost-desktop SYSTEM PRIVATE $<TARGET_PROPERTY:qx_pugixml,INTERFACE_INCLUDE_DIRECTORIES>)
+target_compile_definitions(qxhost-desktop PRIVATE QXHOST_VERSION="${PROJECT_VERSION}" QXHOST_DEFAULT_PACKAGE="vsdotnet")
+target_precompile_headers(qxhost-desktop PRIVATE <wx/wx.h> <wx/dataview.h> <wx/html/htmlwin.h> <wx/listctrl.h>
+                          <wx/propgrid/propgrid.h> <functional> <memory> <string> <vector>)
+set_target_properties(qxhost-desktop PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+install(TARGETS qxhost-desktop RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT DESKTOP)
+if(NOT WIN32)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(qx_gtk REQUIRED IMPORTED_TARGET gtk+-3.0)
+  target_link_libraries(qxhost-desktop PRIVATE PkgConfig::qx_gtk)
+endif()
+
+qx_tests(desktop_window_tests SOURCES PropertyView.cpp PropertyView_test.cpp LINKS qx_runtime)

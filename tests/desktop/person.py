@@ -1,0 +1,142 @@
+"""A person at the window: real mouse and keyboard events through the X server, and eyes that ask the program
+where its widgets are and what they show (qxhost-desktop --probe). Needs a display with a window manager
+(scripts/screen) and xdotool; the program may run under Wine on the same display."""
+
+import json
+import os
+import queue
+import subprocess
+import threading
+import time
+
+PATIENCE = 30  # seconds until something that must happen is given up
+
+
+class Fault(AssertionError):
+    pass
+
+
+def wait_for(what, condition, patience=PATIENCE):
+    """The first true answer of the condition."""
+    end = time.monotonic() + patience
+    while time.monotonic() < end:
+        answer = condition()
+        if answer:
+            return answer
+        time.sleep(0.03)
+    raise Fault(f"waited {patience} s in vain for {what}")
+
+
+def hands(*words):
+    subprocess.run(["xdotool", *map(str, words)], check=True, stdout=subprocess.DEVNULL)
+
+
+class Desktop:
+    """A running qxhost-desktop. `program` is a list: an emulator may stand before the file."""
+
+    def __init__(self, program, arguments=(), folder=None, environment=None):
+        self.process = subprocess.Popen(
+            [*program, "--probe", *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+            encoding="utf-8", errors="replace", cwd=folder, env={**os.environ, **(environment or {})})
+        self.answers = queue.Queue()
+        threading.Thread(target=self._listen, daemon=True).start()
+        self.window("mainWindow", patience=90)
+
+    def _listen(self):
+        for line in self.process.stdout:
+            self.answers.put(line)
+        self.answers.put(None)
+
+    # Eyes.
+
+    def ask(self, question, patience=PATIENCE):
+        self.process.stdin.write(question + "\n")
+        self.process.stdin.flush()
+        try:
+            line = self.answers.get(timeout=patience)
+        except queue.Empty:
+            raise Fault(f"no answer to '{question}' within {patience} s") from None
+        if line is None:
+            raise Fault(f"the program ended at '{question}' with {self.process.wait()}")
+        return json.loads(line)
+
+    def where(self, name):
+        return self.ask("where " + name)
+
+    def widget(self, name):
+        """Where a widget is, once it is shown."""
+        return wait_for(f"the widget {name}", lambda: self.where(name))
+
+    def say(self, name):
+        return (self.ask("say " + name) or {}).get("text")
+
+    def rows(self, name):
+        return self.ask("rows " + name) or []
+
+    def texts(self, name):
+        return [row["text"] for row in self.rows(name)]
+
+    def windows(self):
+        return [window["name"] for window in self.ask("windows")]
+
+    def window(self, name, patience=PATIENCE):
+        return wait_for(f"the window {name}", lambda: name in self.windows(), patience)
+
+    def gone(self, name):
+        wait_for(f"the end of {name}", lambda: not self.where(name))
+
+    # Hands.
+
+    def click(self, name, times=1, button=1):
+        self.click_at(self.widget(name), times, button)
+
+    def click_row(self, name, text, times=1):
+        """A click on the row of a list that begins with the text."""
+        row = wait_for(f"the row '{text}' of {name}",
+                       lambda: next((row for row in self.rows(name)
+                                     if row["text"].startswith(text) and row["height"] > 0), None))
+        self.click_at(row, times, narrow=True)
+
+    @staticmethod
+    def click_at(place, times=1, button=1, narrow=False):
+        x = place["x"] + (min(40, place["width"] // 2) if narrow else place["width"] // 2)
+        hands("mousemove", "--sync", x, place["y"] + place["height"] // 2)
+        hands("click", "--repeat", times, "--delay", 60, button)
+
+    def focus(self, name):
+        """Puts the keyboard into a widget by a click into it."""
+        self.click(name)
+        wait_for(f"the focus in {name}", lambda: self.where(name)["focus"])
+
+    @staticmethod
+    def key(*keys):
+        hands("key", "--delay", 25, *keys)
+
+    @staticmethod
+    def type(text):
+        hands("type", "--delay", 12, text)
+
+    def replace(self, name, text):
+        """Types a text in the place of the one that stands in an edit."""
+        self.focus(name)
+        self.key("ctrl+a")
+        self.type(text)
+
+    def check(self, name):
+        self.click(name)
+
+    # The end.
+
+    def close(self):
+        """Ends the program as a person would; its exit code."""
+        self.key("ctrl+q")
+        return self.process.wait(timeout=PATIENCE)
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+
+
+def screenshot(file):
+    subprocess.run(["import", "-window", "root", file], check=True)
