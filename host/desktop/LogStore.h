@@ -19,7 +19,9 @@ enum class Severity { Plain, Heading, Good, Warning, Error };
 Severity SeverityOf(std::string_view line);
 
 struct LogRow {
-  std::string text;  // one line, valid UTF-8 (a byte that is not became U+FFFD), without line ends
+  // One line, valid UTF-8 (a byte that is not became U+FFFD), without line ends. A line of more than
+  // LogStore::kLongestRow bytes is cut and ends in "..."; the file has all of it.
+  std::string text;
   Severity severity = Severity::Plain;
   int action = 0;           // 1-based; 0: none
   bool isDetail = false;    // stands under the heading before it
@@ -31,10 +33,13 @@ struct LogRow {
 class LogStore final : public LogSink {
  public:
   static constexpr std::size_t kDefaultKept = 20'000;
+  static constexpr std::size_t kLongestRow = 4'096;
   explicit LogStore(std::size_t kept = kDefaultKept);
   ~LogStore() override;
 
   void Take(const LogRecord& record) override;
+  void Flush() override;
+  bool IsBuffered() const override { return true; }
 
   // Empties it, the file too. No build is running.
   void Clear();
@@ -54,13 +59,17 @@ class LogStore final : public LogSink {
   // holds the text, letter case aside; -1 when there is none.
   long Find(const std::string& text, long from, bool forwards) const;
 
-  // Lines that came in all, those that left the memory among them; errors and warnings among those.
+  // What came until the last Update: the lines in all, those that left the memory among them; errors and
+  // warnings among those.
   std::size_t LineCount() const;
   std::size_t ErrorCount() const;
   std::size_t WarningCount() const;
   // Lines that are in the file only.
   std::size_t DroppedCount() const;
-  // The whole log as the command line would have written it. Raises Exception naming the file.
+  // Lines in memory at this moment, those that wait for Update among them; never more than twice `kept`.
+  std::size_t HeldCount() const;
+  // The whole log as the command line would have written it, also while a build runs. Raises Exception naming
+  // the file; when a part was lost on the way (FileError), what there is is saved and then told to be a part.
   void SaveTo(const std::string& file);
   // Why the file could not take a line; empty while it could.
   std::string FileError() const;
