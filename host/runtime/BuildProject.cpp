@@ -3,21 +3,14 @@
 #include <algorithm>
 #include <set>
 
+#include "host/runtime/BuildProjectNames.h"
 #include "platform/Files.h"
 
 namespace qx {
-namespace {
 
-constexpr const char* kRoot = "BuildProject";
-constexpr const char* kVariables = "Variables";
-constexpr const char* kVariable = "Variable";
-constexpr const char* kActions = "Actions";
-constexpr const char* kAction = "Action";
-constexpr const char* kProperty = "Property";
-constexpr const char* kItem = "Item";
-constexpr const char* kName = "name";
-constexpr const char* kType = "type";
-constexpr const char* kEncoding = XmlFile::kEncodingName;
+using namespace build_project;
+
+namespace {
 
 constexpr std::string_view kEmptyProject =
     "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
@@ -198,6 +191,7 @@ void BuildProject::Index() {
     }
     return *value;
   };
+  actions_.clear();
   variables_ = only(kVariables);
   actionList_ = only(kActions);
   for (const pugi::xml_node variable : variables_.children(kVariable)) need(variable, kName);
@@ -223,14 +217,6 @@ std::vector<std::pair<std::string, std::string>> BuildProject::Variables() const
 
 std::string BuildProject::ActionType(int index) const {
   return xml_.AttributeOf(actions_.at(static_cast<std::size_t>(index)), kType).value_or("");
-}
-
-int BuildProject::AppendAction(const std::string& type) {
-  if (!actionList_) actionList_ = xml_.Append(xml_.Root(), kActions);
-  pugi::xml_node action = xml_.Append(actionList_, kAction);
-  xml_.SetAttribute(action, kType, type);
-  actions_.push_back(action);
-  return ActionCount() - 1;
 }
 
 pugi::xml_node BuildProject::FindProperty(int index, std::string_view name) const {

@@ -28,6 +28,8 @@ class BuildProject {
   // The file's content; the very bytes read as long as nothing was changed.
   std::string Text() const { return xml_.Text(); }
   const std::string& File() const { return xml_.File(); }
+  // Under another name from now on.
+  void SetFile(std::string file) { xml_.SetFile(std::move(file)); }
   // Replaces the file atomically; a file that holds these bytes already is not touched. Raises Exception.
   void Save() const;
 
@@ -39,6 +41,16 @@ class BuildProject {
   std::string ActionType(int index) const;
   // Appends an action without properties and returns its index.
   int AppendAction(const std::string& type);
+  // Edits by people. Comments on the lines right above an action move with it, and so does one behind it on
+  // its line; all comments stay when it is removed. An index that is none raises std::out_of_range.
+  // The new action, without properties, stands at the index; the number of actions appends it.
+  void InsertAction(int index, const std::string& type);
+  void RemoveAction(int index);
+  void MoveAction(int from, int to);  // `to` is where it stands afterwards
+  void DuplicateAction(int index);    // the copy, with all that stands in it, comes behind it
+  // In this order; variables that stay keep their elements. Raises Exception for an empty name, one that
+  // %NAME% cannot mean and, letter case aside, one that stands twice.
+  void SetVariables(const std::vector<std::pair<std::string, std::string>>& variables);
 
   // The values of one action, as text or as items. Null when the file has no such property. Raises Exception
   // "FILE(LINE): NAME ..." when a text holds elements or a list is not made of <Item>s.
@@ -67,6 +79,7 @@ class BuildProject {
 
  private:
   explicit BuildProject(XmlFile xml);
+  pugi::xml_node ActionAt(int index) const { return actions_.at(static_cast<std::size_t>(index)); }
   pugi::xml_node FindProperty(int index, std::string_view name) const;
   pugi::xml_node PlaceProperty(int index, std::string_view name, std::string_view previous);
   void Index();

@@ -35,7 +35,8 @@ OpenProject::OpenProject(BuildProject project, FindClass findClass, const Action
       findClass_(std::move(findClass)),
       surroundings_(surroundings) {
   for (int i = 0; i < ActionCount(); ++i) {
-    Make(i);
+    actions_.push_back(Make(i));
+    loaded_.emplace_back();
     TQXAction* action = actions_.back().get();
     if (action == nullptr) continue;
     project_.ReadAction(i, *action);
@@ -50,20 +51,34 @@ OpenProject::State OpenProject::Capture(TQXAction& action) {
   return std::move(writer.values);
 }
 
-// Adds the action of an index, as it is when it is new.
-void OpenProject::Make(int index) {
+// The action of an index as it is when it is new; null when no loaded package has it.
+std::unique_ptr<TQXAction> OpenProject::Make(int index) {
   const TQXActionClass* actionClass = findClass_(ActionType(index));
   ActionSurroundings surroundings = surroundings_;
   surroundings.number = index + 1;
-  actions_.push_back(actionClass == nullptr ? nullptr : MakeAction(*actionClass, surroundings));
-  loaded_.emplace_back();
+  return actionClass == nullptr ? nullptr : MakeAction(*actionClass, surroundings);
 }
 
-TQXAction& OpenProject::Append(const std::string& displayName) {
-  const int index = project_.AppendAction(displayName);
-  Make(index);
-  if (TQXAction* action = actions_.back().get()) return *action;
-  throw Exception("No loaded package has the action \"" + displayName + "\"");
+TQXAction& OpenProject::Insert(const std::string& displayName, int index) {
+  if (findClass_(displayName) == nullptr)
+    throw Exception("No loaded package has the action \"" + displayName + "\"");
+  project_.InsertAction(index, displayName);
+  actions_.insert(actions_.begin() + index, Make(index));
+  loaded_.emplace(loaded_.begin() + index);
+  for (int i = index + 1; i < ActionCount(); ++i) {
+    if (Action(i) == nullptr) continue;
+    ActionSurroundings surroundings = surroundings_;
+    surroundings.number = i + 1;
+    MoveAction(*Action(i), surroundings);
+  }
+  return *Action(index);
+}
+
+std::string OpenProject::TextToSave() {
+  for (int i = 0; i < ActionCount(); ++i) {
+    if (Action(i) != nullptr && project_.WriteAction(i, *Action(i))) hadClearText_ = true;
+  }
+  return project_.Text();
 }
 
 std::vector<std::string> OpenProject::Save() {
@@ -73,14 +88,11 @@ std::vector<std::string> OpenProject::Save() {
       return SaveInto(BuildProject::Parse(now, File()));
     }
   }
-  bool hadClearText = false;
-  for (int i = 0; i < ActionCount(); ++i) {
-    if (Action(i) != nullptr && project_.WriteAction(i, *Action(i))) hadClearText = true;
-  }
+  std::string text = TextToSave();
   project_.Save();
-  loadedText_ = project_.Text();
+  loadedText_ = std::move(text);
   std::vector<std::string> warnings = Warnings();
-  if (hadClearText) warnings.push_back(ClearTextWarning());
+  hadClearText_ = false;
   return warnings;
 }
 
@@ -158,10 +170,13 @@ std::vector<std::string> OpenProject::Warnings() const {
         if (actionClass == nullptr) return std::nullopt;
         return actionClass->properties;
       });
-  if (unknown.empty()) return {};
+  std::vector<std::string> warnings;
   std::string list;
   for (const std::string& item : unknown) list += (list.empty() ? "" : "; ") + item;
-  return {File() + " holds what this host does not know and only keeps: " + list};
+  if (!list.empty())
+    warnings.push_back(File() + " holds what this host does not know and only keeps: " + list);
+  if (hadClearText_) warnings.push_back(ClearTextWarning());
+  return warnings;
 }
 
 }  // namespace qx

@@ -30,8 +30,19 @@ class OpenProject {
   // The action at a zero-based index; null when no loaded package has it. This object's.
   TQXAction* Action(int index) const { return actions_.at(static_cast<std::size_t>(index)).get(); }
 
-  // Appends an action of a display name that the catalogue has, with its defaults, and returns it.
-  TQXAction& Append(const std::string& displayName);
+  // Puts an action of a display name that the catalogue has, with its defaults, at an index or behind all
+  // others, and returns it. Raises Exception when no loaded package has it.
+  TQXAction& Insert(const std::string& displayName, int index);
+  TQXAction& Append(const std::string& displayName) { return Insert(displayName, ActionCount()); }
+
+  // The project's text with the stored properties of every action as they are now, which is what Save writes
+  // while nobody else changed the file. Never holds the clear text of a secret of an action that is loaded.
+  std::string TextToSave();
+  // The warnings that go with it: what is kept without being known, and a secret whose clear text was taken
+  // out since the project was opened.
+  std::vector<std::string> Warnings() const;
+  // The project goes by another file's name from now on; nothing is written.
+  void SetFile(const std::string& file) { project_.SetFile(file); }
 
   // Saves the stored properties of every action atomically and returns warnings: what is kept without being
   // known, and a secret whose clear text was taken out. When somebody else changed the file since it was
@@ -45,13 +56,12 @@ class OpenProject {
  private:
   using State = std::map<std::string, std::variant<std::string, std::vector<std::string>>, std::less<>>;
   static State Capture(TQXAction& action);
-  void Make(int index);
+  std::unique_ptr<TQXAction> Make(int index);
   std::vector<std::string> SaveInto(BuildProject fresh);
   // Puts the encrypted form in the place of each secret that stands in clear text in the action of an index,
   // which is of our action's type; whether there was one.
   bool EncryptSecrets(BuildProject& project, int index) const;
   std::string ClearTextWarning() const;
-  std::vector<std::string> Warnings() const;
 
   BuildProject project_;
   std::string loadedText_;
@@ -59,6 +69,7 @@ class OpenProject {
   ActionSurroundings surroundings_;
   std::vector<std::unique_ptr<TQXAction>> actions_;
   std::vector<State> loaded_;  // the values as they were read, one map an action
+  bool hadClearText_ = false;  // a secret's clear text was taken out of the project
 };
 
 }  // namespace qx

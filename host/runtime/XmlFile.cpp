@@ -178,11 +178,6 @@ bool IsText(pugi::xml_node node) {
   return node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata;
 }
 
-bool IsBlankText(pugi::xml_node node) {
-  return node.type() == pugi::node_pcdata &&
-         std::string_view(node.value()).find_first_not_of(" \t\r\n") == std::string_view::npos;
-}
-
 void WriteAttributes(std::string& out, pugi::xml_node node) {
   for (const pugi::xml_attribute attribute : node.attributes()) {
     // As written: a value that holds a double quote stood between single ones.
@@ -272,6 +267,11 @@ bool SameWord(std::string_view a, std::string_view b) {
 }
 
 }  // namespace
+
+bool XmlFile::IsBlankText(pugi::xml_node node) {
+  return node.type() == pugi::node_pcdata &&
+         std::string_view(node.value()).find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
 
 XmlFile XmlFile::Parse(std::string text, std::string file, std::string_view root) {
   XmlFile xml;
@@ -402,59 +402,6 @@ void XmlFile::SetAttribute(pugi::xml_node element, const char* name, std::string
   pugi::xml_attribute attribute = element.attribute(name);
   if (!attribute) attribute = element.append_attribute(name);
   attribute.set_value(Escape(value, true).c_str());
-}
-
-// The blanks between the last line end and the element.
-std::string XmlFile::Indent(pugi::xml_node element) const {
-  const pugi::xml_node before = element.previous_sibling();
-  if (!IsBlankText(before)) return "";
-  const std::string_view blank = before.value();
-  const std::size_t lineEnd = blank.find_last_of("\r\n");
-  return std::string(lineEnd == blank.npos ? "" : blank.substr(lineEnd + 1));
-}
-
-pugi::xml_node XmlFile::Insert(pugi::xml_node parent, pugi::xml_node previous, const char* name) {
-  changed_ = true;
-  const std::string outer = newLine_ + Indent(parent);
-  const bool wasEmpty = !parent.first_child();
-  pugi::xml_node space = previous ? parent.insert_child_after(pugi::node_pcdata, previous)
-                                  : parent.prepend_child(pugi::node_pcdata);
-  space.set_value((outer + "  ").c_str());
-  pugi::xml_node element = parent.insert_child_after(pugi::node_element, space);
-  element.set_name(name);
-  if (wasEmpty) parent.append_child(pugi::node_pcdata).set_value(outer.c_str());
-  return element;
-}
-
-pugi::xml_node XmlFile::Append(pugi::xml_node parent, const char* name) {
-  pugi::xml_node last = parent.last_child();
-  if (IsBlankText(last)) last = last.previous_sibling();
-  // An element that holds nothing but white space is written anew.
-  if (!last) parent.remove_children();
-  return Insert(parent, last, name);
-}
-
-void XmlFile::Remove(pugi::xml_node element) {
-  changed_ = true;
-  pugi::xml_node parent = element.parent();
-  if (IsBlankText(element.previous_sibling())) parent.remove_child(element.previous_sibling());
-  parent.remove_child(element);
-  if (parent.first_child() && !parent.first_child().next_sibling() && IsBlankText(parent.first_child())) {
-    parent.remove_children();
-  }
-}
-
-void XmlFile::Move(pugi::xml_node element, pugi::xml_node previous) {
-  changed_ = true;
-  pugi::xml_node parent = element.parent();
-  const pugi::xml_node space = element.previous_sibling();
-  const bool withSpace = IsBlankText(space);
-  if (previous) {
-    parent.insert_move_after(element, previous);
-  } else {
-    parent.prepend_move(element);
-  }
-  if (withSpace) parent.insert_move_before(space, element);
 }
 
 pugi::xml_node XmlFile::FindChild(pugi::xml_node parent, const char* name, const char* attribute,

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <pugixml.hpp>
 
@@ -28,6 +29,8 @@ class XmlFile {
   // The document; the very bytes that were read as long as nothing was changed.
   std::string Text() const;
   const std::string& File() const { return file_; }
+  // Under another name from now on.
+  void SetFile(std::string file) { file_ = std::move(file); }
   bool IsChanged() const { return changed_; }
 
   pugi::xml_node Root() const { return root_; }
@@ -57,12 +60,30 @@ class XmlFile {
   // Puts an element, and the white space before it, behind `previous`, a sibling of it (null: to the front).
   void Move(pugi::xml_node element, pugi::xml_node previous);
 
+  // The three below keep an element together with what is about it: the comments on the lines right above it,
+  // and one behind it on its own line.
+  // A new element on a line of its own before another one.
+  pugi::xml_node InsertBefore(pugi::xml_node element, const char* name);
+  // A copy of the element behind it; the comments around it are not copied, those in it are.
+  pugi::xml_node Duplicate(pugi::xml_node element);
+  // Puts an element before or behind a sibling of it.
+  enum class Side { Before, Behind };
+  void MoveBlock(pugi::xml_node element, pugi::xml_node other, Side side);
+
   // The first child element of that name that has the attribute value; null when there is none.
   pugi::xml_node FindChild(pugi::xml_node parent, const char* name, const char* attribute,
                            std::string_view value) const;
 
  private:
+  // From its first node, the white space before it, to its last.
+  struct Block {
+    pugi::xml_node first;
+    pugi::xml_node last;
+  };
+
   XmlFile() = default;
+  static bool IsBlankText(pugi::xml_node node);
+  static Block BlockOf(pugi::xml_node element);
   std::string Indent(pugi::xml_node element) const;
 
   std::string file_;
