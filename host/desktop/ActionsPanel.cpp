@@ -50,9 +50,9 @@ ActionsPanel::ActionsPanel(wxWindow* parent, const Document& document, const Bui
   list_->SetName("actions");
   SetAccessibleName(*list_, "Actions of the build project");
   const int em = list_->GetCharWidth();
-  list_->AppendIconTextColumn("Action", wxDATAVIEW_CELL_INERT, 24 * em, wxALIGN_LEFT,
+  list_->AppendIconTextColumn("Action", wxDATAVIEW_CELL_INERT, 22 * em, wxALIGN_LEFT,
                               wxDATAVIEW_COL_RESIZABLE);
-  list_->AppendTextColumn("Description", wxDATAVIEW_CELL_INERT, 18 * em, wxALIGN_LEFT,
+  list_->AppendTextColumn("Description", wxDATAVIEW_CELL_INERT, 22 * em, wxALIGN_LEFT,
                           wxDATAVIEW_COL_RESIZABLE);
   list_->AppendIconTextColumn("Last run", wxDATAVIEW_CELL_INERT, 14 * em, wxALIGN_LEFT,
                               wxDATAVIEW_COL_RESIZABLE);
@@ -70,6 +70,10 @@ ActionsPanel::ActionsPanel(wxWindow* parent, const Document& document, const Bui
   });
   list_->Bind(wxEVT_DATAVIEW_ITEM_CONTEXT_MENU, [this](wxDataViewEvent&) {
     if (OnMenu) OnMenu();
+  });
+  list_->Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+    if (event.GetKeyCode() != WXK_DELETE || event.HasAnyModifiers() || !OnDelete) return event.Skip();
+    OnDelete();
   });
   BindDragging();
 }

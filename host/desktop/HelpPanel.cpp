@@ -51,7 +51,10 @@ HelpPanel::HelpPanel(wxWindow* parent, std::vector<std::string> folders)
   SetAccessibleName(*page_, "Quick help of the selected action");
   page_->SetBorders(FromDIP(8));
   const wxFont font = wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT);
-  page_->SetStandardFonts(font.GetPointSize(), font.GetFaceName());
+  // By the sizes of HTML, 1 to 7: headings a little larger than the text, as fits a narrow part.
+  const int size = font.GetPointSize();
+  const int sizes[] = {size - 2, size - 1, size, size + 1, size + 2, size + 4, size + 6};
+  page_->SetFonts(font.GetFaceName(), wxString(), sizes);
   auto* column = new wxBoxSizer(wxVERTICAL);
   column->Add(MakeCaption(this, "Quick help"), wxSizerFlags().Expand());
   column->Add(page_, wxSizerFlags(1).Expand());

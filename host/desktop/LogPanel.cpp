@@ -173,6 +173,8 @@ void LogPanel::Filter() {
   list_->SetLineCount(log_.RowCount());
 }
 
+void LogPanel::SetFocus() { list_->SetFocus(); }
+
 void LogPanel::StartFind() {
   find_->SetFocus();
   find_->SelectAll();

@@ -24,6 +24,7 @@ class LogPanel final : public wxPanel {
   // Shows what has come since the last time.
   void Update();
   void Clear();
+  void SetFocus() override;
   void StartFind();
   void FindNext(bool forwards);
   void Copy() const;

@@ -8,6 +8,7 @@
 #include <wx/toolbar.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 
 #include "host/desktop/ActionsPanel.h"
@@ -104,10 +105,12 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
   CreateStatusBar(2)->SetName("status");
   const int widths[] = {-2, -1};
   SetStatusWidths(2, widths);
-  SetSize(FromDIP(wxSize(1120, 760)));
+  SetSize(FromDIP(wxSize(1180, 780)));
+  Centre();
   MakeParts();
   BindParts();
   settings_.Restore(kName, *this);
+  CallAfter([this] { PlaceParts(); });
   ShowDocument(-1);
   Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnCloseWindow, this);
   Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTimer(); });
@@ -181,14 +184,22 @@ void MainWindow::MakeParts() {
   help_ = new HelpPanel(details, folders_);
   logPanel_ = new LogPanel(all, store_);
 
-  const auto sash = [this](const char* name, int otherwise) {
-    return static_cast<int>(settings_.Number(wxString("/Sashes/") + name, otherwise));
-  };
-  lists->SplitHorizontally(actions_, catalogue_, sash("2", FromDIP(220)));
-  details->SplitVertically(properties_, help_, sash("3", FromDIP(330)));
-  work->SplitVertically(lists, details, sash("1", FromDIP(430)));
-  all->SplitHorizontally(work, logPanel_, sash("0", FromDIP(400)));
+  lists->SplitHorizontally(actions_, catalogue_);
+  details->SplitVertically(properties_, help_);
+  work->SplitVertically(lists, details);
+  all->SplitHorizontally(work, logPanel_);
   SetMinSize(FromDIP(wxSize(640, 480)));
+}
+
+// Where the parts meet, once the window has its size: from outside to inside.
+void MainWindow::PlaceParts() {
+  Layout();
+  const std::array<int, 4> defaults{FromDIP(410), FromDIP(480), FromDIP(200), FromDIP(320)};
+  for (std::size_t i = 0; i < splitters_.size(); ++i) {
+    const long place = settings_.Number(wxString::Format("/Sashes/%zu", i), defaults.at(i));
+    splitters_[i]->SetSashPosition(static_cast<int>(place));
+    splitters_[i]->UpdateSize();
+  }
 }
 
 void MainWindow::BindParts() {
@@ -199,6 +210,9 @@ void MainWindow::BindParts() {
   actions_->OnAdd = [this](const std::string& name, int index) { AddAction(name, index); };
   actions_->OnMove = [this](int from, int to) { MoveAction(from, to); };
   actions_->OnMenu = [this] { ShowMenu(); };
+  actions_->OnDelete = [this] {
+    if (CanEditAction()) Delete();
+  };
   catalogue_->OnAdd = [this](const std::string& name) { AddAction(name, document_.ActionCount()); };
   properties_->OnEdit = [this](const PublishedProperty& property, const PropertyValue& value) {
     if (SelectedAction() != nullptr) document_.SetProperty(actions_->Selected(), property, value);

@@ -51,6 +51,7 @@ class MainWindow final : public wxFrame {
   // MainWindow.cpp: what it is made of, and what is shown.
   void MakeMenus();
   void MakeParts();
+  void PlaceParts();
   void BindParts();
   void UpdateCommand(wxUpdateUIEvent& event, const Command& command);
   void ShowDocument(int selected);

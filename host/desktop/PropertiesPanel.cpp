@@ -84,7 +84,7 @@ PropertyValue ValueOf(const PublishedProperty& property, const wxVariant& value)
 PropertiesPanel::PropertiesPanel(wxWindow* parent) : wxPanel(parent) {
   grid_ =
       new wxPropertyGrid(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                         wxPG_DEFAULT_STYLE | wxPG_BOLD_MODIFIED | wxPG_TOOLTIPS | wxPG_SPLITTER_AUTO_CENTER);
+                         wxPG_DEFAULT_STYLE | wxPG_TOOLTIPS | wxPG_SPLITTER_AUTO_CENTER);
   grid_->SetExtraStyle(wxPG_EX_HELP_AS_TOOLTIPS);
   grid_->SetName("properties");
   SetAccessibleName(*grid_, "Properties of the selected action");
@@ -104,7 +104,8 @@ void PropertiesPanel::Show(TQXAction* action, const Catalogue& catalogue) {
   shown_.clear();
   if (action != nullptr) {
     for (const PropertyGroup& group : GroupsOf(*action, catalogue)) {
-      wxPGProperty* heading = grid_->Append(new wxPropertyCategory(ToWx(group.caption), wxPG_LABEL));
+      wxPGProperty* heading =
+          grid_->Append(new wxPropertyCategory(ToWx(group.caption), "[" + ToWx(group.caption) + "]"));
       for (const ShownProperty& shown : group.properties) {
         wxPGProperty* row = grid_->AppendIn(heading, MakeRow(shown, shown.property->get(*action)));
         shown_[row] = shown.property;
@@ -115,6 +116,7 @@ void PropertiesPanel::Show(TQXAction* action, const Catalogue& catalogue) {
       }
     }
   }
+  grid_->SetSplitterLeft(true);  // no caption is cut
   if (!name.empty()) grid_->SelectProperty(name);
   grid_->Thaw();
 }

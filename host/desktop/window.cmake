@@ -18,7 +18,7 @@ add_executable(qxhost-desktop WIN32
   VariablesDialog.cpp
   WindowSettings.cpp
   Accessible$<IF:$<BOOL:${WIN32}>,Windows,Posix>.cpp)
-target_link_libraries(qxhost-desktop PRIVATE qx_options qx_contract qxruntime qx_json qx_wx)
+target_link_libraries(qxhost-desktop PRIVATE qx_options qx_contract qx_desktop_core qxruntime qx_json qx_wx)
 target_include_directories(qxhost-desktop SYSTEM PRIVATE $<TARGET_PROPERTY:qx_pugixml,INTERFACE_INCLUDE_DIRECTORIES>)
 target_compile_definitions(qxhost-desktop PRIVATE QXHOST_VERSION="${PROJECT_VERSION}" QXHOST_DEFAULT_PACKAGE="vsdotnet")
 target_precompile_headers(qxhost-desktop PRIVATE <wx/wx.h> <wx/dataview.h> <wx/html/htmlwin.h> <wx/listctrl.h>
