@@ -39,8 +39,10 @@ class OpenProject {
   // while nobody else changed the file. Never holds the clear text of a secret of an action that is loaded.
   std::string TextToSave();
   // The warnings that go with it: what is kept without being known, and a secret whose clear text was taken
-  // out since the project was opened.
+  // out since the project was opened or saved.
   std::vector<std::string> Warnings() const;
+  bool TookSecretOut() const { return hadClearText_; }
+  std::string ClearTextWarning() const;
   // The project goes by another file's name from now on; nothing is written.
   void SetFile(const std::string& file) { project_.SetFile(file); }
 
@@ -61,7 +63,6 @@ class OpenProject {
   // Puts the encrypted form in the place of each secret that stands in clear text in the action of an index,
   // which is of our action's type; whether there was one.
   bool EncryptSecrets(BuildProject& project, int index) const;
-  std::string ClearTextWarning() const;
 
   BuildProject project_;
   std::string loadedText_;
