@@ -1,0 +1,46 @@
+// Windows finds the label of a control by what stands right before it; other names are told through an
+// accessible object of the widget.
+#include "host/desktop/Accessible.h"
+
+#include <wx/access.h>
+#include <wx/stattext.h>
+#include <wx/window.h>
+
+namespace qx::desktop {
+namespace {
+
+class NamedAccessible final : public wxWindowAccessible {
+ public:
+  NamedAccessible(wxWindow* window, const wxString& name) : wxWindowAccessible(window), name_(name) {}
+  wxAccStatus GetName(int child, wxString* name) override {
+    if (child != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
+    *name = name_;
+    return wxACC_OK;
+  }
+
+ private:
+  wxString name_;
+};
+
+}  // namespace
+
+void SetAccessibleName(wxWindow& widget, const wxString& name) {
+  widget.SetAccessible(new NamedAccessible(&widget, name));  // the widget's from now on
+}
+
+wxString AccessibleName(const wxWindow& widget) {
+  wxString name;
+  if (wxAccessible* accessible = const_cast<wxWindow&>(widget).GetAccessible())
+    accessible->GetName(wxACC_SELF, &name);
+  return name;
+}
+
+void LetLabel(wxStaticText&, wxWindow&) {}  // its place says it
+
+wxWindow* LabelledBy(const wxStaticText& label) {
+  wxWindow* next = label.GetNextSibling();
+  while (next != nullptr && !next->IsShown()) next = next->GetNextSibling();
+  return next == nullptr || next->IsKindOf(wxCLASSINFO(wxStaticText)) ? nullptr : next;
+}
+
+}  // namespace qx::desktop

@@ -1,0 +1,173 @@
+#include "host/desktop/PageLayout.h"
+
+#include <wx/gbsizer.h>
+#include <wx/sizer.h>
+#include <wx/statbox.h>
+#include <wx/statline.h>
+#include <wx/window.h>
+
+#include <algorithm>
+#include <map>
+
+namespace qx::desktop {
+namespace {
+
+// Distances, from the size of the text.
+struct Measures {
+  explicit Measures(const wxWindow& window)
+      : betweenRows(window.GetCharHeight() * 3 / 8),
+        betweenSections(window.GetCharHeight()),
+        betweenColumns(window.GetCharWidth() * 5 / 4),
+        indent(window.GetCharWidth() * 5 / 2),
+        margin(window.GetCharHeight() * 3 / 4) {}
+  int betweenRows;
+  int betweenSections;
+  int betweenColumns;
+  int indent;
+  int margin;
+};
+
+class Arranger {
+ public:
+  Arranger(wxWindow& widget, const WidgetOf& widgetOf)
+      : widget_(widget), widgetOf_(widgetOf), measures_(widget) {}
+
+  wxSizer* Column(const TControl& container) {
+    const std::vector<PageSection> sections = SectionsOf(container);
+    const int firstColumn = FirstColumn(sections);
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    bool isFirst = true;
+    for (const PageSection& section : sections) {
+      if (!isFirst) column->AddSpacer(measures_.betweenSections);
+      isFirst = false;
+      const bool isTall = std::ranges::any_of(section.rows, IsTallRow);
+      if (section.heading != nullptr) AddHeading(*column, *section.heading);
+      const int left = section.heading == nullptr ? 0 : measures_.margin;
+      column->Add(Section(section, firstColumn), wxSizerFlags(isTall ? 1 : 0).Expand().Border(wxLEFT, left));
+    }
+    return column;
+  }
+
+ private:
+  static bool IsTallRow(const PageRow& row) {
+    return std::ranges::any_of(row.controls, [](const TControl* control) { return IsTall(*control); });
+  }
+
+  void AddHeading(wxSizer& column, const TLabel& heading) {
+    column.Add(widgetOf_(heading));
+    column.Add(new wxStaticLine(&widget_), wxSizerFlags().Expand().Border(wxTOP, measures_.betweenRows / 2));
+  }
+
+  // The first columns of all sections end at one line: the fields of the whole page stand under each other.
+  int FirstColumn(const std::vector<PageSection>& sections) {
+    int width = 0;
+    for (const PageSection& section : sections)
+      for (const PageRow& row : section.rows)
+        if (row.kind == PageRow::Kind::Fields)
+          width = std::max(width, widgetOf_(*row.controls.front())->GetEffectiveMinSize().GetWidth() +
+                                      (row.indented ? measures_.indent : 0));
+    return width;
+  }
+
+  wxSizer* Section(const PageSection& section, int firstColumn) {
+    auto* grid = new wxGridBagSizer(0, 0);
+    std::map<int, bool> grows;  // by column: whether a field stands in it alone
+    int y = 0;
+    if (section.columns > 1) grid->Add(firstColumn, 0, wxGBPosition(y++, 0));
+    for (const PageRow& row : section.rows) {
+      const int top = y == 0 && section.heading == nullptr ? 0 : measures_.betweenRows;
+      switch (row.kind) {
+        case PageRow::Kind::Single:
+          AddSingle(*grid, *row.controls.front(), y, section.columns, top, Indent(row));
+          break;
+        case PageRow::Kind::Flow:
+          AddFlow(*grid, row, y, section.columns, top);
+          break;
+        default:
+          AddColumns(*grid, row, y, section.columns, top, grows);
+      }
+      if (IsTallRow(row)) grid->AddGrowableRow(static_cast<size_t>(y), 1);
+      ++y;
+    }
+    if (section.columns == 1) grows = {{0, true}};
+    if (grows.empty()) grows = {{section.columns - 1, true}};
+    for (const auto& [column, alone] : grows)
+      if (alone) grid->AddGrowableCol(static_cast<size_t>(column), 1);
+    return grid;
+  }
+
+  int Indent(const PageRow& row) const { return row.indented ? measures_.indent : 0; }
+
+  // A control in a row of its place: a group is its frame with what stands in it.
+  void Put(wxSizer& row, const TControl& control, const wxSizerFlags& flags) const {
+    wxWindow* widget = widgetOf_(control);
+    if (auto* box = wxDynamicCast(widget, wxStaticBox)) {
+      auto* frame = new wxStaticBoxSizer(box, wxVERTICAL);
+      wxSizer* content = Arranger(*widget, widgetOf_).Column(control);
+      frame->Add(content, wxSizerFlags(1).Expand().Border(wxALL, measures_.margin));
+      row.Add(frame, flags);
+      return;
+    }
+    if (!control.Children().empty()) widget->SetSizer(Arranger(*widget, widgetOf_).Column(control));
+    row.Add(widget, flags);
+  }
+
+  // With the space above it and to its left.
+  wxSizer* Padded(const TControl& control, int top, int left, bool fills) const {
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    if (left > 0) row->AddSpacer(left);
+    Put(*row, control, fills ? wxSizerFlags(1).Expand() : wxSizerFlags().CenterVertical());
+    column->AddSpacer(top);
+    column->Add(row, wxSizerFlags(1).Expand());
+    return column;
+  }
+
+  void AddSingle(wxGridBagSizer& grid, const TControl& control, int y, int columns, int top, int left) {
+    const bool fills = IsStretchy(control) || IsTall(control) || !control.Children().empty();
+    grid.Add(Padded(control, top, left, fills), wxGBPosition(y, 0), wxGBSpan(1, columns), wxEXPAND);
+  }
+
+  void AddFlow(wxGridBagSizer& grid, const PageRow& row, int y, int columns, int top) {
+    auto* flow = new wxBoxSizer(wxHORIZONTAL);
+    if (Indent(row) > 0) flow->AddSpacer(Indent(row));
+    for (const TControl* control : row.controls) {
+      if (control != row.controls.front()) flow->AddSpacer(measures_.betweenColumns);
+      Put(*flow, *control, wxSizerFlags().CenterVertical());
+    }
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    column->AddSpacer(top);
+    column->Add(flow);
+    const int left = row.firstColumn > 0 ? measures_.betweenColumns : 0;
+    grid.Add(column, wxGBPosition(y, row.firstColumn), wxGBSpan(1, columns - row.firstColumn), wxLEFT, left);
+  }
+
+  void AddColumns(wxGridBagSizer& grid, const PageRow& row, int y, int columns, int top,
+                  std::map<int, bool>& grows) {
+    const int last = row.firstColumn + static_cast<int>(row.controls.size()) - 1;
+    for (int x = row.firstColumn; x <= last; ++x) {
+      const TControl& control = *row.controls[static_cast<std::size_t>(x - row.firstColumn)];
+      const bool stretches = IsStretchy(control);
+      const int span = x == last && stretches ? columns - x : 1;
+      if (stretches && span == 1) grows[x] = true;
+      const int left = x > 0 ? measures_.betweenColumns : Indent(row);
+      grid.Add(Padded(control, top, left, stretches), wxGBPosition(y, x), wxGBSpan(1, span),
+               stretches ? static_cast<int>(wxEXPAND) : static_cast<int>(wxALIGN_CENTER_VERTICAL));
+    }
+  }
+
+  wxWindow& widget_;
+  const WidgetOf& widgetOf_;
+  Measures measures_;
+};
+
+}  // namespace
+
+void LayOut(const TControl& page, wxWindow& widget, const WidgetOf& widgetOf) {
+  auto* frame = new wxBoxSizer(wxVERTICAL);
+  const int margin = Measures(widget).margin;
+  frame->Add(Arranger(widget, widgetOf).Column(page), wxSizerFlags(1).Expand().Border(wxALL, margin));
+  widget.SetSizer(frame);
+}
+
+}  // namespace qx::desktop

@@ -1,0 +1,48 @@
+// The window of ShowPagesDialog: a list of the pages, the page in front, and the buttons. The view driver
+// opens it without waiting for it.
+#pragma once
+
+#include <wx/dialog.h>
+#include <wx/listbox.h>
+#include <wx/simplebook.h>
+
+#include <vector>
+
+#include "host/desktop/Binding.h"
+#include "host/desktop/PageView.h"
+#include "host/desktop/PagesDialog.h"
+
+namespace qx::desktop {
+
+class PagesWindow final : public wxDialog {
+ public:
+  // Dialog and texts outlive it.
+  PagesWindow(wxWindow* parent, PageDialog& pages, int page, const PagesDialogTexts& texts);
+
+  bool HasWritten() const { return hasWritten_; }
+  Binding& Bound() { return binding_; }
+  PageView& Page(int index) { return *views_[static_cast<std::size_t>(index)]; }
+  int PageInFront() const { return book_->GetSelection(); }
+  // The list of the pages; null when there is one page only.
+  wxListBox* PageList() { return list_; }
+
+ private:
+  void MakePages();
+  void MakeButtons(wxSizer& column);
+  void GoTo(int page);
+  // False when a page, or who saves, has raised; it is shown then.
+  bool Write();
+  void OnKey(wxKeyEvent& event);
+  void ShowHelp();
+
+  PageDialog& pages_;
+  const PagesDialogTexts& texts_;
+  Binding binding_;
+  wxListBox* list_ = nullptr;
+  wxSimplebook* book_ = nullptr;
+  wxWindow* apply_ = nullptr;
+  std::vector<PageView*> views_;
+  bool hasWritten_ = false;
+};
+
+}  // namespace qx::desktop

@@ -1,0 +1,17 @@
+// The dialogs that pages and actions ask for, shown over the window that the user is in.
+#pragma once
+
+#include "host/runtime/UserInterface.h"
+
+namespace qx::desktop {
+
+// User-interface thread. Whoever makes it sets it with SetUserInterface.
+class WxUser final : public UserInterface {
+ public:
+  std::optional<std::string> PickFile(const FileQuestion& question) override;
+  std::optional<std::string> PickFolder(const std::string& title, const std::string& current) override;
+  void ShowMessage(const std::string& text) override;
+  void ShowError(const std::string& text) override;
+};
+
+}  // namespace qx::desktop

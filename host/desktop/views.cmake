@@ -1,0 +1,34 @@
+# The views: property pages as widgets, and the driver that uses them like a user.
+if(NOT TARGET qx_wx)
+  return()
+endif()
+if(WIN32)
+  set(qx_view_system Windows)
+else()
+  set(qx_view_system Posix)
+endif()
+add_library(qx_desktop_views STATIC
+  Accessible${qx_view_system}.cpp
+  Binding.cpp
+  ButtonEdit.cpp
+  ControlViews.cpp
+  GridView.cpp
+  PageLayout.cpp
+  PageRows.cpp
+  PagesDialog.cpp
+  PageView.cpp
+  Pictures.cpp
+  WxUser.cpp)
+target_link_libraries(qx_desktop_views PUBLIC qx_contract qxruntime qx_json qx_wx)
+# The runtime's headers show pugixml's types; its functions are the runtime's.
+target_include_directories(qx_desktop_views SYSTEM PUBLIC $<TARGET_PROPERTY:qx_pugixml,INTERFACE_INCLUDE_DIRECTORIES>)
+target_precompile_headers(qx_desktop_views PRIVATE <wx/wx.h> <wx/grid.h> <wx/gbsizer.h> <wx/scrolwin.h> <wx/spinctrl.h>
+                          <functional> <memory> <string> <vector>)
+if(NOT WIN32)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(QX_GTK REQUIRED IMPORTED_TARGET gtk+-3.0)
+  add_library(qx_gtk INTERFACE)
+  target_include_directories(qx_gtk SYSTEM INTERFACE ${QX_GTK_INCLUDE_DIRS})
+  target_link_libraries(qx_gtk INTERFACE ${QX_GTK_LIBRARIES})
+  target_link_libraries(qx_desktop_views PRIVATE qx_gtk)
+endif()
