@@ -16,8 +16,7 @@ add_executable(qxhost-desktop WIN32
   PropertiesPanel.cpp
   PropertyView.cpp
   VariablesDialog.cpp
-  WindowSettings.cpp
-  Accessible$<IF:$<BOOL:${WIN32}>,Windows,Posix>.cpp)
+  WindowSettings.cpp)
 target_link_libraries(qxhost-desktop PRIVATE qx_options qx_contract qx_desktop_core qxruntime qx_json qx_wx)
 target_include_directories(qxhost-desktop SYSTEM PRIVATE $<TARGET_PROPERTY:qx_pugixml,INTERFACE_INCLUDE_DIRECTORIES>)
 target_compile_definitions(qxhost-desktop PRIVATE QXHOST_VERSION="${PROJECT_VERSION}" QXHOST_DEFAULT_PACKAGE="vsdotnet")
@@ -25,10 +24,4 @@ target_precompile_headers(qxhost-desktop PRIVATE <wx/wx.h> <wx/dataview.h> <wx/h
                           <wx/propgrid/propgrid.h> <functional> <memory> <string> <vector>)
 set_target_properties(qxhost-desktop PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS qxhost-desktop RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT DESKTOP)
-if(NOT WIN32)
-  find_package(PkgConfig REQUIRED)
-  pkg_check_modules(qx_gtk REQUIRED IMPORTED_TARGET gtk+-3.0)
-  target_link_libraries(qxhost-desktop PRIVATE PkgConfig::qx_gtk)
-endif()
-
 qx_tests(desktop_window_tests SOURCES PropertyView.cpp PropertyView_test.cpp LINKS qx_runtime)
