@@ -17,11 +17,11 @@ add_executable(qxhost-desktop WIN32
   PropertyView.cpp
   VariablesDialog.cpp
   WindowSettings.cpp)
-target_link_libraries(qxhost-desktop PRIVATE qx_options qx_contract qx_desktop_core qxruntime qx_json qx_wx)
-target_include_directories(qxhost-desktop SYSTEM PRIVATE $<TARGET_PROPERTY:qx_pugixml,INTERFACE_INCLUDE_DIRECTORIES>)
+target_link_libraries(qxhost-desktop PRIVATE qx_desktop_core qx_desktop_views qx_json)
 target_compile_definitions(qxhost-desktop PRIVATE QXHOST_VERSION="${PROJECT_VERSION}" QXHOST_DEFAULT_PACKAGE="vsdotnet")
 target_precompile_headers(qxhost-desktop PRIVATE <wx/wx.h> <wx/dataview.h> <wx/html/htmlwin.h> <wx/listctrl.h>
                           <wx/propgrid/propgrid.h> <functional> <memory> <string> <vector>)
 set_target_properties(qxhost-desktop PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS qxhost-desktop RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT DESKTOP)
+
 qx_tests(desktop_window_tests SOURCES PropertyView.cpp PropertyView_test.cpp LINKS qx_runtime)
