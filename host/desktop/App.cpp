@@ -87,6 +87,7 @@ class App final : public wxApp {
 
   int OnExit() override {
     settings_.reset();
+    SetUserInterface(nullptr);
     user_.reset();
     host_.reset();
     return wxApp::OnExit();
@@ -119,6 +120,7 @@ class App final : public wxApp {
     };
     host_ = std::make_unique<Host>(std::move(request.host));
     user_ = std::make_unique<WxUser>();
+    SetUserInterface(user_.get());
     host_->Packages(Registration::Design);
     settings_ = std::make_unique<WindowSettings>(SettingsFile());
     auto* window = new MainWindow(*host_, *settings_);

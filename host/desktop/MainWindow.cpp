@@ -110,7 +110,10 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
   MakeParts();
   BindParts();
   settings_.Restore(kName, *this);
-  CallAfter([this] { PlaceParts(); });
+  Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
+    event.Skip();
+    if (IsShownOnScreen()) PlaceParts();
+  });
   ShowDocument(-1);
   Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnCloseWindow, this);
   Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTimer(); });
@@ -165,18 +168,17 @@ void MainWindow::UpdateCommand(wxUpdateUIEvent& event, const Command& command) {
 }
 
 void MainWindow::MakeParts() {
-  const auto split = [this](wxWindow* parent, double gravity) {
+  const auto split = [this](wxWindow* parent) {
     auto* splitter =
         new wxSplitterWindow(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxSP_LIVE_UPDATE);
     splitter->SetMinimumPaneSize(FromDIP(80));
-    splitter->SetSashGravity(gravity);
     splitters_.push_back(splitter);
     return splitter;
   };
-  wxSplitterWindow* all = split(this, 0.6);      // work above, log below
-  wxSplitterWindow* work = split(all, 0.4);      // lists at the left
-  wxSplitterWindow* lists = split(work, 0.5);    // the project above the catalogue
-  wxSplitterWindow* details = split(work, 0.5);  // the properties beside the help
+  wxSplitterWindow* all = split(this);      // work above, log below
+  wxSplitterWindow* work = split(all);      // lists at the left
+  wxSplitterWindow* lists = split(work);    // the project above the catalogue
+  wxSplitterWindow* details = split(work);  // the properties beside the help
 
   actions_ = new ActionsPanel(lists, document_, build_, folders_);
   catalogue_ = new CataloguePanel(lists, TheCatalogue(), folders_);
@@ -191,14 +193,18 @@ void MainWindow::MakeParts() {
   SetMinSize(FromDIP(wxSize(640, 480)));
 }
 
-// Where the parts meet, once the window has its size: from outside to inside.
+// Where the parts meet, from outside to inside, as soon as the window has got its size from the system; a
+// window that grows later gives more to all of them.
 void MainWindow::PlaceParts() {
-  Layout();
+  if (isPlaced_ || splitters_[0]->GetClientSize().y < GetClientSize().y / 2) return;
+  isPlaced_ = true;
   const std::array<int, 4> defaults{FromDIP(410), FromDIP(480), FromDIP(200), FromDIP(320)};
+  const std::array gravities{0.6, 0.3, 0.4, 0.4};
   for (std::size_t i = 0; i < splitters_.size(); ++i) {
     const long place = settings_.Number(wxString::Format("/Sashes/%zu", i), defaults.at(i));
     splitters_[i]->SetSashPosition(static_cast<int>(place));
     splitters_[i]->UpdateSize();
+    splitters_[i]->SetSashGravity(gravities.at(i));
   }
 }
 

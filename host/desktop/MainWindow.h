@@ -130,6 +130,7 @@ class MainWindow final : public wxFrame {
   std::vector<std::string> folders_;  // those that packages were loaded from
   wxTimer timer_;
   bool closing_ = false;
+  bool isPlaced_ = false;  // its parts have their places
 
   wxMenu* recent_ = nullptr;
   std::vector<wxSplitterWindow*> splitters_;

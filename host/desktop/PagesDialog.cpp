@@ -55,6 +55,7 @@ PagesWindow::PagesWindow(wxWindow* parent, PageDialog& pages, int page, const Pa
   SetMinSize(wxSize(40 * GetCharWidth(), 12 * GetCharHeight()));
   CentreOnParent();
   GoTo(page);
+  SetName("pages");
   Bind(wxEVT_CHAR_HOOK, &PagesWindow::OnKey, this);
 }
 

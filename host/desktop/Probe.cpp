@@ -1,5 +1,6 @@
 #include "host/desktop/Probe.h"
 
+#include <wx/anybutton.h>
 #include <wx/app.h>
 #include <wx/combobox.h>
 #include <wx/control.h>
@@ -31,8 +32,13 @@ std::vector<wxWindow*> ShownWindows() {
   return shown;
 }
 
+bool IsMeant(const wxWindow& window, const wxString& name) {
+  return name.StartsWith("=") ? wxControl::RemoveMnemonics(window.GetLabel()) == name.Mid(1)
+                              : window.GetName() == name;
+}
+
 wxWindow* FindShown(wxWindow& parent, const wxString& name) {
-  if (parent.GetName() == name && parent.IsShownOnScreen()) return &parent;
+  if (IsMeant(parent, name) && parent.IsShownOnScreen()) return &parent;
   for (wxWindow* child : parent.GetChildren()) {
     if (child->IsTopLevel()) continue;
     if (wxWindow* found = FindShown(*child, name)) return found;
@@ -40,10 +46,23 @@ wxWindow* FindShown(wxWindow& parent, const wxString& name) {
   return nullptr;
 }
 
-wxWindow* FindShown(const std::string& name) {
+// Counts down to the button that is meant.
+wxWindow* FindButton(wxWindow& parent, long& number) {
+  if (dynamic_cast<wxAnyButton*>(&parent) != nullptr && --number == 0) return &parent;
+  for (wxWindow* child : parent.GetChildren())
+    if (wxWindow* found = FindButton(*child, number)) return found;
+  return nullptr;
+}
+
+wxWindow* FindShown(const std::string& question) {
+  const wxString name = ToWx(question);
+  long button = 0;
+  const bool isButton = name.AfterLast('#').ToLong(&button) && name.Contains("#");
   const std::vector<wxWindow*> windows = ShownWindows();
-  for (auto at = windows.rbegin(); at != windows.rend(); ++at)
-    if (wxWindow* found = FindShown(**at, ToWx(name))) return found;
+  for (auto at = windows.rbegin(); at != windows.rend(); ++at) {
+    wxWindow* found = FindShown(**at, isButton ? name.BeforeLast('#') : name);
+    if (found != nullptr) return isButton ? FindButton(*found, button) : found;
+  }
   return nullptr;
 }
 
@@ -109,8 +128,16 @@ Json RowsOf(wxWindow& window) {
   return rows;
 }
 
+// The text inside a widget that is made of several.
+wxTextEntry* TextInside(wxWindow& window) {
+  if (auto* text = dynamic_cast<wxTextEntry*>(&window)) return text;
+  for (wxWindow* child : window.GetChildren())
+    if (wxTextEntry* found = TextInside(*child)) return found;
+  return nullptr;
+}
+
 Json Say(wxWindow& window) {
-  if (auto* text = dynamic_cast<wxTextEntry*>(&window)) return {{"text", FromWx(text->GetValue())}};
+  if (const wxTextEntry* text = TextInside(window)) return {{"text", FromWx(text->GetValue())}};
   if (auto* box = dynamic_cast<wxItemContainerImmutable*>(&window))
     return {{"text", FromWx(box->GetStringSelection())}};
   if (auto* bar = dynamic_cast<wxStatusBar*>(&window))

@@ -14,6 +14,7 @@ namespace qx::desktop {
 //   the name of the widget that has the keyboard ping             true, from the thread that draws pid the
 //   number of this process
 //
+// NAME is a widget's name, "NAME#2" the second button inside it, "=Save" the widget with that caption.
 // A window that stands on another one, such as a dialog, is asked first. User-interface thread.
 void StartProbe();
 

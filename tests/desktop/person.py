@@ -64,8 +64,12 @@ class Desktop:
         return self.ask("where " + name)
 
     def widget(self, name):
-        """Where a widget is, once it is shown."""
-        return wait_for(f"the widget {name}", lambda: self.where(name))
+        """Where a widget is, once it is shown and stays in its place."""
+        def settled():
+            before = self.where(name)
+            time.sleep(0.06)
+            return before if before and before == self.where(name) else None
+        return wait_for(f"the widget {name}", settled)
 
     def say(self, name):
         return (self.ask("say " + name) or {}).get("text")
@@ -92,6 +96,7 @@ class Desktop:
 
     def click_row(self, name, text, times=1):
         """A click on the row of a list that begins with the text."""
+        self.widget(name)
         row = wait_for(f"the row '{text}' of {name}",
                        lambda: next((row for row in self.rows(name)
                                      if row["text"].startswith(text) and row["height"] > 0), None))
@@ -122,8 +127,23 @@ class Desktop:
         self.key("ctrl+a")
         self.type(text)
 
-    def check(self, name):
+    def focus_row(self, name, row=0):
+        """Puts the keyboard into a list, on a row."""
+        self.widget(name)
+        self.click_at(self.rows(name)[row], narrow=True)
+        wait_for(f"the focus in {name}", lambda: self.where(name)["focus"])
+
+    def open_list(self, name):
         self.click(name)
+        time.sleep(0.3)  # the list that drops down is the toolkit's own window
+
+    def tick(self, name, row):
+        """Ticks or unticks a row of a check list with the keyboard."""
+        self.focus(name)
+        self.key("Home")
+        for _ in range(row):
+            self.key("Down")
+        self.key("space")
 
     # The end.
 
