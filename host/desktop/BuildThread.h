@@ -17,10 +17,10 @@ enum class BuildKind { Validate, Run, DryRun };
 enum class ActionState { NotRun, Running, Succeeded, Failed, Invalid };
 
 struct BuildResult {
-  RunOutcome outcome = RunOutcome::Succeeded;
-  std::string report;                 // of a dry run: the command lines and the unified diffs
-  std::vector<std::string> warnings;  // of saving, once a run has ended
-  std::string error;                  // why it could not begin, or could not save; empty
+  RunOutcome outcome = RunOutcome::Succeeded;  // of what began; look at `error` first
+  std::string report;                          // of a dry run: the command lines and the unified diffs
+  std::vector<std::string> warnings;           // of saving, once a run has ended
+  std::string error;                           // why it could not begin, or could not save; empty
 };
 
 struct BuildProgress {
@@ -29,27 +29,39 @@ struct BuildProgress {
   double seconds = 0;
 };
 
-// User-interface thread, but for what the callback is. While it runs, nobody else may touch the document's
-// actions.
+// User-interface thread, but for what the callback is. Between Start and Finish nobody else may touch the
+// document: a run works with its actions, which stay the same objects. Validation and dry runs work with a
+// copy.
+//
+// A dry run captures what this process writes through platform/Files.h, and starts none of its programs:
+// while one is on, whatever else in the process saves (options, a second document) saves nothing, and reads
+// back what was not saved. So let nothing save until it has ended.
 class BuildThread {
  public:
   // `ended` is called on the build's thread when Finish would not wait; the window comes back to its own
-  // thread from it.
+  // thread from it. Host and log outlive it, and so does a document until Finish.
   BuildThread(Host& host, ActionLog& log, std::function<void()> ended);
-  // Stops a running build and waits for its end.
+  // Stops a running build, waits for its end and finishes it; what cannot be saved then is lost. `ended` is
+  // not called any more.
   ~BuildThread();
   BuildThread(const BuildThread&) = delete;
   BuildThread& operator=(const BuildThread&) = delete;
 
-  // Raises Exception when one is running already. A run holds the lock on the project's file, as the command
-  // line's does; a run that somebody else holds is the result's error. The document is saved before and after
-  // a run (the caller has asked what there is to ask); a dry run changes nothing on disk nor in the document.
+  // Raises Exception when one was started and not finished. A run holds the lock on the project's file until
+  // Finish, as the command line's does; a run that somebody else holds is the result's error, and so is all
+  // else that keeps it from beginning. The document is saved before and after a run (the caller has asked
+  // what there is to ask), before it when it is modified; a dry run changes nothing on disk nor in the
+  // document, and its diff of the project's file holds the edits that are not saved yet.
   void Start(BuildKind kind, Document& document);
+  // From Start until Finish would not wait.
   bool IsRunning() const;
+  // Of the last Start.
   BuildKind Kind() const;
   // Asks the action that runs to end, again with each call; no further one begins.
   void Stop();
-  // Waits for the end and gives what came of it; once per Start.
+  // Waits for the end and gives what came of it; once per Start, raises Exception otherwise. What a run did
+  // to the actions' properties (raised numbers) becomes the step "Run" of the document and is saved, whatever
+  // the outcome. Not to be called from `ended`.
   BuildResult Finish();
 
   BuildProgress Progress() const;
