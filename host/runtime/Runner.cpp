@@ -26,29 +26,35 @@ std::optional<bool> CallGuarded(std::string& message, Function function) {
 
 RunOutcome Runner::Validate() {
   RunOutcome outcome = RunOutcome::Succeeded;
-  for (int i = 0; i < project_.ActionCount(); ++i) {
-    ValidationErrors errors(&log_, i + 1);
-    TQXAction* action = project_.Action(i);
-    if (action == nullptr) {
-      errors.AddError(project_.ActionType(i),
-                      "No loaded package has this action; name its package with --package");
-      outcome = RunOutcome::Invalid;
-      continue;
-    }
-    std::string message;
-    const std::optional<bool> valid = CallGuarded(message, [&] {
-      action->Initialise();
-      return action->Validate(errors);
-    });
-    if (!valid) {
-      log_.AddException(i + 1, message);
-      return RunOutcome::ExceptionLeft;
-    }
-    if (!*valid && errors.Errors().empty())
-      errors.AddError(action->GetActionLogTitle(), "The action cannot run as it is set");
-    if (!errors.Errors().empty()) outcome = RunOutcome::Invalid;
+  for (int i = 0; i < project_.ActionCount() && !stopping_; ++i) {
+    Tell(i + 1, ActionEvent::Validates);
+    const RunOutcome one = ValidateOne(project_.Action(i), i + 1);
+    Tell(i + 1, one == RunOutcome::Succeeded ? ActionEvent::Valid : ActionEvent::Invalid);
+    if (one == RunOutcome::ExceptionLeft) return one;
+    if (one != RunOutcome::Succeeded) outcome = one;
   }
-  return outcome;
+  return stopping_ ? RunOutcome::Stopped : outcome;
+}
+
+RunOutcome Runner::ValidateOne(TQXAction* action, int number) {
+  ValidationErrors errors(&log_, number);
+  if (action == nullptr) {
+    errors.AddError(project_.ActionType(number - 1),
+                    "No loaded package has this action; name its package with --package");
+    return RunOutcome::Invalid;
+  }
+  std::string message;
+  const std::optional<bool> valid = CallGuarded(message, [&] {
+    action->Initialise();
+    return action->Validate(errors);
+  });
+  if (!valid) {
+    log_.AddException(number, message);
+    return RunOutcome::ExceptionLeft;
+  }
+  if (!*valid && errors.Errors().empty())
+    errors.AddError(action->GetActionLogTitle(), "The action cannot run as it is set");
+  return errors.Errors().empty() ? RunOutcome::Succeeded : RunOutcome::Invalid;
 }
 
 RunOutcome Runner::Execute(StopRequests& requests, std::optional<std::chrono::milliseconds> timeout) {
@@ -96,6 +102,7 @@ RunOutcome Runner::ExecuteOne(TQXAction& action, int number) {
     if (stopping_) return RunOutcome::Stopped;
     running_ = &action;
   }
+  Tell(number, ActionEvent::Begins);
   const Clock::time_point begin = Clock::now();
   std::string message;
   const std::optional<bool> success = CallGuarded(message, [&] { return action.Execute(); });
@@ -106,6 +113,7 @@ RunOutcome Runner::ExecuteOne(TQXAction& action, int number) {
   if (!success) log_.AddException(number, message);
   const std::chrono::duration<double> seconds = Clock::now() - begin;
   log_.AddResult(number, action.GetActionLogTitle(), success.value_or(false), seconds.count());
+  Tell(number, success.value_or(false) ? ActionEvent::Succeeded : ActionEvent::Failed);
   if (!success) return RunOutcome::ExceptionLeft;
   return *success ? RunOutcome::Succeeded : RunOutcome::ActionFailed;
 }
