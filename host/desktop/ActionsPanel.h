@@ -30,7 +30,7 @@ class ActionsPanel final : public wxPanel {
   std::function<void()> OnOpen;                                          // double-click, Enter
   std::function<void(const std::string& displayName, int index)> OnAdd;  // dropped from the catalogue
   std::function<void(int from, int to)> OnMove;                          // dropped from the list itself
-  std::function<void()> OnDelete;  // the key Delete
+  std::function<void()> OnDelete;                                        // the key Delete
   std::function<void()> OnMenu;
 
  private:

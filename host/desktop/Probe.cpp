@@ -181,7 +181,11 @@ void ReadQuestions() {
 
 }  // namespace
 
-// The thread waits for input until the process ends.
-void StartProbe() { std::thread(ReadQuestions).detach(); }
+// The thread waits for input until the process ends; it must not hold the C library's lock on it then, for
+// which the end would wait.
+void StartProbe() {
+  std::ios::sync_with_stdio(false);
+  std::thread(ReadQuestions).detach();
+}
 
 }  // namespace qx::desktop

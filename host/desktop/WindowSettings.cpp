@@ -8,6 +8,9 @@
 #include <algorithm>
 
 #include "host/desktop/WxText.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
+#include "plugin/Qxtypes.h"
 
 namespace qx::desktop {
 namespace {
@@ -17,14 +20,17 @@ constexpr std::size_t kMostRecentFiles = 9;
 }  // namespace
 
 // A lock file or a broken one must not bother anybody: the toolkit's log is silent here.
-WindowSettings::WindowSettings(const std::string& file) {
+WindowSettings::WindowSettings(const std::string& file) : file_(file) {
   const wxLogNull silence;
-  config_ = std::make_unique<wxFileConfig>(wxString(), wxString(), ToWx(file), wxString(),
+  config_ = std::make_unique<wxFileConfig>(wxString(), wxString(), ToWx(file_), wxString(),
                                            wxCONFIG_USE_LOCAL_FILE | wxCONFIG_USE_SUBDIR);
   config_->SetExpandEnvVars(false);
 }
 
-WindowSettings::~WindowSettings() { Save(); }
+WindowSettings::~WindowSettings() {
+  const wxLogNull silence;
+  config_.reset();  // writes what is left
+}
 
 std::vector<std::string> WindowSettings::RecentFiles() const {
   std::vector<std::string> files;
@@ -92,6 +98,10 @@ void WindowSettings::SetNumber(const wxString& name, long value) {
 
 void WindowSettings::Save() {
   const wxLogNull silence;
+  try {
+    CreateFolders(FolderPart(file_));
+  } catch (const Exception&) {  // then there is nowhere to keep them
+  }
   config_->Flush();
 }
 

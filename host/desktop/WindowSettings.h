@@ -41,6 +41,7 @@ class WindowSettings {
  private:
   void WriteRecentFiles(const std::vector<std::string>& files);
 
+  std::string file_;
   std::unique_ptr<wxFileConfig> config_;
 };
 

@@ -137,10 +137,18 @@ class Desktop:
         self.click(name)
         time.sleep(0.3)  # the list that drops down is the toolkit's own window
 
+    def tab_to(self, name):
+        """Goes to a widget with the key Tab alone."""
+        for _ in range(60):
+            if self.where(name)["focus"]:
+                return
+            self.key("Tab")
+        raise Fault(f"the key Tab does not lead to {name}")
+
     def tick(self, name, row):
         """Ticks or unticks a row of a check list with the keyboard."""
-        self.focus(name)
-        self.key("Home")
+        self.tab_to(name)
+        self.key("Down", "Home")  # a list without a selected row does not know where it is
         for _ in range(row):
             self.key("Down")
         self.key("space")

@@ -52,7 +52,7 @@ class Place:
 
     def tiny(self):
         """The package of the tests, whose action does what a test wants."""
-        return ["--package", self.seen(os.path.join(self.programs, "tiny" + (".dll" if self.emulator else ".so")))]
+        return ["--package", self.seen(os.path.join(self.programs, "testpackages", "tiny" + (".dll" if self.emulator else ".so")))]
 
 
 def expect(what, found, wanted):
@@ -101,6 +101,12 @@ def go_to_page(desktop, name):
     wait_for(f"the page {name}", lambda: desktop.where(name))
 
 
+def hands_see(title):
+    """Whether a window of that title, the system's own ones too, is on the screen."""
+    return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^" + title],
+                          capture_output=True).returncode == 0
+
+
 def press(desktop, caption):
     desktop.click("=" + caption)
 
@@ -115,6 +121,7 @@ def set_up(desktop, place):
     choose(desktop, "cboVSVersion", "VS.NET 2005")
     desktop.click("optBuildSelectedProjects")
     wait_for("the list of projects", lambda: desktop.where("lstProjects")["enabled"])
+    press(desktop, "Uncheck All")
     desktop.tick("lstProjects", 1)
     go_to_page(desktop, "Assembly Info")
     desktop.click("chkUpdateAssemblyInfo")
@@ -143,27 +150,174 @@ def save_as(desktop, place, name):
     wait_for("the title", lambda: desktop.ask("windows")[0]["title"] == f"{name} - qxhost")
 
 
-def expected_project(place, guid):
+def expected_project(place):
+    """The same settings by the command line; the page shows code page and keys of its own, which it saves."""
+    projects = re.findall(r'^Project\(.*?\) = ".*?", ".*?", "(.*?)"',
+                          read(place.path("work", "Hello", "Hello.sln")).decode(), re.M)
     place.host("new", "expected.xml")
     place.host("add", "expected.xml", ACTION, "Solution=" + place.seen(place.path("work", "Hello", "Hello.sln")),
                "SolutionConFiguration=Release|Mixed Platforms", "VStudioVersion=vs2005", "UseMSBuild=True",
-               "BuildType=btSelectedProjects", "SelectedProjects=" + guid, "UpdateAssemblyInfo=True",
-               "UpdateAssemblyCompany=True", "AssemblyCompany=The Hello people")
+               "BuildType=btSelectedProjects", "SelectedProjects=" + projects[1], "UpdateAssemblyInfo=True",
+               "UpdateAssemblyCompany=True", "AssemblyCompany=The Hello people", "CodePage=1252", "VersionInfoKeys=FileVersion=0.0.0.0\r\n")
 
 
-def test_making_a_build_project(place):
+def wait_for_state(desktop, state, row=0, patience=60):
+    wait_for(f"the state {state}", lambda: desktop.texts("actions")[row].endswith("|" + state), patience)
+
+
+def expect_log(desktop, *lines):
+    log = "\n".join(desktop.texts("log"))
+    for line in lines:
+        if line not in log:
+            raise Fault(f"the log lacks {line!r}:\n{log}")
+
+
+def test_making_and_saving(place):
+    """Everything by mouse and keyboard: the file is the one that the command line writes."""
     desktop = place.desktop()
     try:
         add_action(desktop, ACTION)
         set_up(desktop, place)
         save_as(desktop, place, "made.xml")
-        desktop.close()
+        expect("the exit code", desktop.close(), 0)
     finally:
         desktop.kill()
-    projects = re.findall(r'^Project\(.*?\) = ".*?", ".*?", "(.*?)"',
-                          read(place.path("work", "Hello", "Hello.sln")).decode(), re.M)
-    expected_project(place, projects[1])
+    expected_project(place)
     expect_same_file(place.path("work", "made.xml"), place.path("work", "expected.xml"))
+
+
+def test_undoing_and_redoing(place):
+    """Adds, duplicates, moves, deletes; undoes all of it and does it again: the file is the same each time."""
+    desktop = place.desktop()
+    try:
+        add_action(desktop, ACTION)
+        add_action(desktop, "Run MSTest")
+        desktop.focus_row("actions", 1)
+        desktop.key("alt+Up")
+        wait_for("the move", lambda: desktop.texts("actions")[0].startswith("Run MSTest"))
+        desktop.key("ctrl+d")
+        wait_for("the copy", lambda: len(desktop.texts("actions")) == 3)
+        save_as(desktop, place, "three.xml")
+        three = read(place.path("work", "three.xml"))
+        expect("the types", re.findall(r'Action type="(.*?)"', three.decode()), ["Run MSTest", "Run MSTest", ACTION])
+        desktop.focus_row("actions", 0)
+        desktop.key("Delete")
+        wait_for("the deletion", lambda: len(desktop.texts("actions")) == 2)
+        for count in (3, 2, 2, 1, 0):
+            desktop.key("ctrl+z")
+            wait_for(f"{count} actions", lambda: len(desktop.texts("actions")) == count)
+        for count in (1, 2, 2, 3):
+            desktop.key("ctrl+y")
+            wait_for(f"{count} actions again", lambda: len(desktop.texts("actions")) == count)
+        wait_for("the saved state", lambda: desktop.ask("windows")[0]["title"] == "three.xml - qxhost")
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+    expect("the file", read(place.path("work", "three.xml")), three)
+
+
+def test_asking_for_unsaved_changes(place):
+    desktop = place.desktop()
+    try:
+        add_action(desktop, ACTION)
+        desktop.key("ctrl+q")
+        wait_for("the question", lambda: hands_see("Unsaved changes"))
+        desktop.key("Escape")
+        wait_for("the end of the question", lambda: not hands_see("Unsaved changes"))
+        expect("the actions", len(desktop.texts("actions")), 1)
+        desktop.key("ctrl+q")
+        wait_for("the question", lambda: hands_see("Unsaved changes"))
+        desktop.key("alt+d")  # do not save
+        expect("the exit code", desktop.process.wait(timeout=30), 0)
+    finally:
+        desktop.kill()
+
+
+def test_running_the_example(place):
+    """F5 on the example, with a real engine: stamped, built, the raised numbers saved as the command line does."""
+    place.host("options", "DevEnv2005Location=" + place.seen(place.path("work")), options="options.xml")
+    shutil.copytree(place.path("work"), place.path("twin"))
+    desktop = place.desktop("Hello.build.xml")
+    try:
+        wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.key("F5")
+        wait_for_state(desktop, "Succeeded", patience=120)
+        expect_log(desktop, "Updating Assembly info for project")
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+    os.rename(place.path("work"), place.path("seen"))
+    os.rename(place.path("twin"), place.path("work"))
+    place.host("run", "Hello.build.xml", options="options.xml")
+    expect_same_file(place.path("seen", "Hello.build.xml"), place.path("work", "Hello.build.xml"))
+    for file in ("Hello/Greeting/Properties/AssemblyInfo.cs", "Hello/Banner/Banner.rc"):
+        expect_same_file(place.path("seen", file), place.path("work", file))
+
+
+def test_stopping_a_run(place):
+    """Shift+F5 ends an action that would take a minute; closing the window during a run asks, stops and waits."""
+    place.host(*place.tiny(), "new", "slow.xml")
+    place.host(*place.tiny(), "add", "slow.xml", "Tiny Task", "Deed=tdSleep", "Seconds=60")
+    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "slow.xml")))
+    try:
+        wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.key("F5")
+        wait_for_state(desktop, "Running")
+        desktop.key("shift+F5")
+        wait_for_state(desktop, "Failed")
+        wait_for("the message", lambda: "Stopped" in desktop.say("status"))
+        desktop.key("F5")
+        wait_for_state(desktop, "Running")
+        desktop.key("ctrl+q")
+        wait_for("the question", lambda: hands_see("A build is running"))
+        desktop.key("alt+g")  # go on
+        wait_for("the end of the question", lambda: not hands_see("A build is running"))
+        expect("the state", desktop.texts("actions")[0].split("|")[-1], "Running")
+        desktop.key("ctrl+q")
+        wait_for("the question", lambda: hands_see("A build is running"))
+        desktop.key("alt+s")  # stop and close
+        expect("the exit code", desktop.process.wait(timeout=30), 0)
+    finally:
+        desktop.kill()
+
+
+def test_rehearsing(place):
+    """Ctrl+F5 shows the difference and touches nothing."""
+    place.host("options", "DevEnv2005Location=" + place.seen(place.path("work")), options="options.xml")
+    shutil.copytree(place.path("work"), place.path("before"))
+    desktop = place.desktop("Hello.build.xml")
+    try:
+        wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.key("ctrl+F5")
+        desktop.window("dryRun")
+        lines = wait_for("the difference", lambda: desktop.texts("diff"))
+        expect("its first line", lines[0].startswith("Would run in"), True)
+        desktop.key("Escape")
+        desktop.gone("dryRun")
+        expect("the title", desktop.ask("windows")[0]["title"], "Hello.build.xml - qxhost")
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+    expect("what has changed",
+           subprocess.run(["diff", "-r", place.path("before"), place.path("work")], capture_output=True).stdout, b"")
+
+
+def test_changing_options(place):
+    """The options dialog saves what "qxhost options" saves."""
+    desktop = place.desktop()
+    try:
+        desktop.key("alt+t")
+        desktop.key("o")
+        desktop.window("pages")
+        desktop.replace("txtMSDev2005Location", "/opt/vs8/ide")
+        desktop.click("rbVS2005")
+        press(desktop, "OK")
+        desktop.gone("pages")
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+    place.host("options", "DevEnv2005Location=/opt/vs8/ide", "DefaultVSVersion=vs2005")
+    expect_same_file(place.path("options.xml"), place.path("expected.xml"))
 
 
 TESTS = {name[5:]: function for name, function in list(globals().items()) if name.startswith("test_")}
