@@ -24,6 +24,7 @@ namespace qx::desktop {
 namespace {
 
 constexpr const char* kName = "MainWindow";
+constexpr int kSettlingMilliseconds = 600;
 
 std::vector<std::string> FoldersOf(Host& host) {
   std::vector<std::string> folders;
@@ -110,10 +111,12 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
   MakeParts();
   BindParts();
   settings_.Restore(kName, *this);
-  Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
+  Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
     event.Skip();
-    if (IsShownOnScreen()) PlaceParts();
+    if (!isSettled_) CallAfter([this] { PlaceParts(); });
   });
+  settling_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { Settle(); });
+  settling_.StartOnce(kSettlingMilliseconds);
   ShowDocument(-1);
   Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnCloseWindow, this);
   Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTimer(); });
@@ -193,19 +196,23 @@ void MainWindow::MakeParts() {
   SetMinSize(FromDIP(wxSize(640, 480)));
 }
 
-// Where the parts meet, from outside to inside, as soon as the window has got its size from the system; a
-// window that grows later gives more to all of them.
+// Where the parts meet, from outside to inside. The system gives a new window its size in several steps, each
+// of which would move what was placed: so they are placed after each, until it has settled.
 void MainWindow::PlaceParts() {
-  if (isPlaced_ || splitters_[0]->GetClientSize().y < GetClientSize().y / 2) return;
-  isPlaced_ = true;
   const std::array<int, 4> defaults{FromDIP(410), FromDIP(480), FromDIP(200), FromDIP(320)};
-  const std::array gravities{0.6, 0.3, 0.4, 0.4};
   for (std::size_t i = 0; i < splitters_.size(); ++i) {
     const long place = settings_.Number(wxString::Format("/Sashes/%zu", i), defaults.at(i));
     splitters_[i]->SetSashPosition(static_cast<int>(place));
     splitters_[i]->UpdateSize();
-    splitters_[i]->SetSashGravity(gravities.at(i));
   }
+  properties_->FitCaptions();
+}
+
+// A window that grows from now on gives more to all of its parts.
+void MainWindow::Settle() {
+  const std::array gravities{0.6, 0.3, 0.4, 0.4};
+  for (std::size_t i = 0; i < splitters_.size(); ++i) splitters_[i]->SetSashGravity(gravities.at(i));
+  isSettled_ = true;
 }
 
 void MainWindow::BindParts() {

@@ -52,6 +52,7 @@ class MainWindow final : public wxFrame {
   void MakeMenus();
   void MakeParts();
   void PlaceParts();
+  void Settle();
   void BindParts();
   void UpdateCommand(wxUpdateUIEvent& event, const Command& command);
   void ShowDocument(int selected);
@@ -130,7 +131,8 @@ class MainWindow final : public wxFrame {
   std::vector<std::string> folders_;  // those that packages were loaded from
   wxTimer timer_;
   bool closing_ = false;
-  bool isPlaced_ = false;  // its parts have their places
+  wxTimer settling_;
+  bool isSettled_ = false;  // the system has given it its size
 
   wxMenu* recent_ = nullptr;
   std::vector<wxSplitterWindow*> splitters_;

@@ -116,7 +116,7 @@ void PropertiesPanel::Show(TQXAction* action, const Catalogue& catalogue) {
       }
     }
   }
-  grid_->SetSplitterLeft(true);  // no caption is cut
+  FitCaptions();
   if (!name.empty()) grid_->SelectProperty(name);
   grid_->Thaw();
 }

@@ -18,6 +18,8 @@ class PropertiesPanel final : public wxPanel {
 
   // Shows an action; null: nothing. The action outlives it, or Show is called before it goes.
   void Show(TQXAction* action, const Catalogue& catalogue);
+  // Gives the captions the room they need, no more.
+  void FitCaptions() { grid_->SetSplitterLeft(true); }
   // Takes over what stands in an editor that is still open.
   void Commit() { grid_->CommitChangesFromEditor(); }
 

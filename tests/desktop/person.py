@@ -41,6 +41,8 @@ class Desktop:
         self.answers = queue.Queue()
         threading.Thread(target=self._listen, daemon=True).start()
         self.window("mainWindow", patience=90)
+        wait_for("the keyboard in the window", lambda: self.ask("focus"))
+        self.widget("log")
 
     def _listen(self):
         for line in self.process.stdout:

@@ -242,7 +242,7 @@ def test_running_the_example(place):
         wait_for("the action", lambda: desktop.texts("actions"))
         desktop.key("F5")
         wait_for_state(desktop, "Succeeded", patience=120)
-        expect_log(desktop, "Updating Assembly info for project")
+        expect_log(desktop, "Build VS.Net Solution: succeeded")
         expect("the exit code", desktop.close(), 0)
     finally:
         desktop.kill()
