@@ -119,8 +119,8 @@ TEST_F(CatalogueCommands, UsageErrorsExitWithTwo) {
 TEST_F(CatalogueCommands, EveryCommandHasHelpWithAnExample) {
   const auto help = Host({"--help"});
   EXPECT_EQ(help.code, 0);
-  for (const char* command : {"run", "validate", "new", "add", "set", "show", "actions", "package", "options",
-                              "expand", "drive", "script"}) {
+  for (const char* command : {"run", "validate", "new", "add", "set", "show", "edit", "actions", "package",
+                              "options", "expand", "drive", "script"}) {
     EXPECT_TRUE(Holds(help.out, "\n  " + std::string(command) + " ")) << command;
     const auto own = Host({"help", command});
     EXPECT_EQ(own.code, 0);

@@ -36,6 +36,7 @@ constexpr std::array kGlobals{
 constexpr OperandRow kFile{"FILE", ValueKind::File, 1, 1};
 
 constexpr std::array kRunOperands{kFile};
+constexpr std::array kOptionalFile{OperandRow{"FILE", ValueKind::File, 0, 1}};
 constexpr std::array kRunOptions{
     kSet,
     OptionRow{"--log", "STYLE", ValueKind::Choice, kLogStyles, false, "how the log is written: text or json"},
@@ -68,7 +69,6 @@ constexpr std::array kExpandOperands{OperandRow{"TEXT", ValueKind::Text, 1, 1}};
 constexpr std::array kExpandOptions{
     OptionRow{"--project", "FILE", ValueKind::File, {}, false, "take the variables of this build project"},
     kSet};
-constexpr std::array kDriveOperands{OperandRow{"FILE", ValueKind::File, 0, 1}};
 constexpr std::array kDriveOptions{
     OptionRow{"--action", "N", ValueKind::Number, {}, false, "which action, counted from 1 (default: 1)"},
     OptionRow{"--property",
@@ -130,6 +130,16 @@ constexpr std::array kCommands{
     CommandRow{"show", kRunOperands, kShowOptions, "show a build project's actions and properties",
                "Properties come in the order of declaration; a secret is shown as ***.",
                "qxhost show nightly.xml --all", "lists the hidden properties too", ShowProject},
+    CommandRow{"edit",
+               kOptionalFile,
+               {},
+               "open the desktop",
+               "Starts qxhost-desktop, which stands beside this program or on the PATH, with the same packages "
+               "and options and, when one is named, the build project. Does not wait for it on Windows; "
+               "elsewhere the desktop takes this program's place.",
+               "qxhost edit nightly.xml",
+               "opens the project in the desktop",
+               EditProject},
     CommandRow{"actions",
                {},
                kActionsOptions,
@@ -166,7 +176,7 @@ constexpr std::array kCommands{
                "qxhost expand '%ROOT%/App.sln' --project nightly.xml", "shows the path that a build will use",
                ExpandText},
     CommandRow{
-        "drive", kDriveOperands, kDriveOptions, "drive an action's property pages without a screen",
+        "drive", kOptionalFile, kDriveOptions, "drive an action's property pages without a screen",
         "Fills the pages, then reads one command a line from standard input and answers each with one "
         "line of JSON. What was wrong with a command stands in its answer; the exit code is 0 all the "
         "same.\n"

@@ -17,6 +17,7 @@ int ShowActions(Session& session, const Invocation& invocation);
 int ShowPackages(Session& session, const Invocation& invocation);
 int ShowOptions(Session& session, const Invocation& invocation);
 int ExpandText(Session& session, const Invocation& invocation);
+int EditProject(Session& session, const Invocation& invocation);
 int DrivePages(Session& session, const Invocation& invocation);
 int RunScriptFile(Session& session, const Invocation& invocation);
 int ShowHelp(Session& session, const Invocation& invocation);

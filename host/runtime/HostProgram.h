@@ -1,5 +1,5 @@
-// What a program of the host asks its system: its arguments, its own place, the user's configuration. One
-// source a system: HostProgramPosix.cpp, HostProgramWindows.cpp.
+// What a program of the host asks its system: its own place, the user's configuration, another program in its
+// stead. One source a system: HostProgramPosix.cpp, HostProgramWindows.cpp.
 #pragma once
 
 #include <string>
@@ -14,6 +14,19 @@ std::string ConfigFolder();
 
 // The folder of the running program's file, links followed, with its trailing delimiter.
 std::string ProgramFolder();
+
+// The file of a program in the first folder of PATH that has it; the name is without an ending. Empty when
+// none has.
+std::string FindOnPath(const std::string& program);
+
+// Another program of the host, by its name without an ending: the file beside this program, else the one on
+// the PATH. Raises Exception that says where it was looked for.
+std::string FindCompanion(const std::string& program);
+
+// Leaves the user to another program: takes this process's place outside Windows, and then never returns;
+// on Windows starts it and does not wait. What this one still holds is to be given back before. Raises
+// Exception "Cannot start FILE: reason".
+void HandOver(const std::string& file, const std::vector<std::string>& arguments);
 
 // Raises Exception "Cannot enter FOLDER: reason". It holds for the whole process.
 void SetCurrentFolder(const std::string& folder);

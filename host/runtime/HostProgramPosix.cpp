@@ -8,9 +8,15 @@
 
 #include "host/runtime/HostProgram.h"
 #include "host/runtime/Variables.h"
+#include "platform/Files.h"
 #include "platform/Paths.h"
 
 namespace qx {
+namespace {
+
+bool IsProgram(const std::string& file) { return access(file.c_str(), X_OK) == 0 && FileExists(file); }
+
+}  // namespace
 
 std::string ConfigFolder() {
   // A relative folder in the variable is to be ignored, says the convention of these folders.
@@ -26,6 +32,35 @@ std::string ProgramFolder() {
   const ssize_t size = readlink("/proc/self/exe", path, sizeof path);
   if (size <= 0) throw Exception("The folder of this program cannot be found");
   return FolderPart(std::string_view(path, static_cast<std::size_t>(size)));
+}
+
+std::string FindOnPath(const std::string& program) {
+  std::string folders = ReadEnvironment("PATH").value_or("") + ":";
+  for (std::size_t end = folders.find(':'); end != std::string::npos; end = folders.find(':')) {
+    const std::string file = folders.substr(0, end) + "/" + program;
+    if (end > 0 && IsProgram(file)) return file;
+    folders.erase(0, end + 1);
+  }
+  return {};
+}
+
+std::string FindCompanion(const std::string& program) {
+  const std::string beside = ProgramFolder() + program;
+  if (IsProgram(beside)) return beside;
+  const std::string found = FindOnPath(program);
+  if (found.empty())
+    throw Exception(program + " is not installed: there is no " + beside + ", and none on the PATH");
+  return found;
+}
+
+void HandOver(const std::string& file, const std::vector<std::string>& arguments) {
+  std::vector<std::string> words = {file};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  execv(file.c_str(), pointers.data());
+  throw Exception("Cannot start " + file + ": " + std::strerror(errno));
 }
 
 void SetCurrentFolder(const std::string& folder) {

@@ -1,0 +1,23 @@
+// edit: hands over to the desktop.
+#include "host/cli/Commands.h"
+#include "host/cli/Session.h"
+#include "host/runtime/HostProgram.h"
+#include "platform/Paths.h"
+
+namespace qx::cli {
+
+// Names are made absolute: the desktop goes to the folder of its project.
+int EditProject(Session&, const Invocation& invocation) {
+  std::vector<std::string> words;
+  for (const char* option : {"--package", "--options"}) {
+    for (const std::string& file : invocation.Values(option)) {
+      words.emplace_back(option);
+      words.push_back(ExpandPath("", file));
+    }
+  }
+  for (const std::string& file : invocation.operands) words.push_back(ExpandPath("", file));
+  HandOver(FindCompanion("qxhost-desktop"), words);
+  return 0;
+}
+
+}  // namespace qx::cli
