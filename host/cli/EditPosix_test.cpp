@@ -78,7 +78,7 @@ TEST_F(EditCommand, IsToldOfInTheHelp) {
   EXPECT_TRUE(Holds(Edit({"help", "edit"}).out, "usage: qxhost edit [FILE]"));
   EXPECT_TRUE(Holds(Edit({"--print-completion", "bash"}).out, " show edit actions "));
   EXPECT_TRUE(Holds(Edit({"--print-completion", "zsh"}).out, "'edit:open the desktop'"));
-  EXPECT_TRUE(Holds(Edit({"--print-man"}).out, "open the desktop"));
+  EXPECT_TRUE(Holds(Edit({"--print-man"}).out, "Open the desktop."));
 }
 
 }  // namespace
