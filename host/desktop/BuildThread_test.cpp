@@ -343,6 +343,18 @@ TEST_F(BuildThreadTest, TellsWhenItCannotSaveWhatTheRunDid) {
   EXPECT_TRUE(FileHas("<Property name=\"Length\">5<"));
 }
 
+TEST_F(BuildThreadTest, SavesTheOptionsThatARunChanged) {
+  Doc().Add("Probe", 0);
+  Doc().SaveAs(folder_ / "p.xml");
+  Probe::execute = [](Probe&) {
+    for (const RegisteredOptions& options : TheCatalogue().Options())
+      options.optionsClass->properties[0].set(TheCatalogue().ObjectOf(options), std::string("set by a run"));
+    return true;
+  };
+  EXPECT_EQ(Build(BuildKind::Run).error, "");
+  EXPECT_NE(folder_.Read("options.xml").find("set by a run"), std::string::npos);
+}
+
 TEST_F(BuildThreadTest, TellsTheWarningsOfSavingOnce) {
   folder_.Write("p.xml",
                 "<BuildProject version=\"1\"><!-- c --><Actions><Action type=\"Tiny Task\">"

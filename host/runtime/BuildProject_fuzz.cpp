@@ -22,6 +22,43 @@ std::string Describe(const qx::BuildProject& project, int action, const char* na
   }
 }
 
+// What people do to the actions leaves the others, and every edited text can be read again.
+void Edit(const std::string& text) {
+  qx::BuildProject project = qx::BuildProject::Parse(text, "fuzz");
+  std::vector<std::string> kept;
+  for (int i = 0; i < project.ActionCount(); ++i)
+    kept.push_back(project.ActionType(i) + Describe(project, i, "Kept"));
+  const auto check = [&] {
+    const qx::BuildProject again = qx::BuildProject::Parse(project.Text(), "fuzz");
+    Require(again.ActionCount() == static_cast<int>(kept.size()));
+    for (int i = 0; i < again.ActionCount(); ++i)
+      Require(again.ActionType(i) + Describe(again, i, "Kept") == kept[static_cast<std::size_t>(i)]);
+  };
+  const int middle = static_cast<int>(kept.size() / 2);
+  project.InsertAction(middle, "New");
+  kept.insert(kept.begin() + middle, "New(none)");
+  check();
+  project.DuplicateAction(0);
+  kept.insert(kept.begin(), kept.front());
+  check();
+  const int last = project.ActionCount() - 1;
+  project.MoveAction(0, last);
+  kept.push_back(kept.front());
+  kept.erase(kept.begin());
+  check();
+  project.MoveAction(last, middle);
+  kept.insert(kept.begin() + middle, kept.back());
+  kept.pop_back();
+  check();
+  project.RemoveAction(middle);
+  kept.erase(kept.begin() + middle);
+  check();
+  const std::vector<std::pair<std::string, std::string>> variables{{"B", text.substr(0, 9)}, {"A", ""}};
+  project.SetVariables(variables);
+  check();
+  Require(qx::BuildProject::Parse(project.Text(), "fuzz").Variables() == variables);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -49,6 +86,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (int i = 0; i < count; ++i) after += Describe(again, i, "Kept") + '\n';
     Require(after == kept);
     Require(again.Variables() == project.Variables());
+    Edit(text);
   } catch (const qx::Exception&) {
     // refused, by name and line
   }
