@@ -74,6 +74,20 @@ TEST_F(DocumentOfThePackage, SavesTheBytesThatTheCommandLineWrites) {
   EXPECT_NE(folder_.Read("cli.xml").find("vs2003"), std::string::npos);
 }
 
+// Whoever shows all properties makes no edit.
+TEST_F(DocumentOfThePackage, LooksAtPropertiesWithoutAnEdit) {
+  Doc().Add("Build VS.Net Solution", 0);
+  Doc().Add("Run MSTest", 1);
+  Set(0, "Solution", "none.sln");
+  for (int i = 0; i < Doc().ActionCount(); ++i) {
+    TQXAction& action = *Doc().Action(i);
+    for (const PublishedProperty& property : action.GetActionClass()->properties)
+      PropertyToText(property, property.get(action));
+    EXPECT_FALSE(Doc().TakeEdit("Look", i));
+  }
+  EXPECT_EQ(Doc().UndoName(), "Change Solution");
+}
+
 // What a hand wrote, with an old mark, comments and half of the properties, comes out as the command line has
 // it.
 TEST_F(DocumentTest, SavesAHandwrittenFileAsTheCommandLineDoes) {
