@@ -130,16 +130,17 @@ constexpr std::array kCommands{
     CommandRow{"show", kRunOperands, kShowOptions, "show a build project's actions and properties",
                "Properties come in the order of declaration; a secret is shown as ***.",
                "qxhost show nightly.xml --all", "lists the hidden properties too", ShowProject},
-    CommandRow{"edit",
-               kOptionalFile,
-               {},
-               "open the desktop",
-               "Starts qxhost-desktop, which stands beside this program or on the PATH, with the same packages "
-               "and options and, when one is named, the build project. Does not wait for it on Windows; "
-               "elsewhere the desktop takes this program's place.",
-               "qxhost edit nightly.xml",
-               "opens the project in the desktop",
-               EditProject},
+    CommandRow{
+        "edit",
+        kOptionalFile,
+        {},
+        "open the desktop",
+        "Starts qxhost-desktop, which stands beside this program or on the PATH, with the same packages "
+        "and options and, when one is named, the build project. Does not wait for it on Windows; "
+        "elsewhere the desktop takes this program's place.",
+        "qxhost edit nightly.xml",
+        "opens the project in the desktop",
+        EditProject},
     CommandRow{"actions",
                {},
                kActionsOptions,

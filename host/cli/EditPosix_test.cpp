@@ -27,7 +27,7 @@ class EditCommand : public CliTest {
     Write(name, "#!/bin/sh\nfor word in \"$0\" \"$@\"; do echo \"$word\"; done\nexit 7\n");
     std::filesystem::permissions(folder_ / name, std::filesystem::perms::owner_all);
   }
-  test::ProgramResult Edit(Words words) const {
+  test::ProgramResult Edit(const Words& words) const {
     return test::RunProgram(PathOf("bin/qxhost"), words, folder_.string());
   }
 

@@ -37,7 +37,7 @@ std::string ProgramFolder() {
 std::string FindOnPath(const std::string& program) {
   std::string folders = ReadEnvironment("PATH").value_or("") + ":";
   for (std::size_t end = folders.find(':'); end != std::string::npos; end = folders.find(':')) {
-    const std::string file = folders.substr(0, end) + "/" + program;
+    std::string file = folders.substr(0, end) + "/" + program;
     if (end > 0 && IsProgram(file)) return file;
     folders.erase(0, end + 1);
   }
@@ -45,9 +45,9 @@ std::string FindOnPath(const std::string& program) {
 }
 
 std::string FindCompanion(const std::string& program) {
-  const std::string beside = ProgramFolder() + program;
+  std::string beside = ProgramFolder() + program;
   if (IsProgram(beside)) return beside;
-  const std::string found = FindOnPath(program);
+  std::string found = FindOnPath(program);
   if (found.empty())
     throw Exception(program + " is not installed: there is no " + beside + ", and none on the PATH");
   return found;
@@ -57,6 +57,7 @@ void HandOver(const std::string& file, const std::vector<std::string>& arguments
   std::vector<std::string> words = {file};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   execv(file.c_str(), pointers.data());

@@ -42,9 +42,9 @@ std::string FindOnPath(const std::string& program) {
 }
 
 std::string FindCompanion(const std::string& program) {
-  const std::string beside = ProgramFolder() + program + ".exe";
+  std::string beside = ProgramFolder() + program + ".exe";
   if (FileExists(beside)) return beside;
-  const std::string found = FindOnPath(program);
+  std::string found = FindOnPath(program);
   if (found.empty())
     throw Exception(program + " is not installed: there is no " + beside + ", and none on the PATH");
   return found;
