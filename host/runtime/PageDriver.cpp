@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <iostream>
 #include <utility>
 #include <vector>
 
 #include "host/runtime/ControlState.h"
 #include "host/runtime/Nearest.h"
+#include "platform/Files.h"
+#include "platform/Paths.h"
+#include "platform/TextFile.h"
 #include "platform/Texts.h"
 
 namespace qx {
@@ -81,7 +85,52 @@ std::string NotTaken(const TControl& control, const std::string& text) {
   return Quoted(text) + " is no whole number";
 }
 
+// Acts on the models, as any view does in the end.
+class ModelHands final : public PageHands {
+ public:
+  ModelHands(PageDialog& dialog, std::function<void()> save) : dialog_(dialog), save_(std::move(save)) {}
+
+  int PageInFront() const override { return dialog_.Active(); }
+  void GoTo(int page) override { dialog_.Activate(page); }
+  bool IsEnabled(int, TControl& control) const override { return control.IsEnabled(); }
+  Json StateOf(int, const TControl& control) const override { return qx::StateOf(control); }
+
+  TUserAnswer Click(int, TControl& control) override { return control.UserClick(); }
+  TUserAnswer Type(int, TControl& control, const std::string& text) override {
+    return control.UserType(text);
+  }
+  TUserAnswer Select(int, TControl& control, int index) override { return control.UserSelect(index); }
+  TUserAnswer Tick(int, TControl& control, int index, bool checked) override {
+    return control.UserTick(index, checked);
+  }
+  TUserAnswer EditCell(int, TControl& control, int column, int row, const std::string& text) override {
+    return control.UserEditCell(column, row, text);
+  }
+  TUserAnswer PressButton(int, TControl& control, int index) override {
+    return control.UserPressButton(index);
+  }
+  void Write() override {
+    dialog_.Write();
+    save_();
+  }
+
+ private:
+  PageDialog& dialog_;
+  std::function<void()> save_;
+};
+
 }  // namespace
+
+DriverCommands::DriverCommands(const std::optional<std::string>& file) {
+  if (file) file_.emplace(ReadFile(ExpandPath("", *file)));
+}
+
+bool DriverCommands::Next(std::string& line) {
+  std::istream& stream = file_ ? static_cast<std::istream&>(*file_) : std::cin;
+  if (!std::getline(stream, line)) return false;
+  if (std::exchange(isFirst_, false)) line = WithoutUtf8Mark(line);  // some shells begin their pipes with it
+  return true;
+}
 
 DrivenUser::DrivenUser() { SetUserInterface(this); }
 DrivenUser::~DrivenUser() { SetUserInterface(nullptr); }
@@ -130,7 +179,13 @@ const PageDriver::Verb PageDriver::kVerbs[] = {
 };
 
 PageDriver::PageDriver(PageDialog& dialog, DrivenUser& user, std::function<void()> save)
-    : dialog_(dialog), user_(user), save_(std::move(save)) {}
+    : dialog_(dialog),
+      user_(user),
+      ownHands_(std::make_unique<ModelHands>(dialog, std::move(save))),
+      hands_(*ownHands_) {}
+
+PageDriver::PageDriver(PageDialog& dialog, DrivenUser& user, PageHands& hands)
+    : dialog_(dialog), user_(user), hands_(hands) {}
 
 std::string PageDriver::Answer(std::string_view line) {
   if (line.ends_with('\r')) line.remove_suffix(1);
@@ -191,9 +246,8 @@ PageDriver::Target PageDriver::FindTarget(std::string_view text) const {
 }
 
 // What is disabled takes nobody to its page.
-TControl& PageDriver::GoTo(const Target& target) {
-  if (target.control->IsEnabled()) dialog_.Activate(target.page);
-  return *target.control;
+void PageDriver::GoTo(const Target& target) {
+  if (hands_.IsEnabled(target.page, *target.control)) hands_.GoTo(target.page);
 }
 
 Json PageDriver::Pages(std::string_view rest) {
@@ -205,14 +259,14 @@ Json PageDriver::Pages(std::string_view rest) {
 
 Json PageDriver::Active(std::string_view rest) {
   ExpectEnd(rest);
-  return dialog_.Name(dialog_.Active());
+  return dialog_.Name(hands_.PageInFront());
 }
 
 Json PageDriver::PageState(int page) const {
   Json states = Json::array();
   for (const TControl* control : dialog_.Page(page).Controls()) {
     Json state{{"page", dialog_.Name(page)}};
-    state.update(StateOf(*control));
+    state.update(hands_.StateOf(page, *control));
     states.push_back(std::move(state));
   }
   return states;
@@ -231,20 +285,23 @@ Json PageDriver::State(std::string_view rest) {
   const Target target = FindTarget(text);
   ExpectEnd(target.rest);
   Json state{{"page", dialog_.Name(target.page)}};
-  state.update(StateOf(*target.control));
+  state.update(hands_.StateOf(target.page, *target.control));
   return state;
 }
 
 Json PageDriver::Text(std::string_view rest) {
   const Target target = FindTarget(rest);
   const std::string text(target.rest);
-  return Answered(GoTo(target).UserType(text), *target.control, "text", NotTaken(*target.control, text));
+  GoTo(target);
+  return Answered(hands_.Type(target.page, *target.control, text), *target.control, "text",
+                  NotTaken(*target.control, text));
 }
 
 Json PageDriver::Click(std::string_view rest) {
   const Target target = FindTarget(rest);
   ExpectEnd(target.rest);
-  return Answered(GoTo(target).UserClick(), *target.control, "click", "");
+  GoTo(target);
+  return Answered(hands_.Click(target.page, *target.control), *target.control, "click", "");
 }
 
 Json PageDriver::Button(std::string_view rest) {
@@ -254,7 +311,8 @@ Json PageDriver::Button(std::string_view rest) {
   const auto* edit = dynamic_cast<const TButtonEdit*>(target.control);
   const Range range{edit == nullptr ? 0 : static_cast<int>(edit->buttons.size()), 1};
   const int index = number < 1 ? -1 : number - 1;
-  return Answered(GoTo(target).UserPressButton(index), *target.control, "button",
+  GoTo(target);
+  return Answered(hands_.PressButton(target.page, *target.control, index), *target.control, "button",
                   NoSuch("button", number, range));
 }
 
@@ -262,7 +320,8 @@ Json PageDriver::Select(std::string_view rest) {
   Target target = FindTarget(rest);
   const int index = TakeNumber(target.rest, "index");
   ExpectEnd(target.rest);
-  return Answered(GoTo(target).UserSelect(index), *target.control, "select",
+  GoTo(target);
+  return Answered(hands_.Select(target.page, *target.control, index), *target.control, "select",
                   NoSuch("item", index, ItemsOf(*target.control)));
 }
 
@@ -272,7 +331,8 @@ Json PageDriver::Tick(std::string_view rest) {
   const std::string state = Trim(target.rest);
   if (state != "on" && state != "off")
     throw Exception("A tick is on or off, not " + Quoted(state) + Advice(state, {"on", "off"}));
-  return Answered(GoTo(target).UserTick(index, state == "on"), *target.control, "tick",
+  GoTo(target);
+  return Answered(hands_.Tick(target.page, *target.control, index, state == "on"), *target.control, "tick",
                   NoSuch("item", index, ItemsOf(*target.control)));
 }
 
@@ -284,7 +344,9 @@ Json PageDriver::Cell(std::string_view rest) {
   const Range columns{grid == nullptr ? 0 : grid->ColCount(), 0};
   const Range rows{grid == nullptr ? 0 : grid->RowCount() - 1, 1};
   const bool hasColumn = column >= 0 && column < columns.count;
-  return Answered(GoTo(target).UserEditCell(column, row, std::string(target.rest)), *target.control, "cell",
+  GoTo(target);
+  return Answered(hands_.EditCell(target.page, *target.control, column, row, std::string(target.rest)),
+                  *target.control, "cell",
                   hasColumn ? NoSuch("row", row, rows) : NoSuch("column", column, columns));
 }
 
@@ -309,8 +371,7 @@ Json PageDriver::Dialogs(std::string_view rest) {
 
 Json PageDriver::Write(std::string_view rest) {
   ExpectEnd(rest);
-  dialog_.Write();
-  save_();
+  hands_.Write();
   return Done();
 }
 

@@ -5,8 +5,10 @@
 
 #include <deque>
 #include <functional>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -45,10 +47,48 @@ class DrivenUser final : public UserInterface {
   nlohmann::ordered_json shown_ = nlohmann::ordered_json::array();
 };
 
+// The hands and eyes of who drives: what a user does to a control, and what is seen of it. Pages count from 0
+// and the control is the page's; a driver asks for nothing else.
+class PageHands {
+ public:
+  virtual ~PageHands() = default;
+
+  virtual int PageInFront() const = 0;
+  virtual void GoTo(int page) = 0;
+  virtual bool IsEnabled(int page, TControl& control) const = 0;  // as the user meets it
+  virtual nlohmann::ordered_json StateOf(int page, const TControl& control) const = 0;
+
+  // As those of TControl. An exception is what a page's handler raised.
+  virtual TUserAnswer Click(int page, TControl& control) = 0;
+  virtual TUserAnswer Type(int page, TControl& control, const std::string& text) = 0;
+  virtual TUserAnswer Select(int page, TControl& control, int index) = 0;
+  virtual TUserAnswer Tick(int page, TControl& control, int index, bool checked) = 0;
+  virtual TUserAnswer EditCell(int page, TControl& control, int column, int row, const std::string& text) = 0;
+  virtual TUserAnswer PressButton(int page, TControl& control, int index) = 0;
+
+  // Confirms: every page writes, and what they wrote is saved. Raises what the pages or the saving raise.
+  virtual void Write() = 0;
+};
+
+// Commands, one a line, from standard input or a file.
+class DriverCommands {
+ public:
+  // Raises Exception when the file cannot be read.
+  explicit DriverCommands(const std::optional<std::string>& file);
+  bool Next(std::string& line);
+
+ private:
+  bool isFirst_ = true;
+  std::optional<std::istringstream> file_;
+};
+
 class PageDriver {
  public:
-  // `save` is called when every page has written; what it raises is the answer of `write`.
+  // Drives the models themselves. `save` is called when every page has written; what it raises is the answer
+  // of `write`.
   PageDriver(PageDialog& dialog, DrivenUser& user, std::function<void()> save);
+  // Drives through somebody else's hands, which outlive it.
+  PageDriver(PageDialog& dialog, DrivenUser& user, PageHands& hands);
 
   // The answer to one line: what was asked for, {"ok":true}, or {"error":"..."}; empty for a line that is
   // blank. A wrong command changes nothing; an exception that a page lets out is the answer.
@@ -86,13 +126,14 @@ class PageDriver {
 
   int FindPage(std::string_view name) const;
   Target FindTarget(std::string_view text) const;
-  // The target's control; the user is on its page from now on.
-  TControl& GoTo(const Target& target);
+  // The user is on the target's page from now on.
+  void GoTo(const Target& target);
   Json PageState(int page) const;
 
   PageDialog& dialog_;
   DrivenUser& user_;
-  std::function<void()> save_;
+  std::unique_ptr<PageHands> ownHands_;
+  PageHands& hands_;
   bool ended_ = false;
 };
 

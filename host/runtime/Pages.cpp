@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/runtime/PropertyText.h"
 #include "platform/Texts.h"
 
 namespace qx {
@@ -137,6 +138,20 @@ std::optional<std::string> EditorPage(const Catalogue& catalogue, const TQXActio
   const std::unique_ptr<TQXPropertyEditor> editor = editorClass->construct();
   const auto* opens = dynamic_cast<const TShowActionPropertiesEditor*>(editor.get());
   return opens == nullptr ? std::nullopt : std::optional(opens->GetPageName());
+}
+
+int PageOfProperty(const Catalogue& catalogue, const PageDialog& dialog, const TQXAction& action,
+                   const std::string& propertyName) {
+  const TQXActionClass& actionClass = *action.GetActionClass();
+  const PublishedProperty& property = NeedProperty(actionClass.properties, propertyName);
+  const auto page = EditorPage(catalogue, actionClass, property.name);
+  if (!page)
+    throw Exception("The property " + std::string(property.name) + " has no editor that opens pages");
+  const int index = page->empty() ? 0 : dialog.Find(*page);
+  if (index < 0)
+    throw Exception("The editor of " + std::string(property.name) + " opens a page \"" + *page +
+                    "\", which is not registered");
+  return index;
 }
 
 }  // namespace qx

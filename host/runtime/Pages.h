@@ -69,4 +69,9 @@ class PageDialog {
 std::optional<std::string> EditorPage(const Catalogue& catalogue, const TQXActionClass& actionClass,
                                       std::string_view propertyName);
 
+// The index of that page in the action's dialog. Raises Exception when there is no such property, when it has
+// no editor that opens pages, and when the page is not registered.
+int PageOfProperty(const Catalogue& catalogue, const PageDialog& dialog, const TQXAction& action,
+                   const std::string& propertyName);
+
 }  // namespace qx
