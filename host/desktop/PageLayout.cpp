@@ -7,7 +7,7 @@
 #include <wx/window.h>
 
 #include <algorithm>
-#include <map>
+#include <vector>
 
 namespace qx::desktop {
 namespace {
@@ -32,7 +32,7 @@ class Arranger {
   Arranger(wxWindow& widget, const WidgetOf& widgetOf)
       : widget_(widget), widgetOf_(widgetOf), measures_(widget) {}
 
-  wxSizer* Column(const TControl& container) {
+  wxSizer* Stack(const TControl& container) {
     const std::vector<PageSection> sections = SectionsOf(container);
     const int firstColumn = FirstColumn(sections);
     auto* column = new wxBoxSizer(wxVERTICAL);
@@ -71,9 +71,19 @@ class Arranger {
 
   wxSizer* Section(const PageSection& section, int firstColumn) {
     auto* grid = new wxGridBagSizer(0, 0);
-    std::map<int, bool> grows;  // by column: whether a field stands in it alone
+    Columns columns(static_cast<std::size_t>(section.columns));
+    if (section.columns > 1) columns[0].width = firstColumn;
+    for (const PageRow& row : section.rows)
+      if (row.kind == PageRow::Kind::Fields) Measure(row, columns);
+    if (std::ranges::none_of(columns, &Column::grows)) columns.back().grows = true;
+    for (const PageRow& row : section.rows)
+      if (row.kind == PageRow::Kind::Fields) WidenFor(row, columns);
     int y = 0;
-    if (section.columns > 1) grid->Add(firstColumn, 0, wxGBPosition(y++, 0));
+    if (section.columns > 1) {
+      for (int x = 0; x < section.columns; ++x)
+        grid->Add(columns[static_cast<std::size_t>(x)].width, 0, wxGBPosition(0, x));
+      ++y;
+    }
     for (const PageRow& row : section.rows) {
       const int top = y == 0 && section.heading == nullptr ? 0 : measures_.betweenRows;
       switch (row.kind) {
@@ -84,16 +94,58 @@ class Arranger {
           AddFlow(*grid, row, y, section.columns, top);
           break;
         default:
-          AddColumns(*grid, row, y, section.columns, top, grows);
+          AddColumns(*grid, row, y, section.columns, top);
       }
       if (IsTallRow(row)) grid->AddGrowableRow(static_cast<size_t>(y), 1);
       ++y;
     }
-    if (section.columns == 1) grows = {{0, true}};
-    if (grows.empty()) grows = {{section.columns - 1, true}};
-    for (const auto& [column, alone] : grows)
-      if (alone) grid->AddGrowableCol(static_cast<size_t>(column), 1);
+    for (int x = 0; x < section.columns; ++x)
+      if (columns[static_cast<std::size_t>(x)].grows) grid->AddGrowableCol(static_cast<size_t>(x), 1);
     return grid;
+  }
+
+  // How wide the columns of a section are at least; those with a field of their own take what there is more.
+  struct Column {
+    int width = 0;
+    bool grows = false;
+  };
+  using Columns = std::vector<Column>;
+
+  // The last column of a control: a field that ends its row goes on to the end of the section.
+  static std::size_t LastColumn(const PageRow& row, std::size_t x, std::size_t count) {
+    const bool ends = x + 1 == row.controls.size();
+    return ends && IsStretchy(*row.controls[x]) ? count - 1 : x;
+  }
+
+  int WidthOf(const PageRow& row, std::size_t x) const {
+    const int left = x > 0 ? measures_.betweenColumns : Indent(row);
+    return left + widgetOf_(*row.controls[x])->GetEffectiveMinSize().GetWidth();
+  }
+
+  void Measure(const PageRow& row, Columns& columns) const {
+    for (std::size_t x = 0; x < row.controls.size(); ++x) {
+      if (LastColumn(row, x, columns.size()) != x) continue;
+      columns[x].width = std::max(columns[x].width, WidthOf(row, x));
+      columns[x].grows = columns[x].grows || IsStretchy(*row.controls[x]);
+    }
+  }
+
+  // What spans several columns is given its room by those that grow.
+  void WidenFor(const PageRow& row, Columns& columns) const {
+    const std::size_t x = row.controls.size() - 1;
+    const std::size_t last = LastColumn(row, x, columns.size());
+    int missing = WidthOf(row, x);
+    int growing = 0;
+    for (std::size_t i = x; i <= last; ++i) {
+      missing -= columns[i].width;
+      growing += columns[i].grows ? 1 : 0;
+    }
+    for (std::size_t i = x; i <= last && missing > 0 && growing > 0; ++i) {
+      if (!columns[i].grows) continue;
+      const int share = missing / growing--;
+      columns[i].width += share;
+      missing -= share;
+    }
   }
 
   int Indent(const PageRow& row) const { return row.indented ? measures_.indent : 0; }
@@ -103,12 +155,12 @@ class Arranger {
     wxWindow* widget = widgetOf_(control);
     if (auto* box = wxDynamicCast(widget, wxStaticBox)) {
       auto* frame = new wxStaticBoxSizer(box, wxVERTICAL);
-      wxSizer* content = Arranger(*widget, widgetOf_).Column(control);
+      wxSizer* content = Arranger(*widget, widgetOf_).Stack(control);
       frame->Add(content, wxSizerFlags(1).Expand().Border(wxALL, measures_.margin));
       row.Add(frame, flags);
       return;
     }
-    if (!control.Children().empty()) widget->SetSizer(Arranger(*widget, widgetOf_).Column(control));
+    if (!control.Children().empty()) widget->SetSizer(Arranger(*widget, widgetOf_).Stack(control));
     row.Add(widget, flags);
   }
 
@@ -142,14 +194,12 @@ class Arranger {
     grid.Add(column, wxGBPosition(y, row.firstColumn), wxGBSpan(1, columns - row.firstColumn), wxLEFT, left);
   }
 
-  void AddColumns(wxGridBagSizer& grid, const PageRow& row, int y, int columns, int top,
-                  std::map<int, bool>& grows) {
+  void AddColumns(wxGridBagSizer& grid, const PageRow& row, int y, int columns, int top) {
     const int last = row.firstColumn + static_cast<int>(row.controls.size()) - 1;
     for (int x = row.firstColumn; x <= last; ++x) {
       const TControl& control = *row.controls[static_cast<std::size_t>(x - row.firstColumn)];
       const bool stretches = IsStretchy(control);
       const int span = x == last && stretches ? columns - x : 1;
-      if (stretches && span == 1) grows[x] = true;
       const int left = x > 0 ? measures_.betweenColumns : Indent(row);
       grid.Add(Padded(control, top, left, stretches), wxGBPosition(y, x), wxGBSpan(1, span),
                stretches ? static_cast<int>(wxEXPAND) : static_cast<int>(wxALIGN_CENTER_VERTICAL));
@@ -166,7 +216,7 @@ class Arranger {
 void LayOut(const TControl& page, wxWindow& widget, const WidgetOf& widgetOf) {
   auto* frame = new wxBoxSizer(wxVERTICAL);
   const int margin = Measures(widget).margin;
-  frame->Add(Arranger(widget, widgetOf).Column(page), wxSizerFlags(1).Expand().Border(wxALL, margin));
+  frame->Add(Arranger(widget, widgetOf).Stack(page), wxSizerFlags(1).Expand().Border(wxALL, margin));
   widget.SetSizer(frame);
 }
 
