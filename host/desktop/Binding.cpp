@@ -37,7 +37,7 @@ bool ShowsCaption(const TControl& control) {
 }  // namespace
 
 void Binding::Perform(Effect effect, const std::function<void()>& operation) {
-  if (isShowing_) return;
+  if (isShowing_ || isOver_) return;
   bool failed = false;
   try {
     operation();
@@ -48,6 +48,11 @@ void Binding::Perform(Effect effect, const std::function<void()>& operation) {
   }
   const bool differed = Show();
   if ((effect == Effect::Edits || differed || failed) && edited) edited();
+}
+
+void Binding::Clear() {
+  isOver_ = true;
+  views_.clear();
 }
 
 bool Binding::Show() {

@@ -34,7 +34,8 @@ class Binding {
   bool Show();
 
   void Add(ControlView view) { views_.push_back(std::move(view)); }
-  const std::vector<ControlView>& Views() const { return views_; }
+  // From now on nothing is shown and nothing that widgets report is done: they are about to go.
+  void Clear();
 
   // Takes what a page's handler raised; shows an error unless somebody else wants it.
   std::function<void(const std::string&)> fault = QXShowError;
@@ -44,6 +45,7 @@ class Binding {
  private:
   std::vector<ControlView> views_;
   bool isShowing_ = false;
+  bool isOver_ = false;
 };
 
 }  // namespace qx::desktop

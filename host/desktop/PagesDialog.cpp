@@ -59,6 +59,12 @@ PagesWindow::PagesWindow(wxWindow* parent, PageDialog& pages, int page, const Pa
   Bind(wxEVT_CHAR_HOOK, &PagesWindow::OnKey, this);
 }
 
+// Widgets go while what they report to is there, and what they report as they go reaches nobody.
+PagesWindow::~PagesWindow() {
+  binding_.Clear();
+  DestroyChildren();
+}
+
 void PagesWindow::MakePages() {
   wxSize largest(0, 0);
   for (int i = 0; i < pages_.Count(); ++i) {

@@ -19,9 +19,14 @@ class PagesWindow final : public wxDialog {
   // Dialog and texts outlive it.
   PagesWindow(wxWindow* parent, PageDialog& pages, int page, const PagesDialogTexts& texts);
 
+  ~PagesWindow() override;
+  PagesWindow(const PagesWindow&) = delete;
+  PagesWindow& operator=(const PagesWindow&) = delete;
+
   bool HasWritten() const { return hasWritten_; }
   Binding& Bound() { return binding_; }
   PageView& Page(int index) { return *views_[static_cast<std::size_t>(index)]; }
+  void GoTo(int page);
   int PageInFront() const { return book_->GetSelection(); }
   // The list of the pages; null when there is one page only.
   wxListBox* PageList() { return list_; }
@@ -29,7 +34,6 @@ class PagesWindow final : public wxDialog {
  private:
   void MakePages();
   void MakeButtons(wxSizer& column);
-  void GoTo(int page);
   // False when a page, or who saves, has raised; it is shown then.
   bool Write();
   void OnKey(wxKeyEvent& event);

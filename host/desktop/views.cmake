@@ -12,12 +12,17 @@ add_library(qx_desktop_views STATIC
   Binding.cpp
   ButtonEdit.cpp
   ControlViews.cpp
+  DriveMode.cpp
   GridView.cpp
   PageLayout.cpp
+  PagePictures.cpp
+  PagePictures${qx_view_system}.cpp
   PageRows.cpp
   PagesDialog.cpp
   PageView.cpp
   Pictures.cpp
+  ViewDriver.cpp
+  WidgetState.cpp
   WxUser.cpp)
 target_link_libraries(qx_desktop_views PUBLIC qx_contract qxruntime qx_json qx_wx)
 # The runtime's headers show pugixml's types; its functions are the runtime's.
@@ -32,3 +37,8 @@ if(NOT WIN32)
   target_link_libraries(qx_gtk INTERFACE ${QX_GTK_LIBRARIES})
   target_link_libraries(qx_desktop_views PRIVATE qx_gtk)
 endif()
+
+# For tests: the pages' widgets driven by commands.
+add_executable(qx_view_driver ViewDriver_main.cpp)
+target_link_libraries(qx_view_driver PRIVATE qx_desktop_views)
+set_target_properties(qx_view_driver PROPERTIES BUILD_RPATH "$ORIGIN")

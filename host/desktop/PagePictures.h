@@ -1,0 +1,16 @@
+// Pictures of pages as they stand on the screen, for whoever looks after their looks.
+#pragma once
+
+#include <string>
+
+#include "host/desktop/PagesWindow.h"
+
+namespace qx::desktop {
+
+// What the window shows, as a PNG. One source a system. Raises Exception naming the file.
+void SavePicture(wxWindow& window, const std::string& file);
+
+// One file PAGE.png a page in the folder. The window is shown and an event loop is active.
+void SavePictures(PagesWindow& window, PageDialog& pages, const std::string& folder);
+
+}  // namespace qx::desktop
