@@ -1,8 +1,10 @@
-// A folder with solutions to show, and the real program with the real package run in it.
+// A folder with solutions to show, and the real program with the real package run in it. Pages are driven
+// twice: their models by the command line, and their widgets on a screen.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -20,9 +22,29 @@ inline constexpr const char* kBuild = "Build VS.Net Solution";
 inline constexpr const char* kTest = "Run MSTest";
 inline constexpr const char* kOptions = "";
 
+enum class Driven { Models, Widgets };
+
+// What there is to drive in this build.
+inline std::vector<Driven> AllDriven() {
+#ifdef QX_VIEW_DRIVER
+  return {Driven::Models, Driven::Widgets};
+#else
+  return {Driven::Models};
+#endif
+}
+
+// Why these cannot be driven here; empty: they can.
+inline std::string Missing([[maybe_unused]] Driven driven) {
+#ifdef QX_NEEDS_DISPLAY
+  if (driven == Driven::Widgets && std::getenv("DISPLAY") == nullptr)
+    return "there is no screen: start the tests with scripts/screen";
+#endif
+  return "";
+}
+
 class PagesOnDisk {
  public:
-  PagesOnDisk() {
+  explicit PagesOnDisk(Driven driven = Driven::Models) : driven_(driven) {
     folder.Write("Any.csproj", "<Project/>");
     folder.Write("App.sln", Solution({"Library|A", "Program|B", "Tool|C"}, {"Debug|Win32", "Release|Win32"}));
     folder.Write("Other.sln", Solution({"Else|D", "Tool|C"}, {"Checked"}));
@@ -33,10 +55,7 @@ class PagesOnDisk {
                                  "\") = \"Name\", \"Any.csproj\"\r\nEndProject\r\nGlobal\r\nEndGlobal\r\n");
   }
 
-  test::ProgramResult Host(Words words) const {
-    words.insert(words.begin(), {"--options", folder / "options.xml"});
-    return test::RunProgram(std::string(QX_BINARY_DIR) + "/qxhost" + QX_PROGRAM_ENDING, words, folder.Path());
-  }
+  test::ProgramResult Host(const Words& words) const { return Run("qxhost", words); }
 
   // A build project with one such action; nothing for the options.
   void Add(const std::string& action, const Words& settings) const {
@@ -54,7 +73,8 @@ class PagesOnDisk {
     for (const std::string& command : commands) input += command + "\n";
     folder.Write("commands.txt", input);
     const test::ProgramResult result =
-        Host({"drive", action == kOptions ? "--options-page" : "p.xml", "--input", folder / "commands.txt"});
+        Run(driven_ == Driven::Models ? "qxhost" : "qx_view_driver",
+            {"drive", action == kOptions ? "--options-page" : "p.xml", "--input", folder / "commands.txt"});
     EXPECT_EQ(result.code, 0) << result.err;
     std::vector<Json> answers;
     std::istringstream lines(result.out);
@@ -73,6 +93,11 @@ class PagesOnDisk {
   TestFolder folder;
 
  private:
+  test::ProgramResult Run(const char* program, Words words) const {
+    words.insert(words.begin(), {"--options", folder / "options.xml"});
+    return test::RunProgram(std::string(QX_BINARY_DIR) + "/" + program + QX_PROGRAM_ENDING, words,
+                            folder.Path());
+  }
   static std::string Guid(const std::string& letter) {
     return "{" + std::string(8, letter[0]) + "-0000-0000-0000-00000000000" + letter + "}";
   }
@@ -85,6 +110,8 @@ class PagesOnDisk {
     for (const std::string& name : configurations) text += name + " = " + name + "\r\n";
     return text + "EndGlobalSection\r\nEndGlobal\r\n";
   }
+
+  Driven driven_;
 };
 
 }  // namespace qx

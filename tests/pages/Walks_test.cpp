@@ -1,5 +1,5 @@
-// Walks through the property pages with the real program and the real package, as a user without a screen
-// would make them: every state against the table, and the cases of walks/*.txt.
+// Walks through the property pages with the real program and the real package, as a user would make them, on
+// the pages' models and on their widgets alike: every state against the table, and the cases of walks/*.txt.
 //
 // A case there:
 //   [Page: what is shown]
@@ -35,13 +35,16 @@ void ExpectHolds(const Json& answer, const Json& expected, const std::string& wh
   }
 }
 
-TEST(DrivenStates, AreThoseOfTheTable) {
+class DrivenStates : public testing::TestWithParam<Driven> {};
+
+TEST_P(DrivenStates, AreThoseOfTheTable) {
+  if (const std::string missing = Missing(GetParam()); !missing.empty()) GTEST_SKIP() << missing;
   const std::pair<const char*, Words> subjects[] = {
       {kBuild, {"Solution", "Assembly Info", "Project Detection", "Version Info"}},
       {kTest, {"Settings"}},
       {kOptions, {"Visual Studio.Net"}}};
   for (const auto& [subject, pages] : subjects) {
-    PagesOnDisk disk;
+    PagesOnDisk disk(GetParam());
     disk.Add(subject, {});
     Words commands{"pages"};
     for (const std::string& page : pages) commands.push_back("state " + page);
@@ -53,7 +56,13 @@ TEST(DrivenStates, AreThoseOfTheTable) {
   }
 }
 
+std::string DrivenName(Driven driven) { return driven == Driven::Models ? "Models" : "Widgets"; }
+
+INSTANTIATE_TEST_SUITE_P(Of, DrivenStates, testing::ValuesIn(AllDriven()),
+                         [](const auto& of) { return DrivenName(of.param); });
+
 struct Walk {
+  Driven driven;
   std::string subject;
   std::string name;
   Words settings;
@@ -62,16 +71,27 @@ struct Walk {
 };
 void PrintTo(const Walk& walk, std::ostream* out) { *out << walk.name; }
 
-std::vector<Walk> ReadWalks(const char* file, const char* subject) {
+std::vector<Walk> ReadWalks(const char* file, const char* subject, Driven driven) {
   std::vector<Walk> walks;
   std::ifstream in(std::string(QX_SOURCE_DIR) + "/tests/pages/walks/" + file);
   for (std::string line; std::getline(in, line);) {
     const auto rest = [&line](std::size_t begin) { return line.substr(begin); };
-    if (line.starts_with('[')) walks.push_back({subject, line.substr(1, line.size() - 2), {}, {}, {}});
+    if (line.starts_with('['))
+      walks.push_back({driven, subject, line.substr(1, line.size() - 2), {}, {}, {}});
     if (line.starts_with("set ")) walks.back().settings.push_back(rest(4));
     if (line.starts_with("> ")) walks.back().steps.emplace_back(rest(2), Json::object());
     if (line.starts_with("< ")) walks.back().steps.back().second = Json::parse(rest(2));
     if (line.starts_with("saved ")) walks.back().saved = Json::parse(rest(6));
+  }
+  return walks;
+}
+
+// Each walk, on everything that can be driven.
+std::vector<Walk> EveryWalk(const char* file, const char* subject) {
+  std::vector<Walk> walks;
+  for (const Driven driven : AllDriven()) {
+    const std::vector<Walk> more = ReadWalks(file, subject, driven);
+    walks.insert(walks.end(), more.begin(), more.end());
   }
   return walks;
 }
@@ -86,14 +106,15 @@ std::string TestName(const testing::TestParamInfo<Walk>& info) {
     if (!letter && !begins) name += '_';
   }
   std::erase(name, '_');
-  return name;
+  return info.param.driven == Driven::Models ? name : name + "OnWidgets";
 }
 
 class Walks : public testing::TestWithParam<Walk> {};
 
 TEST_P(Walks, GoAsWritten) {
   const Walk& walk = GetParam();
-  PagesOnDisk disk;
+  if (const std::string missing = Missing(walk.driven); !missing.empty()) GTEST_SKIP() << missing;
+  PagesOnDisk disk(walk.driven);
   ASSERT_NO_FATAL_FAILURE(disk.Add(walk.subject, walk.settings));
   Words commands;
   for (const auto& [command, expected] : walk.steps) commands.push_back(command);
@@ -109,12 +130,12 @@ TEST_P(Walks, GoAsWritten) {
   if (!walk.saved.is_null()) ExpectHolds(disk.Saved(walk.subject), walk.saved, "saved");
 }
 
-INSTANTIATE_TEST_SUITE_P(Solution, Walks, testing::ValuesIn(ReadWalks("solution.txt", kBuild)), TestName);
-INSTANTIATE_TEST_SUITE_P(Assembly, Walks, testing::ValuesIn(ReadWalks("assembly.txt", kBuild)), TestName);
-INSTANTIATE_TEST_SUITE_P(Detection, Walks, testing::ValuesIn(ReadWalks("detection.txt", kBuild)), TestName);
-INSTANTIATE_TEST_SUITE_P(Version, Walks, testing::ValuesIn(ReadWalks("version.txt", kBuild)), TestName);
-INSTANTIATE_TEST_SUITE_P(Settings, Walks, testing::ValuesIn(ReadWalks("settings.txt", kTest)), TestName);
-INSTANTIATE_TEST_SUITE_P(Options, Walks, testing::ValuesIn(ReadWalks("options.txt", kOptions)), TestName);
+INSTANTIATE_TEST_SUITE_P(Solution, Walks, testing::ValuesIn(EveryWalk("solution.txt", kBuild)), TestName);
+INSTANTIATE_TEST_SUITE_P(Assembly, Walks, testing::ValuesIn(EveryWalk("assembly.txt", kBuild)), TestName);
+INSTANTIATE_TEST_SUITE_P(Detection, Walks, testing::ValuesIn(EveryWalk("detection.txt", kBuild)), TestName);
+INSTANTIATE_TEST_SUITE_P(Version, Walks, testing::ValuesIn(EveryWalk("version.txt", kBuild)), TestName);
+INSTANTIATE_TEST_SUITE_P(Settings, Walks, testing::ValuesIn(EveryWalk("settings.txt", kTest)), TestName);
+INSTANTIATE_TEST_SUITE_P(Options, Walks, testing::ValuesIn(EveryWalk("options.txt", kOptions)), TestName);
 
 }  // namespace
 }  // namespace qx
