@@ -31,6 +31,9 @@ void EnableWithContents(TControl& control, bool enabled) {
 }  // namespace
 
 TVC7VersionInfoFrame::TVC7VersionInfoFrame() {
+  // Numbers and attributes fill two rows each.
+  for (TLabel* label : {&lblMinorVer_, &lblBuildNo_}) label->sameRow = true;
+  for (TCheckBox* attribute : {&cbSpecialBuild_, &cbDLL_, &cbPrivateBuild_}) attribute->sameRow = true;
   lblLocaleID_.sameRow = true;
   cbLocale_.style = TComboStyle::DropDownList;
   txtCodePage_.rightAligned = true;
