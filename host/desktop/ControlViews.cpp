@@ -63,7 +63,7 @@ Made Make(TButton& button, wxWindow& parent, Binding& binding) {
 }
 
 constexpr int kShortText = 8;
-constexpr int kPathText = 36;
+constexpr int kPathText = 12;
 
 long StyleOf(const TEdit& edit) {
   return (edit.masked ? wxTE_PASSWORD : 0) | (edit.rightAligned ? wxTE_RIGHT : wxTE_LEFT);

@@ -46,7 +46,7 @@ bool ShowSize(int columns, int rows, wxGrid& widget) {
 
 wxGrid* MakeGrid(wxWindow& parent) {
   constexpr int kRows = 7;
-  auto* grid = new wxGrid(&parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_THEME);
+  auto* grid = new wxGrid(&parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE);
   grid->CreateGrid(0, 0);
   grid->HideRowLabels();
   grid->DisableDragRowSize();

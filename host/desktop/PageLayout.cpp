@@ -85,7 +85,7 @@ class Arranger {
       ++y;
     }
     for (const PageRow& row : section.rows) {
-      const int top = y == 0 && section.heading == nullptr ? 0 : measures_.betweenRows;
+      const int top = y == 0 && section.heading == nullptr ? 0 : Above(row, &row == &section.rows.front());
       switch (row.kind) {
         case PageRow::Kind::Single:
           AddSingle(*grid, *row.controls.front(), y, section.columns, top, Indent(row));
@@ -146,6 +146,14 @@ class Arranger {
       columns[i].width += share;
       missing -= share;
     }
+  }
+
+  // Containers and notes keep a distance from what they do not belong to.
+  int Above(const PageRow& row, bool isFirst) const {
+    const TControl& control = *row.controls.front();
+    const bool isNote = row.kind == PageRow::Kind::Single && control.Kind() == "label";
+    const bool isApart = !isFirst && (isNote || !control.Children().empty());
+    return isApart ? measures_.betweenSections : measures_.betweenRows;
   }
 
   int Indent(const PageRow& row) const { return row.indented ? measures_.indent : 0; }

@@ -41,12 +41,24 @@ void Indent(std::vector<PageRow>& rows) {
   }
 }
 
+// Boxes in several rows stand under each other where no fields say where columns begin.
+void AlignFlows(PageSection& section) {
+  const auto isFlow = [](const PageRow& row) { return row.kind == PageRow::Kind::Flow; };
+  if (section.columns > 1 || std::ranges::count_if(section.rows, isFlow) < 2) return;
+  for (PageRow& row : section.rows) {
+    if (!isFlow(row)) continue;
+    row.kind = PageRow::Kind::Columns;
+    section.columns = std::max(section.columns, static_cast<int>(row.controls.size()));
+  }
+}
+
 void Arrange(PageSection& section) {
   for (PageRow& row : section.rows) {
     row.kind = KindOf(row.controls);
     if (row.kind == PageRow::Kind::Fields)
       section.columns = std::max(section.columns, static_cast<int>(row.controls.size()));
   }
+  AlignFlows(section);
   for (std::size_t i = 0; i < section.rows.size(); ++i) {
     PageRow& row = section.rows[i];
     const int count = static_cast<int>(row.controls.size());

@@ -14,7 +14,7 @@ struct PageRow {
   enum class Kind {
     Single,   // one control, across all columns
     Fields,   // one control a column, with at least one that is typed into or picked from
-    Columns,  // labels that name the columns of the rows below
+    Columns,  // labels that name the columns of the rows below, or boxes that stand under others
     Flow,     // boxes or buttons one after the other
   };
   Kind kind = Kind::Single;

@@ -66,7 +66,8 @@ PagesWindow::~PagesWindow() {
 }
 
 void PagesWindow::MakePages() {
-  wxSize largest(0, 0);
+  // Where the screen allows, wide enough for the paths that are typed into pages.
+  wxSize largest(76 * GetCharWidth(), 0);
   for (int i = 0; i < pages_.Count(); ++i) {
     auto* view = new PageView(book_, pages_.Page(i), binding_);
     views_.push_back(view);
