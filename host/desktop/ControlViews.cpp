@@ -62,7 +62,7 @@ Made Make(TButton& button, wxWindow& parent, Binding& binding) {
   return {widget, {}};
 }
 
-constexpr int kShortText = 8;
+constexpr int kShortText = 6;
 constexpr int kPathText = 12;
 
 long StyleOf(const TEdit& edit) {

@@ -27,7 +27,7 @@ void SavePictures(PagesWindow& window, PageDialog& pages, const std::string& fol
   for (int page = 0; page < pages.Count(); ++page) {
     window.GoTo(page);
     LetDraw();
-    SavePicture(window, WithTrailingDelimiter(folder) + pages.Name(page) + ".png");
+    SavePicture(window, WithTrailingDelimiter(folder) + pages.Name(page));
   }
 }
 

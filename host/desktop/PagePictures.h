@@ -7,10 +7,12 @@
 
 namespace qx::desktop {
 
-// What the window shows, as a PNG. One source a system. Raises Exception naming the file.
-void SavePicture(wxWindow& window, const std::string& file);
+// What the window shows, in a file STEM.png (STEM.bmp on Windows). One source a system. Raises Exception
+// naming the file.
+void SavePicture(wxWindow& window, const std::string& stem);
 
-// One file PAGE.png a page in the folder. The window is shown and an event loop is active.
+// One file, named like the page, for each page in the folder. The window is shown and an event loop is
+// active.
 void SavePictures(PagesWindow& window, PageDialog& pages, const std::string& folder);
 
 }  // namespace qx::desktop

@@ -5,7 +5,8 @@
 
 namespace qx::desktop {
 
-void SavePicture(wxWindow& window, const std::string& file) {
+void SavePicture(wxWindow& window, const std::string& stem) {
+  const std::string file = stem + ".png";
   const wxSize size = window.GetClientSize();
   cairo_surface_t* surface =
       cairo_image_surface_create(CAIRO_FORMAT_RGB24, size.GetWidth(), size.GetHeight());

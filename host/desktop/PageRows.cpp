@@ -78,9 +78,9 @@ std::string WithoutMarks(const std::string& caption) {
     if (caption[i] == '&' && i + 1 < caption.size()) ++i;
     text += caption[i];
   }
-  text = Trim(text);
-  while (text.ends_with(':') || text.ends_with(' ')) text.pop_back();
-  return text;
+  std::string_view name = TrimView(text);
+  while (name.ends_with(':') || name.ends_with(' ')) name.remove_suffix(1);
+  return std::string(name);
 }
 
 // What names the control from the head of its row, and of its column.
@@ -89,14 +89,15 @@ std::string NameFromPlace(const PageSection& section, const TControl& control) {
   for (const PageRow& row : section.rows) {
     const auto at = std::ranges::find(row.controls, &control);
     if (at == row.controls.end()) {
-      if (row.kind == PageRow::Kind::Columns) columns = &row;
+      if (row.kind == PageRow::Kind::Columns && Is<TLabel>(row.controls.front())) columns = &row;
       continue;
     }
     std::string name = at == row.controls.begin() ? "" : WithoutMarks(row.controls.front()->caption);
     const auto column = row.firstColumn + (at - row.controls.begin()) - (columns ? columns->firstColumn : 0);
     const bool hasColumn = columns != nullptr && row.controls.size() > 2 && column >= 0 &&
                            column < static_cast<std::ptrdiff_t>(columns->controls.size());
-    if (hasColumn) name += " " + WithoutMarks(columns->controls[static_cast<std::size_t>(column)]->caption);
+    if (hasColumn)
+      name.append(" ").append(WithoutMarks(columns->controls[static_cast<std::size_t>(column)]->caption));
     if (!name.empty()) return name;
     return section.heading == nullptr ? "" : WithoutMarks(section.heading->caption);
   }

@@ -15,6 +15,7 @@
 
 #include "host/desktop/ButtonEdit.h"
 #include "host/desktop/ControlViews.h"
+#include "host/desktop/SpinText.h"
 #include "host/desktop/WidgetState.h"
 #include "host/desktop/WxText.h"
 
@@ -46,8 +47,8 @@ void SettleDown() {
 
 TUserAnswer TypeNumber(wxSpinCtrl& spin, const std::string& text) {
   const int before = spin.GetValue();
-  spin.SetValue(ToWx(text));
-  Send(spin, wxEVT_TEXT, spin.GetValue(), ToWx(text));
+  TypeSpinText(spin, ToWx(text));
+  SettleDown();
   SendFocus(spin, wxEVT_KILL_FOCUS);
   const bool isPutBack = spin.GetValue() == before && spin.GetTextValue() == std::to_string(before);
   return isPutBack && !IsWholeNumber(text) ? TUserAnswer::NotTaken : TUserAnswer::Done;

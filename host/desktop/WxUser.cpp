@@ -26,10 +26,9 @@ std::string FolderOf(const std::string& path) {
   return path.empty() ? "" : FindExisting(folder);
 }
 
-std::string WithExtension(const std::string& path, std::string extension) {
+std::string WithExtension(const std::string& path, const std::string& extension) {
   if (extension.empty() || !ExtensionOf(path).empty()) return path;
-  if (!extension.starts_with('.')) extension.insert(0, ".");
-  return path + extension;
+  return path + (extension.starts_with('.') ? "" : ".") + extension;
 }
 
 void Show(const std::string& text, long icon) {
