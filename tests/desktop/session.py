@@ -107,6 +107,11 @@ def hands_see(title):
                           capture_output=True).returncode == 0
 
 
+def click_in_menu(desktop, menu, letter):
+    desktop.key("alt+" + menu)
+    desktop.key(letter)
+
+
 def press(desktop, caption):
     desktop.click("=" + caption)
 
@@ -318,6 +323,36 @@ def test_changing_options(place):
         desktop.kill()
     place.host("options", "DevEnv2005Location=/opt/vs8/ide", "DefaultVSVersion=vs2005")
     expect_same_file(place.path("options.xml"), place.path("expected.xml"))
+
+
+def test_a_million_lines(place):
+    """All of them are counted and kept in the file, the newest are in the list, and the list can be searched."""
+    place.host(*place.tiny(), "new", "flood.xml")
+    place.host(*place.tiny(), "add", "flood.xml", "Tiny Task", "Deed=tdFlood", "Seconds=1000")
+    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "flood.xml")))
+    try:
+        wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.key("F5")
+        wait_for_state(desktop, "Running")
+        desktop.ask("ping")
+        wait_for_state(desktop, "Succeeded", patience=120)
+        wait_for("the count", lambda: re.sub("[^0-9]", "", desktop.say("logCounts").split(" ")[0]) == "1000002")
+        expect_log(desktop, "File.cs(1000000,4)", "Tiny Task: succeeded")
+        desktop.key("ctrl+f")
+        desktop.type("File.cs(990001,")
+        desktop.key("Return")
+        wait_for("the line that was looked for",
+                 lambda: any("File.cs(990001,4)" in text for text in desktop.texts("log")))
+        click_in_menu(desktop, "b", "l")  # Build, Save the log
+        answer_file_dialog(desktop, place, place.path("work", "flood.log"))
+        wait_for("the whole log", lambda: os.path.exists(place.path("work", "flood.log")))
+        wait_for("its last line", lambda: read(place.path("work", "flood.log")).count(b"\n") == 1000002)
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+    lines = read(place.path("work", "flood.log")).decode().splitlines()
+    expect("the first line", lines[1], "Source/Folder/File.cs(1,4): one more line of the flood")
+    expect("the last line but one", lines[1000000], "Source/Folder/File.cs(1000000,4): one more line of the flood")
 
 
 TESTS = {name[5:]: function for name, function in list(globals().items()) if name.startswith("test_")}

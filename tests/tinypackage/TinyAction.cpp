@@ -66,8 +66,19 @@ bool TTinyAction::Execute() {
       return true;
     case TTinyDeed::tdRun:
       return RunProgram();
+    case TTinyDeed::tdFlood:
+      return Flood();
   }
   return false;
+}
+
+// A thousand lines for each of the seconds, as fast as the log takes them.
+bool TTinyAction::Flood() {
+  for (int line = 1; line <= seconds_ * 1000; ++line) {
+    if (stop_.WaitFor(0)) return false;
+    SendMessage("Source/Folder/File.cs(" + std::to_string(line) + ",4): one more line of the flood");
+  }
+  return true;
 }
 
 // The items: the program, and its arguments as one string.

@@ -12,7 +12,7 @@
 namespace qx::tiny {
 
 // What Execute does after it has logged the text and raised the count.
-enum class TTinyDeed { tdSucceed, tdFail, tdThrow, tdThrowNumber, tdSleep, tdWrite, tdRun };
+enum class TTinyDeed { tdSucceed, tdFail, tdThrow, tdThrowNumber, tdSleep, tdWrite, tdRun, tdFlood };
 enum class TTinyVerdict { tvValid, tvError, tvSilent, tvThrow };
 
 class TTinyAction : public TQXAction {
@@ -49,6 +49,7 @@ class TTinyAction : public TQXAction {
 
  private:
   bool RunProgram();
+  bool Flood();
 
   std::string text_;
   std::int32_t count_ = 0;
@@ -84,8 +85,8 @@ const TQXOptionsClass& TinyOptionsClass();
 
 namespace qx {
 template <>
-inline constexpr std::array<std::string_view, 7> ValueNames<tiny::TTinyDeed>{
-    "tdSucceed", "tdFail", "tdThrow", "tdThrowNumber", "tdSleep", "tdWrite", "tdRun"};
+inline constexpr std::array<std::string_view, 8> ValueNames<tiny::TTinyDeed>{
+    "tdSucceed", "tdFail", "tdThrow", "tdThrowNumber", "tdSleep", "tdWrite", "tdRun", "tdFlood"};
 template <>
 inline constexpr std::array<std::string_view, 4> ValueNames<tiny::TTinyVerdict>{"tvValid", "tvError",
                                                                                 "tvSilent", "tvThrow"};
