@@ -407,7 +407,11 @@ void XmlFile::SetAttribute(pugi::xml_node element, const char* name, std::string
 pugi::xml_node XmlFile::FindChild(pugi::xml_node parent, const char* name, const char* attribute,
                                   std::string_view value) const {
   for (const pugi::xml_node child : parent.children(name)) {
-    if (AttributeOf(child, attribute) == value) return child;
+    const pugi::xml_attribute found = child.attribute(attribute);
+    const std::string_view raw = found.value();
+    // Nearly every value is written as it is.
+    const bool isPlain = raw.find_first_of("&\r") == raw.npos;
+    if (found && (isPlain ? raw == value : AttributeOf(child, attribute) == value)) return child;
   }
   return {};
 }
