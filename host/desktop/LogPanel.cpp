@@ -137,7 +137,6 @@ wxSizer* LogPanel::MakeBar() {
   row->Add(save, flags);
 
   find_->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { FindNext(true); });
-  find_->Bind(wxEVT_SEARCH, [this](wxCommandEvent&) { FindNext(true); });
   least_->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { Filter(); });
   filter_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Filter(); });
   copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Copy(); });

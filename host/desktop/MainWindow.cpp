@@ -216,6 +216,13 @@ void MainWindow::Settle() {
 }
 
 void MainWindow::BindParts() {
+  // Some lists take this key for a search of their own before the menu sees it.
+  Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+    if (event.GetKeyCode() == 'F' && event.GetModifiers() == wxMOD_CONTROL)
+      FindInLog();
+    else
+      event.Skip();
+  });
   actions_->OnSelect = [this] { ShowSelected(); };
   actions_->OnOpen = [this] {
     if (CanOpenPages()) OpenPages();

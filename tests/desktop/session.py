@@ -339,6 +339,7 @@ def test_a_million_lines(place):
         wait_for("the count", lambda: re.sub("[^0-9]", "", desktop.say("logCounts").split(" ")[0]) == "1000002")
         expect_log(desktop, "File.cs(1000000,4)", "Tiny Task: succeeded")
         desktop.key("ctrl+f")
+        wait_for("the search", lambda: desktop.where("logFind")["focus"])
         desktop.type("File.cs(990001,")
         desktop.key("Return")
         wait_for("the line that was looked for",
