@@ -209,7 +209,7 @@ bool ShowList(const TCheckListBox& list, wxCheckListBox& widget) {
 }
 
 Made Make(TCheckListBox& list, wxWindow& parent, Binding& binding) {
-  constexpr int kRows = 6;
+  constexpr int kRows = 4;
   auto* widget = new wxCheckListBox(&parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, nullptr,
                                     list.multiSelect ? wxLB_EXTENDED : wxLB_SINGLE);
   widget->SetMinSize({30 * widget->GetCharWidth(), kRows * widget->GetCharHeight() * 3 / 2});

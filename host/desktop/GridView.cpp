@@ -45,7 +45,7 @@ bool ShowSize(int columns, int rows, wxGrid& widget) {
 }  // namespace
 
 wxGrid* MakeGrid(wxWindow& parent) {
-  constexpr int kRows = 7;
+  constexpr int kRows = 6;
   auto* grid = new wxGrid(&parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE);
   grid->CreateGrid(0, 0);
   grid->HideRowLabels();

@@ -76,8 +76,7 @@ class Arranger {
     for (const PageRow& row : section.rows)
       if (row.kind == PageRow::Kind::Fields) Measure(row, columns);
     if (std::ranges::none_of(columns, &Column::grows)) columns.back().grows = true;
-    for (const PageRow& row : section.rows)
-      if (row.kind == PageRow::Kind::Fields) WidenFor(row, columns);
+    for (const PageRow& row : section.rows) WidenFor(row, columns);
     int y = 0;
     if (section.columns > 1) {
       for (int x = 0; x < section.columns; ++x)
@@ -132,19 +131,32 @@ class Arranger {
 
   // What spans several columns is given its room by those that grow.
   void WidenFor(const PageRow& row, Columns& columns) const {
-    const std::size_t x = row.controls.size() - 1;
-    const std::size_t last = LastColumn(row, x, columns.size());
-    int missing = WidthOf(row, x);
+    if (row.kind == PageRow::Kind::Columns) return;
+    const std::size_t last = columns.size() - 1;
+    if (row.kind == PageRow::Kind::Fields) {
+      const std::size_t x = row.controls.size() - 1;
+      if (LastColumn(row, x, columns.size()) == last) Widen(columns, x, WidthOf(row, x));
+      return;
+    }
+    if (row.kind == PageRow::Kind::Single && !row.controls.front()->Children().empty()) return;
+    int width = 0;
+    for (std::size_t i = 0; i < row.controls.size(); ++i)
+      width += WidthOf(row, i) + (i == 0 && row.firstColumn > 0 ? measures_.betweenColumns : 0);
+    Widen(columns, static_cast<std::size_t>(row.firstColumn), width);
+  }
+
+  // From that column to the last one.
+  static void Widen(Columns& columns, std::size_t first, int width) {
     int growing = 0;
-    for (std::size_t i = x; i <= last; ++i) {
-      missing -= columns[i].width;
+    for (std::size_t i = first; i < columns.size(); ++i) {
+      width -= columns[i].width;
       growing += columns[i].grows ? 1 : 0;
     }
-    for (std::size_t i = x; i <= last && missing > 0 && growing > 0; ++i) {
+    for (std::size_t i = first; i < columns.size() && width > 0; ++i) {
       if (!columns[i].grows) continue;
-      const int share = missing / growing--;
+      const int share = width / growing--;
       columns[i].width += share;
-      missing -= share;
+      width -= share;
     }
   }
 

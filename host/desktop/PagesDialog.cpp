@@ -109,13 +109,15 @@ void PagesWindow::MakeButtons(wxSizer& column) {
       wxEVT_BUTTON, [this](wxCommandEvent&) { Write(); }, wxID_APPLY);
   Bind(
       wxEVT_BUTTON, [this](wxCommandEvent&) { ShowHelp(); }, wxID_HELP);
-  Bind(wxEVT_HELP, [this](wxHelpEvent&) { ShowHelp(); });
 }
 
 void PagesWindow::GoTo(int page) {
   if (page < 0 || page >= pages_.Count()) return;
+  wxWindow* focus = FindFocus();
+  const bool hidesFocus = page != PageInFront() && (focus == nullptr || book_->IsDescendant(focus));
   book_->ChangeSelection(static_cast<size_t>(page));
   if (list_ != nullptr) list_->SetSelection(page);
+  if (hidesFocus && IsShown()) views_[static_cast<std::size_t>(page)]->SetFocus();
   try {
     pages_.Activate(page);
   } catch (const std::exception& raised) {
@@ -143,6 +145,10 @@ bool PagesWindow::Write() {
 // As in any dialog of many pages, wherever the focus is.
 void PagesWindow::OnKey(wxKeyEvent& event) {
   const int key = event.GetKeyCode();
+  if (key == WXK_F1 && !event.HasAnyModifiers()) {
+    ShowHelp();
+    return;
+  }
   const bool pages = event.ControlDown() && (key == WXK_PAGEUP || key == WXK_PAGEDOWN);
   if (!pages) {
     event.Skip();
