@@ -35,12 +35,16 @@ wxString AccessibleName(const wxWindow& widget) {
   return name;
 }
 
-void LetLabel(wxStaticText&, wxWindow&) {}  // its place says it
+// Its place does it; which widget was meant is kept for LabelledBy.
+void LetLabel(wxStaticText& label, wxWindow& widget) { label.SetClientData(&widget); }
 
 wxWindow* LabelledBy(const wxStaticText& label) {
+  const auto* meant = static_cast<const wxWindow*>(label.GetClientData());
   wxWindow* next = label.GetNextSibling();
   while (next != nullptr && !next->IsShown()) next = next->GetNextSibling();
-  return next == nullptr || next->IsKindOf(wxCLASSINFO(wxStaticText)) ? nullptr : next;
+  const bool stands = next != nullptr && meant != nullptr &&
+                      (next == meant || next->IsDescendant(const_cast<wxWindow*>(meant)));
+  return stands ? next : nullptr;
 }
 
 }  // namespace qx::desktop

@@ -4,6 +4,7 @@
 
 #include "host/desktop/Accessible.h"
 #include "host/desktop/Pictures.h"
+#include "host/desktop/TextField.h"
 #include "host/desktop/WxText.h"
 
 namespace qx::desktop {
@@ -16,9 +17,9 @@ wxString NameOf(const TEditButton& button) {
 
 }  // namespace
 
-ButtonEdit::ButtonEdit(wxWindow* parent, const TButtonEdit& model, long textStyle) : wxPanel(parent) {
+ButtonEdit::ButtonEdit(wxWindow* parent, const TButtonEdit& model) : wxPanel(parent) {
   auto* row = new wxBoxSizer(wxHORIZONTAL);
-  text_ = new wxTextCtrl(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, textStyle);
+  text_ = MakeTextField(*this, model);
   row->Add(text_, wxSizerFlags(1).CenterVertical());
   for (const TEditButton& button : model.buttons) {
     auto* pressed = new wxBitmapButton(this, wxID_ANY, PictureOf(button.picture, *this), wxDefaultPosition,

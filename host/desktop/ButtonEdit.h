@@ -13,7 +13,7 @@ namespace qx::desktop {
 
 class ButtonEdit final : public wxPanel {
  public:
-  ButtonEdit(wxWindow* parent, const TButtonEdit& model, long textStyle);
+  ButtonEdit(wxWindow* parent, const TButtonEdit& model);
   wxTextCtrl& Text() const { return *text_; }
   const std::vector<wxBitmapButton*>& Buttons() const { return buttons_; }
 

@@ -19,6 +19,7 @@
 
 #include "host/desktop/ButtonEdit.h"
 #include "host/desktop/GridView.h"
+#include "host/desktop/TextField.h"
 #include "host/desktop/WxText.h"
 #include "platform/Texts.h"
 
@@ -65,10 +66,6 @@ Made Make(TButton& button, wxWindow& parent, Binding& binding) {
 constexpr int kShortText = 6;
 constexpr int kPathText = 12;
 
-long StyleOf(const TEdit& edit) {
-  return (edit.masked ? wxTE_PASSWORD : 0) | (edit.rightAligned ? wxTE_RIGHT : wxTE_LEFT);
-}
-
 // The text the user types goes to the model with every key; back comes only what a rule made different, so
 // that the caret stays where it is.
 Show BindText(TEdit& edit, wxTextCtrl& text, Binding& binding) {
@@ -85,12 +82,12 @@ Show BindText(TEdit& edit, wxTextCtrl& text, Binding& binding) {
 }
 
 Made Make(TEdit& edit, wxWindow& parent, Binding& binding) {
-  auto* text = new wxTextCtrl(&parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, StyleOf(edit));
+  wxTextCtrl* text = MakeTextField(parent, edit);
   return {text, BindText(edit, *text, binding)};
 }
 
 Made Make(TButtonEdit& edit, wxWindow& parent, Binding& binding) {
-  auto* widget = new ButtonEdit(&parent, edit, StyleOf(edit));
+  auto* widget = new ButtonEdit(&parent, edit);
   for (std::size_t i = 0; i < widget->Buttons().size(); ++i)
     widget->Buttons()[i]->Bind(wxEVT_BUTTON, [&edit, &binding, i](wxCommandEvent&) {
       binding.Perform(Effect::MayEdit, [&edit, i] { edit.UserPressButton(static_cast<int>(i)); });

@@ -1,6 +1,8 @@
 #include "host/desktop/PageView.h"
 
+#include <wx/panel.h>
 #include <wx/sizer.h>
+#include <wx/statbox.h>
 #include <wx/stattext.h>
 
 #include <unordered_map>
@@ -47,6 +49,19 @@ void Name(const TFrame& frame, const Widgets& widgets) {
   }
 }
 
+bool FocusFirstIn(const wxWindow& container) {
+  for (wxWindow* child : container.GetChildren()) {
+    if (!child->IsShown() || !child->IsEnabled()) continue;
+    if (wxDynamicCast(child, wxPanel) != nullptr || wxDynamicCast(child, wxStaticBox) != nullptr) {
+      if (FocusFirstIn(*child)) return true;
+    } else if (child->AcceptsFocusFromKeyboard()) {
+      child->SetFocus();
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 PageView::PageView(wxWindow* parent, TFrame& frame, Binding& binding)
@@ -58,6 +73,8 @@ PageView::PageView(wxWindow* parent, TFrame& frame, Binding& binding)
   LayOut(frame.Root(), *this, [&widgets](const TControl& control) { return widgets.at(&control); });
   SetScrollRate(GetCharWidth(), GetCharHeight());
 }
+
+void PageView::FocusFirst() { FocusFirstIn(*this); }
 
 void PageView::Rearrange() {
   Layout();

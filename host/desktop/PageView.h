@@ -14,6 +14,9 @@ class PageView final : public wxScrolledWindow {
   // Frame and binding outlive it. Nothing is shown yet of what the controls hold: Binding::Show does that.
   PageView(wxWindow* parent, TFrame& frame, Binding& binding);
 
+  // Puts the keys where the Tab key begins; in vain when nothing on the page is enabled.
+  void FocusFirst();
+
   // Lays the page out anew: captions have other lengths.
   void Rearrange();
 };

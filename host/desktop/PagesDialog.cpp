@@ -56,6 +56,7 @@ PagesWindow::PagesWindow(wxWindow* parent, PageDialog& pages, int page, const Pa
   CentreOnParent();
   GoTo(page);
   SetName("pages");
+  Page(PageInFront()).FocusFirst();
   Bind(wxEVT_CHAR_HOOK, &PagesWindow::OnKey, this);
 }
 
@@ -117,7 +118,7 @@ void PagesWindow::GoTo(int page) {
   const bool hidesFocus = page != PageInFront() && (focus == nullptr || book_->IsDescendant(focus));
   book_->ChangeSelection(static_cast<size_t>(page));
   if (list_ != nullptr) list_->SetSelection(page);
-  if (hidesFocus && IsShown()) views_[static_cast<std::size_t>(page)]->SetFocus();
+  if (hidesFocus) Page(page).FocusFirst();
   try {
     pages_.Activate(page);
   } catch (const std::exception& raised) {

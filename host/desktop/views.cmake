@@ -22,6 +22,7 @@ add_library(qx_desktop_views STATIC
   PageView.cpp
   Pictures.cpp
   SpinText${qx_view_system}.cpp
+  TextField.cpp
   ViewDriver.cpp
   WidgetState.cpp
   WxUser.cpp)
