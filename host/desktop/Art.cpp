@@ -77,13 +77,19 @@ std::string HexOf(wxSystemColour colour) {
 }
 
 // The words for colours in a drawing, as the theme has them.
-std::string Coloured(std::string svg) {
+std::string Coloured(std::string svg, PictureLook look) {
+  const std::string paper = HexOf(wxSYS_COLOUR_WINDOW);
+  const std::string grey = HexOf(wxSYS_COLOUR_GRAYTEXT);
   const bool dark = IsDark();
-  const std::pair<std::string_view, std::string> colours[] = {
-      {"\"INK\"", HexOf(wxSYS_COLOUR_WINDOWTEXT)}, {"\"PAPER\"", HexOf(wxSYS_COLOUR_WINDOW)},
-      {"\"GREEN\"", dark ? "#57c26b" : "#1a8a33"}, {"\"RED\"", dark ? "#f0736a" : "#c62828"},
-      {"\"BLUE\"", dark ? "#6ba8e8" : "#2f6fb5"},  {"\"AMBER\"", dark ? "#c9a24a" : "#f0c869"}};
-  for (const auto& [word, colour] : colours) ReplaceAll(svg, word, "\"" + colour + "\"");
+  const std::array<std::pair<std::string_view, std::string>, 5> colours{
+      {{"\"INK\"", HexOf(wxSYS_COLOUR_WINDOWTEXT)},
+       {"\"GREEN\"", dark ? "#57c26b" : "#1a8a33"},
+       {"\"RED\"", dark ? "#f0736a" : "#c62828"},
+       {"\"BLUE\"", dark ? "#6ba8e8" : "#2f6fb5"},
+       {"\"AMBER\"", dark ? "#c9a24a" : "#f0c869"}}};
+  ReplaceAll(svg, "\"PAPER\"", "\"" + paper + "\"");
+  for (const auto& [word, colour] : colours)
+    ReplaceAll(svg, word, "\"" + (look == PictureLook::Disabled ? grey : colour) + "\"");
   return svg;
 }
 
@@ -95,12 +101,13 @@ wxBitmapBundle FromSvg(const std::string& svg, int size) {
 
 bool IsDark() { return wxSystemSettings::GetAppearance().IsUsingDarkBackground(); }
 
-wxBitmapBundle PictureOf(Picture picture, int size) {
+wxBitmapBundle PictureOf(Picture picture, int size, PictureLook look) {
   for (const Drawing& drawing : kDrawings) {
     if (drawing.picture != picture) continue;
     return FromSvg(
         Coloured(R"(<svg xmlns="http://www.w3.org/2000/svg" width="16" height="16" viewBox="0 0 16 16">)" +
-                 std::string(drawing.body) + "</svg>"),
+                     std::string(drawing.body) + "</svg>",
+                 look),
         size);
   }
   return {};
@@ -111,7 +118,7 @@ wxBitmapBundle PackagePicture(const std::vector<std::string>& folders, const std
     std::string svg;
     if (name.empty() || !TryReadFile(WithTrailingDelimiter(folder) + "Resources/" + name + ".svg", svg))
       continue;
-    const wxBitmapBundle picture = FromSvg(Coloured(std::move(svg)), size);
+    const wxBitmapBundle picture = FromSvg(Coloured(std::move(svg), PictureLook::Coloured), size);
     if (picture.IsOk()) return picture;
   }
   return PictureOf(Picture::Action, size);

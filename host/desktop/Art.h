@@ -32,8 +32,10 @@ enum class Picture {
   Failed,
 };
 
+enum class PictureLook { Coloured, Disabled };
+
 // 16 device-independent pixels unless said otherwise; sharp at every scale.
-wxBitmapBundle PictureOf(Picture picture, int size = 16);
+wxBitmapBundle PictureOf(Picture picture, int size = 16, PictureLook look = PictureLook::Coloured);
 
 // The picture that a package registered under a name: NAME.svg in "Resources" below one of the folders that
 // packages were loaded from, else the picture of an action without one.

@@ -51,7 +51,8 @@ class DiffList final : public LineList {
   DiffList(wxWindow* parent, std::vector<Line> lines)
       : LineList(parent, "diff", "What a run would do"), lines_(std::move(lines)) {
     SetLineCount(lines_.size());
-    GoTo(0);
+    Focus(0);
+    EnsureVisible(0);
     Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
       if (event.ControlDown() && event.GetKeyCode() == 'C')
         CopySelected();

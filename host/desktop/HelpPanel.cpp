@@ -5,6 +5,7 @@
 #include <wx/utils.h>
 
 #include "host/desktop/Accessible.h"
+#include "host/desktop/Art.h"
 #include "host/desktop/Caption.h"
 #include "host/desktop/WxText.h"
 #include "platform/Files.h"
@@ -85,7 +86,7 @@ void HelpPanel::ShowPage(const std::string& name) {
 
 void HelpPanel::Render(const wxString& html) {
   page_->SetPage("<html><body bgcolor=\"" + ColourText(wxSYS_COLOUR_WINDOW) + "\" text=\"" +
-                 ColourText(wxSYS_COLOUR_WINDOWTEXT) + "\" link=\"" + ColourText(wxSYS_COLOUR_HOTLIGHT) +
+                 ColourText(wxSYS_COLOUR_WINDOWTEXT) + "\" link=\"" + (IsDark() ? "#6ba8e8" : "#1a5fb4") +
                  "\">" + html + "</body></html>");
 }
 

@@ -49,8 +49,16 @@ LineList::LineList(wxWindow* parent, const wxString& name, const wxString& acces
   SetFont(font);
   looks_ = MakeLooks(font);
   AppendColumn(accessibleName);
-  widest_ = FromDIP(400);
-  SetColumnWidth(0, widest_);
+  Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+    event.Skip();
+    FitColumn();
+  });
+}
+
+// As wide as the list, so that colours reach its edge, or as the widest line.
+void LineList::FitColumn() {
+  const int width = std::max(widest_, GetClientSize().x);
+  if (GetColumnWidth(0) != width) SetColumnWidth(0, width);
 }
 
 // Only the newest of many new lines are measured: a bar that is a little short costs less than all of them.
@@ -62,7 +70,7 @@ void LineList::Widen(std::size_t from, std::size_t to) {
   const int width = (static_cast<int>(longest) + 6) * GetCharWidth();
   if (width <= widest_) return;
   widest_ = width;
-  SetColumnWidth(0, widest_);
+  FitColumn();
 }
 
 void LineList::SetLineCount(std::size_t count) {

@@ -37,6 +37,7 @@ class LineList : public wxListView {
   int OnGetItemImage(long item) const override { return LineImage(item); }
   wxItemAttr* OnGetItemAttr(long item) const override;
   void Widen(std::size_t from, std::size_t to);
+  void FitColumn();
 
   mutable std::array<wxItemAttr, 8> looks_;  // by LineLook
   int widest_ = 0;

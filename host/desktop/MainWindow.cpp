@@ -148,7 +148,8 @@ void MainWindow::MakeMenus() {
     lastMenu = command.menu;
     wxString tip = item->GetItemLabelText();
     if (wxAcceleratorEntry* key = item->GetAccel()) tip += " (" + key->ToString() + ")";
-    tools->AddTool(item->GetId(), item->GetItemLabelText(), PictureOf(*command.picture, 20), tip);
+    tools->AddTool(item->GetId(), item->GetItemLabelText(), PictureOf(*command.picture, 20),
+                   PictureOf(*command.picture, 20, PictureLook::Disabled), wxITEM_NORMAL, tip);
   }
   tools->Realize();
   recent_ = new wxMenu;

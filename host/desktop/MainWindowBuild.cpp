@@ -51,7 +51,12 @@ void MainWindow::Start(BuildKind kind) {
   if (!HasActions()) return;
   properties_->Commit();
   if (document_.File().empty() && !SaveAs()) return;
-  if (kind == BuildKind::Run && document_.IsModified() && !Save()) return;
+  bool needsSaving = false;
+  if (!Guarded("The build did not begin", [&] {
+        needsSaving = kind == BuildKind::Run && (document_.IsModified() || document_.IsChangedOnDisk());
+      }))
+    return;
+  if (needsSaving && !Save()) return;
   logPanel_->Clear();
   if (!Guarded("The build did not begin", [&] { build_.Start(kind, document_); })) return;
   properties_->Enable(false);
@@ -77,8 +82,9 @@ void MainWindow::ShowProgress() {
   const wxString action = progress.action > 0
                               ? wxString::Format("Action %d of %d", progress.action, progress.actionCount)
                               : wxString();
-  const wxString text =
-      wxString::Format("%s   %s   %zu lines", action, Clock(progress.seconds), store_.LineCount());
+  const std::size_t lines = store_.LineCount();
+  const wxString text = wxString::Format("%s   %s   %zu %s", action, Clock(progress.seconds), lines,
+                                         lines == 1 ? "line" : "lines");
   if (GetStatusBar()->GetStatusText(1) != text) SetStatusText(text, 1);
 }
 

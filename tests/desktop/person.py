@@ -126,7 +126,7 @@ class Desktop:
     def replace(self, name, text):
         """Types a text in the place of the one that stands in an edit."""
         self.focus(name)
-        self.key("ctrl+a")
+        self.key("Home", "shift+End")
         self.type(text)
 
     def focus_row(self, name, row=0):

@@ -74,8 +74,7 @@ def answer_file_dialog(desktop, place, path):
     """Types a path into the system's file dialog."""
     import time
     time.sleep(0.7)  # it belongs to the system and cannot be asked
-    if not place.emulator:
-        hands("key", "ctrl+a")
+    hands("key", "--delay", 25, *(["Home", "shift+End"] if place.emulator else ["ctrl+a"]))
     desktop.type(place.seen(path))
     time.sleep(0.3)
     desktop.key("Return")
