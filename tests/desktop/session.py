@@ -197,7 +197,7 @@ def test_undoing_and_redoing(place):
         add_action(desktop, ACTION)
         add_action(desktop, "Run MSTest")
         desktop.focus_row("actions", 1)
-        desktop.key("alt+Up")
+        desktop.key("ctrl+shift+Up")
         wait_for("the move", lambda: desktop.texts("actions")[0].startswith("Run MSTest"))
         desktop.key("ctrl+d")
         wait_for("the copy", lambda: len(desktop.texts("actions")) == 3)
