@@ -9,9 +9,10 @@
 namespace qx::desktop {
 namespace {
 
-class NamedAccessible final : public wxWindowAccessible {
+// Everything but the name stays what Windows itself says of the control.
+class NamedAccessible final : public wxAccessible {
  public:
-  NamedAccessible(wxWindow* window, const wxString& name) : wxWindowAccessible(window), name_(name) {}
+  NamedAccessible(wxWindow* window, const wxString& name) : wxAccessible(window), name_(name) {}
   wxAccStatus GetName(int child, wxString* name) override {
     if (child != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
     *name = name_;

@@ -84,7 +84,9 @@ class Arranger {
       ++y;
     }
     for (const PageRow& row : section.rows) {
-      const int top = y == 0 && section.heading == nullptr ? 0 : Above(row, &row == &section.rows.front());
+      const int top = y == 0 && section.heading == nullptr
+                          ? 0
+                          : Above(row, &row == &section.rows.front() ? nullptr : &row - 1);
       switch (row.kind) {
         case PageRow::Kind::Single:
           AddSingle(*grid, *row.controls.front(), y, section.columns, top, Indent(row));
@@ -160,12 +162,17 @@ class Arranger {
     }
   }
 
-  // Containers and notes keep a distance from what they do not belong to.
-  int Above(const PageRow& row, bool isFirst) const {
-    const TControl& control = *row.controls.front();
-    const bool isNote = row.kind == PageRow::Kind::Single && control.Kind() == "label";
-    const bool isApart = !isFirst && (isNote || !control.Children().empty());
+  // Groups, notes and whatever opens with a heading keep a distance from what they do not belong to.
+  int Above(const PageRow& row, const PageRow* before) const {
+    const bool isNote = row.kind == PageRow::Kind::Single && row.controls.front()->Kind() == "label";
+    const bool opens = SectionsOf(*row.controls.front()).front().heading != nullptr;
+    const bool isApart = before != nullptr && (isNote || opens || HasGroup(row) || HasGroup(*before));
     return isApart ? measures_.betweenSections : measures_.betweenRows;
+  }
+
+  static bool HasGroup(const PageRow& row) {
+    return std::ranges::any_of(row.controls,
+                               [](const TControl* control) { return control->Kind() == "group"; });
   }
 
   int Indent(const PageRow& row) const { return row.indented ? measures_.indent : 0; }

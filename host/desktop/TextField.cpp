@@ -2,6 +2,8 @@
 
 #include <wx/textctrl.h>
 
+#include "host/desktop/NativeText.h"
+
 namespace qx::desktop {
 namespace {
 
@@ -22,7 +24,9 @@ class TextField final : public wxTextCtrl {
 
 wxTextCtrl* MakeTextField(wxWindow& parent, const TEdit& model) {
   const long style = (model.masked ? wxTE_PASSWORD : 0) | (model.rightAligned ? wxTE_RIGHT : wxTE_LEFT);
-  return new TextField(parent, model.tabOrder >= 0, style);
+  auto* text = new TextField(parent, model.tabOrder >= 0, style);
+  if (model.masked) SetMask(*text, '*');
+  return text;
 }
 
 }  // namespace qx::desktop

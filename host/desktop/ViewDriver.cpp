@@ -15,7 +15,7 @@
 
 #include "host/desktop/ButtonEdit.h"
 #include "host/desktop/ControlViews.h"
-#include "host/desktop/SpinText.h"
+#include "host/desktop/NativeText.h"
 #include "host/desktop/WidgetState.h"
 #include "host/desktop/WxText.h"
 

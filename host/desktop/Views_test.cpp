@@ -1,26 +1,23 @@
 // Pages of odd controls in the real window: what is typed, shown, raised and confirmed. Needs a screen, which
 // scripts/screen gives.
 #include <gtest/gtest.h>
-#include <wx/app.h>
 #include <wx/button.h>
 #include <wx/checklst.h>
 #include <wx/combobox.h>
 #include <wx/evtloop.h>
 #include <wx/grid.h>
-#include <wx/init.h>
 #include <wx/radiobut.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
 #include <wx/stopwatch.h>
 #include <wx/textctrl.h>
 
-#include <cstdlib>
-
 #include "host/desktop/Accessible.h"
 #include "host/desktop/ButtonEdit.h"
+#include "host/desktop/NativeText.h"
 #include "host/desktop/PagesWindow.h"
-#include "host/desktop/SpinText.h"
 #include "host/desktop/WxText.h"
+#include "host/desktop/testdata/Toolkit.h"
 #include "host/runtime/PageDriver.h"
 #include "host/runtime/testdata/SampleAction.h"
 
@@ -84,17 +81,9 @@ constexpr TFrameClass kOddPage{"TOddPage",
 
 class Views : public testing::Test {
  protected:
-  static void SetUpTestSuite() {
-#ifdef QX_NEEDS_DISPLAY
-    if (std::getenv("DISPLAY") == nullptr) return;
-#endif
-    wxApp::SetInstance(new wxApp);  // the toolkit's from now on
-    int none = 0;
-    toolkit_ = std::make_unique<wxInitializer>(none, static_cast<char**>(nullptr));
-  }
-  static void TearDownTestSuite() { toolkit_.reset(); }
   void SetUp() override {
-    if (toolkit_ == nullptr) GTEST_SKIP() << "there is no screen: start the tests with scripts/screen";
+    if (!HasScreen()) GTEST_SKIP() << kNoScreen;
+    NeedToolkit();
     loop_ = std::make_unique<wxGUIEventLoop>();
     wxEventLoopBase::SetActive(loop_.get());
     dialog_ = PageDialog::ForAction(registered_, action_);
@@ -141,7 +130,6 @@ class Views : public testing::Test {
   }
   std::string Shown() { return user_.TakeShown().dump(); }
 
-  static std::unique_ptr<wxInitializer> toolkit_;
   std::unique_ptr<wxGUIEventLoop> loop_;
   SampleAction action_;
   RegisteredAction registered_{&SampleActionClass(), "Sample", "", "", {}, {&kOddPage}};
@@ -151,8 +139,6 @@ class Views : public testing::Test {
   std::unique_ptr<PagesWindow> window_;
   int saved_ = 0;
 };
-std::unique_ptr<wxInitializer> Views::toolkit_;
-
 TEST_F(Views, ShowAChoiceWithoutADot) {
   EXPECT_FALSE(The<wxRadioButton>("optOne").GetValue());
   EXPECT_FALSE(The<wxRadioButton>("optTwo").GetValue());

@@ -15,6 +15,7 @@
 
 #include "host/desktop/Accessible.h"
 #include "host/desktop/ButtonEdit.h"
+#include "host/desktop/NativeText.h"
 #include "host/desktop/WxText.h"
 
 namespace qx::desktop {
@@ -34,12 +35,13 @@ Json See(const wxStaticBox& box) { return {{"kind", "group"}, {"caption", FromWx
 
 Json See(const wxButton& button) { return {{"kind", "button"}, {"caption", FromWx(button.GetLabel())}}; }
 
-// A masked text is seen as one "*" a character.
+// Of a masked text its mask is seen.
 Json See(const wxTextCtrl& text) {
   const bool isMasked = text.HasFlag(wxTE_PASSWORD);
-  Json state{{"kind", "edit"},
-             {"text", isMasked ? std::string(text.GetValue().length(), '*') : FromWx(text.GetValue())},
-             {"masked", isMasked}};
+  Json state{
+      {"kind", "edit"},
+      {"text", isMasked ? std::string(text.GetValue().length(), MaskOf(text)) : FromWx(text.GetValue())},
+      {"masked", isMasked}};
   if (text.HasFlag(wxTE_RIGHT)) state["rightAligned"] = true;
   return state;
 }

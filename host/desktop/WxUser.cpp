@@ -26,16 +26,16 @@ std::string FolderOf(const std::string& path) {
   return path.empty() ? "" : FindExisting(folder);
 }
 
-std::string WithExtension(const std::string& path, const std::string& extension) {
-  if (extension.empty() || !ExtensionOf(path).empty()) return path;
-  return path + (extension.starts_with('.') ? "" : ".") + extension;
-}
-
 void Show(const std::string& text, long icon) {
   wxMessageDialog(WindowInFront(), ToWx(text), wxTheApp->GetAppDisplayName(), wxOK | icon).ShowModal();
 }
 
 }  // namespace
+
+std::string WithDefaultExtension(const std::string& path, const std::string& extension) {
+  if (extension.empty() || !ExtensionOf(path).empty()) return path;
+  return path + (extension.starts_with('.') ? "" : ".") + extension;
+}
 
 std::optional<std::string> WxUser::PickFile(const FileQuestion& question) {
   const wxString filter =
@@ -43,7 +43,7 @@ std::optional<std::string> WxUser::PickFile(const FileQuestion& question) {
   wxFileDialog dialog(WindowInFront(), ToWx(question.title), ToWx(FolderOf(question.current)),
                       ToWx(FilePart(question.current)), filter, wxFD_OPEN);
   if (dialog.ShowModal() != wxID_OK) return std::nullopt;
-  return WithExtension(FromWx(dialog.GetPath()), question.defaultExtension);
+  return WithDefaultExtension(FromWx(dialog.GetPath()), question.defaultExtension);
 }
 
 std::optional<std::string> WxUser::PickFolder(const std::string& title, const std::string& current) {

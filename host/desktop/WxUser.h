@@ -14,4 +14,8 @@ class WxUser final : public UserInterface {
   void ShowError(const std::string& text) override;
 };
 
+// The path as a dialog gives it, with the extension (with or without its point) added to a name without one;
+// an empty extension is none.
+std::string WithDefaultExtension(const std::string& path, const std::string& extension);
+
 }  // namespace qx::desktop

@@ -21,7 +21,7 @@ add_library(qx_desktop_views STATIC
   PagesDialog.cpp
   PageView.cpp
   Pictures.cpp
-  SpinText${qx_view_system}.cpp
+  NativeText${qx_view_system}.cpp
   TextField.cpp
   ViewDriver.cpp
   WidgetState.cpp
@@ -45,7 +45,7 @@ add_executable(qx_view_driver ViewDriver_main.cpp)
 target_link_libraries(qx_view_driver PRIVATE qx_desktop_views)
 set_target_properties(qx_view_driver PROPERTIES BUILD_RPATH "$ORIGIN")
 
-qx_tests(desktop_views_tests SOURCES PageRows_test.cpp Views_test.cpp
+qx_tests(desktop_views_tests SOURCES PageRows_test.cpp Views_test.cpp WxUser_test.cpp
          LINKS qx_desktop_views)
 if(NOT WIN32)
   target_compile_definitions(desktop_views_tests PRIVATE QX_NEEDS_DISPLAY)
