@@ -345,7 +345,7 @@ void MakeHiddenChoice(const TControl& container, wxWindow& parent, Binding& bind
 
 void FinishEditing(wxWindow& page) {
   for (wxWindow* child : page.GetChildren()) {
-    if (auto* grid = wxDynamicCast(child, wxGrid)) grid->DisableCellEditControl();
+    if (auto* grid = dynamic_cast<wxGrid*>(child)) grid->DisableCellEditControl();
     FinishEditing(*child);
   }
 }

@@ -180,7 +180,7 @@ class Arranger {
   // A control in a row of its place: a group is its frame with what stands in it.
   void Put(wxSizer& row, const TControl& control, const wxSizerFlags& flags) const {
     wxWindow* widget = widgetOf_(control);
-    if (auto* box = wxDynamicCast(widget, wxStaticBox)) {
+    if (auto* box = dynamic_cast<wxStaticBox*>(widget)) {
       auto* frame = new wxStaticBoxSizer(box, wxVERTICAL);
       wxSizer* content = Arranger(*widget, widgetOf_).Stack(control);
       frame->Add(content, wxSizerFlags(1).Expand().Border(wxALL, measures_.margin));

@@ -52,7 +52,7 @@ void Name(const TFrame& frame, const Widgets& widgets) {
 bool FocusFirstIn(const wxWindow& container) {
   for (wxWindow* child : container.GetChildren()) {
     if (!child->IsShown() || !child->IsEnabled()) continue;
-    if (wxDynamicCast(child, wxPanel) != nullptr || wxDynamicCast(child, wxStaticBox) != nullptr) {
+    if (dynamic_cast<wxPanel*>(child) != nullptr || dynamic_cast<wxStaticBox*>(child) != nullptr) {
       if (FocusFirstIn(*child)) return true;
     } else if (child->AcceptsFocusFromKeyboard()) {
       child->SetFocus();

@@ -133,14 +133,14 @@ TUserAnswer WidgetHands::Do(wxWindow& widget, const std::function<TUserAnswer()>
 TUserAnswer WidgetHands::Click(int page, TControl& control) {
   wxWindow& widget = WidgetOf(page, control);
   return Do(widget, [&] {
-    if (auto* box = wxDynamicCast(&widget, wxCheckBox)) {
+    if (auto* box = dynamic_cast<wxCheckBox*>(&widget)) {
       box->SetValue(!box->GetValue());
       Send(widget, wxEVT_CHECKBOX, box->GetValue() ? 1 : 0);
-    } else if (auto* button = wxDynamicCast(&widget, wxRadioButton)) {
+    } else if (auto* button = dynamic_cast<wxRadioButton*>(&widget)) {
       if (button->GetValue()) return TUserAnswer::Done;  // nothing comes of a click on it
       button->SetValue(true);
       Send(widget, wxEVT_RADIOBUTTON, 1);
-    } else if (wxDynamicCast(&widget, wxButton) != nullptr) {
+    } else if (dynamic_cast<wxButton*>(&widget) != nullptr) {
       Send(widget, wxEVT_BUTTON);
     } else {
       return TUserAnswer::NotOffered;
@@ -152,25 +152,26 @@ TUserAnswer WidgetHands::Click(int page, TControl& control) {
 TUserAnswer WidgetHands::Type(int page, TControl& control, const std::string& text) {
   wxWindow& widget = WidgetOf(page, control);
   return Do(widget, [&] {
-    if (auto* spin = wxDynamicCast(&widget, wxSpinCtrl)) return TypeNumber(*spin, text);
-    if (auto* list = wxDynamicCast(&widget, wxChoice)) {
-      const int index = list->FindString(ToWx(text));
-      return index == wxNOT_FOUND ? TUserAnswer::NotTaken : Pick(*list, index);
-    }
+    if (auto* spin = dynamic_cast<wxSpinCtrl*>(&widget)) return TypeNumber(*spin, text);
     auto* buttonEdit = dynamic_cast<ButtonEdit*>(&widget);
     wxTextEntry* entry = buttonEdit != nullptr ? &buttonEdit->Text() : dynamic_cast<wxTextEntry*>(&widget);
-    if (entry == nullptr) return TUserAnswer::NotOffered;
-    entry->SetValue(ToWx(text));  // sends the event of a text that was typed
-    return TUserAnswer::Done;
+    if (entry != nullptr) {
+      entry->SetValue(ToWx(text));  // sends the event of a text that was typed
+      return TUserAnswer::Done;
+    }
+    auto* list = dynamic_cast<wxChoice*>(&widget);  // which editable boxes are too, under GTK
+    if (list == nullptr) return TUserAnswer::NotOffered;
+    const int index = list->FindString(ToWx(text));
+    return index == wxNOT_FOUND ? TUserAnswer::NotTaken : Pick(*list, index);
   });
 }
 
 TUserAnswer WidgetHands::Select(int page, TControl& control, int index) {
   wxWindow& widget = WidgetOf(page, control);
   return Do(widget, [&] {
-    if (auto* list = wxDynamicCast(&widget, wxCheckListBox)) return Pick(*list, index);
-    if (auto* box = wxDynamicCast(&widget, wxComboBox)) return Pick(*box, index);
-    if (auto* list = wxDynamicCast(&widget, wxChoice)) return Pick(*list, index);
+    if (auto* list = dynamic_cast<wxCheckListBox*>(&widget)) return Pick(*list, index);
+    if (auto* box = dynamic_cast<wxComboBox*>(&widget)) return Pick(*box, index);
+    if (auto* list = dynamic_cast<wxChoice*>(&widget)) return Pick(*list, index);
     return TUserAnswer::NotOffered;
   });
 }
@@ -178,7 +179,7 @@ TUserAnswer WidgetHands::Select(int page, TControl& control, int index) {
 TUserAnswer WidgetHands::Tick(int page, TControl& control, int index, bool checked) {
   wxWindow& widget = WidgetOf(page, control);
   return Do(widget, [&] {
-    auto* list = wxDynamicCast(&widget, wxCheckListBox);
+    auto* list = dynamic_cast<wxCheckListBox*>(&widget);
     if (list == nullptr) return TUserAnswer::NotOffered;
     if (index < 0 || index >= static_cast<int>(list->GetCount())) return TUserAnswer::NoSuchItem;
     const auto row = static_cast<unsigned int>(index);
@@ -193,7 +194,7 @@ TUserAnswer WidgetHands::Tick(int page, TControl& control, int index, bool check
 TUserAnswer WidgetHands::EditCell(int page, TControl& control, int column, int row, const std::string& text) {
   wxWindow& widget = WidgetOf(page, control);
   return Do(widget, [&] {
-    auto* grid = wxDynamicCast(&widget, wxGrid);
+    auto* grid = dynamic_cast<wxGrid*>(&widget);
     if (grid == nullptr) return TUserAnswer::NotOffered;
     const bool isCell =
         column >= 0 && column < grid->GetNumberCols() && row >= 1 && row <= grid->GetNumberRows();

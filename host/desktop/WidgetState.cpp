@@ -140,9 +140,10 @@ bool SeeAs(const wxWindow& widget, Json& seen) {
 bool IsTabStop(const wxWindow& widget) {
   if (const auto* edit = dynamic_cast<const ButtonEdit*>(&widget))
     return edit->Text().AcceptsFocusFromKeyboard();
-  const bool isContainer =
-      wxDynamicCast(&widget, wxStaticBox) != nullptr || wxDynamicCast(&widget, wxPanel) != nullptr;
-  if (!isContainer || wxDynamicCast(&widget, wxGrid) != nullptr) return widget.AcceptsFocusFromKeyboard();
+  const bool isContainer = dynamic_cast<const wxStaticBox*>(&widget) != nullptr ||
+                           dynamic_cast<const wxPanel*>(&widget) != nullptr;
+  if (!isContainer || dynamic_cast<const wxGrid*>(&widget) != nullptr)
+    return widget.AcceptsFocusFromKeyboard();
   for (const wxWindow* child : widget.GetChildren())
     if (!child->GetName().empty() && IsTabStop(*child)) return true;
   return false;

@@ -46,7 +46,8 @@ target_link_libraries(qx_view_driver PRIVATE qx_desktop_views)
 set_target_properties(qx_view_driver PROPERTIES BUILD_RPATH "$ORIGIN")
 
 qx_tests(desktop_views_tests SOURCES PageRows_test.cpp Views_test.cpp WxUser_test.cpp
-         LINKS qx_desktop_views)
+         LINKS qx_desktop_views
+         ENVIRONMENT LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/testdata/leaks.supp:print_suppressions=0)
 if(NOT WIN32)
   target_compile_definitions(desktop_views_tests PRIVATE QX_NEEDS_DISPLAY)
 endif()
