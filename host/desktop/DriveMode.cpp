@@ -2,6 +2,7 @@
 
 #include <wx/evtloop.h>
 
+#include <cstdio>
 #include <functional>
 #include <memory>
 
@@ -30,6 +31,7 @@ int Drive(PageDialog& dialog, DrivenUser& user, const DriveRequest& request,
   WidgetHands hands(window);
   PageDriver driver(dialog, user, hands);
   DriverCommands commands(request.input);
+  KeepFreedMemory();
   std::string line;
   while (!driver.Ended() && commands.Next(line)) {
     const std::string answer = driver.Answer(line);
@@ -64,7 +66,7 @@ int DriveAction(Host& host, const DriveRequest& request) {
   if (request.property) dialog->Activate(PageOfProperty(catalogue, *dialog, *action, *request.property));
   return Drive(*dialog, user, request, [&] {
     const FileLock lock(file);
-    project.Save();
+    for (const std::string& warning : project.Save()) std::fprintf(stderr, "warning: %s\n", warning.c_str());
   });
 }
 
