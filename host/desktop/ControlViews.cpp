@@ -274,7 +274,7 @@ Made Make(TSpinEdit& spin, wxWindow& parent, Binding& binding) {
       spin.UserType(std::to_string(event.GetPosition()));
     });
   });
-  widget->Bind(wxEVT_KILL_FOCUS, [&spin, &binding, widget, typing](wxFocusEvent& event) {
+  widget->Bind(wxEVT_KILL_FOCUS, [&binding, typing](wxFocusEvent& event) {
     event.Skip();
     typing->isOn = false;
     binding.Show();

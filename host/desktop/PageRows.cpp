@@ -148,7 +148,7 @@ std::vector<TControl*> InTabOrder(const TControl& container) {
     waiting.push_back(control);
     if (!control->IsWindowed()) continue;
     // A label that names this one stands nearest to it.
-    std::ranges::stable_partition(waiting, [control](const TControl* before) {
+    std::stable_partition(waiting.begin(), waiting.end(), [control](const TControl* before) {
       const auto* label = dynamic_cast<const TLabel*>(before);
       return before != control && (label == nullptr || label->labelled != control);
     });
@@ -171,7 +171,7 @@ std::string SpokenName(const TControl& control) {
   }
   if (!control.caption.empty()) return WithoutMarks(control.caption);
   for (const PageSection& section : SectionsOf(*control.Parent()))
-    if (const std::string name = NameFromPlace(section, control); !name.empty()) return name;
+    if (std::string name = NameFromPlace(section, control); !name.empty()) return name;
   return control.hint.empty() ? SpokenName(*control.Parent()) : control.hint;
 }
 

@@ -17,11 +17,6 @@ namespace {
 
 constexpr int kUsageError = 2;
 
-class DriverApp final : public wxApp {
- public:
-  bool OnInit() override { return true; }
-};
-
 struct Request {
   Host::Settings settings;
   DriveRequest drive;
@@ -59,6 +54,7 @@ Request Parse(const std::vector<std::string>& words) {
 
 int Main(int count, char** arguments) {
   Request request = Parse(CommandLineWords(count, arguments));
+  wxApp::SetInstance(new wxApp);  // the toolkit's from now on
   int none = 0;
   const wxInitializer toolkit(none, static_cast<char**>(nullptr));
   if (!toolkit.IsOk()) throw Exception("The toolkit cannot be initialised; is there a display?");
@@ -73,8 +69,6 @@ int Main(int count, char** arguments) {
 
 }  // namespace
 }  // namespace qx::desktop
-
-wxIMPLEMENT_APP_NO_MAIN(qx::desktop::DriverApp);
 
 int main(int count, char** arguments) {
   try {
