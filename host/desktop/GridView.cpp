@@ -1,5 +1,6 @@
 #include "host/desktop/GridView.h"
 
+#include <wx/dcclient.h>
 #include <wx/grid.h>
 #include <wx/settings.h>
 
@@ -33,6 +34,14 @@ void UseTheme(wxGrid& grid) {
   grid.Refresh();
 }
 
+// Around the grid, in the colour of its lines: the frames that systems offer are missing or glaring.
+void DrawFrame(const wxGrid& grid) {
+  wxPaintDC canvas(grid.GetParent());
+  canvas.SetPen(wxPen(grid.GetGridLineColour()));
+  canvas.SetBrush(*wxTRANSPARENT_BRUSH);
+  canvas.DrawRectangle(grid.GetRect().Inflate(1));
+}
+
 bool ShowSize(int columns, int rows, wxGrid& widget) {
   if (widget.GetNumberCols() == columns && widget.GetNumberRows() == rows) return false;
   if (widget.GetNumberRows() > 0) widget.DeleteRows(0, widget.GetNumberRows());
@@ -46,7 +55,7 @@ bool ShowSize(int columns, int rows, wxGrid& widget) {
 
 wxGrid* MakeGrid(wxWindow& parent) {
   constexpr int kRows = 6;
-  auto* grid = new wxGrid(&parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE);
+  auto* grid = new wxGrid(&parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_NONE);
   grid->CreateGrid(0, 0);
   grid->HideRowLabels();
   grid->DisableDragRowSize();
@@ -62,6 +71,11 @@ wxGrid* MakeGrid(wxWindow& parent) {
   grid->Bind(wxEVT_SIZE, [grid](wxSizeEvent& event) {
     event.Skip();
     ShareWidth(*grid);
+    grid->GetParent()->Refresh();  // its frame has moved
+  });
+  parent.Bind(wxEVT_PAINT, [grid](wxPaintEvent& event) {
+    event.Skip();
+    DrawFrame(*grid);
   });
   grid->Bind(wxEVT_SYS_COLOUR_CHANGED, [grid](wxSysColourChangedEvent& event) {
     event.Skip();
