@@ -1,5 +1,8 @@
 # What every room's CMakeLists.txt uses: qx_room, qx_tests, qx_fuzzer, qx_bench, and the switches behind the presets.
 include(GNUInstallDirs)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME CLI)  # see Packages.cmake
+# Outside Windows the runtime library is installed in a folder of the host's own, where programs look for it by this.
+set(QX_PROGRAM_RPATH "$ORIGIN/../lib/qxhost")
 
 set(QX_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them: address,undefined or thread")
 option(QX_FUZZ "Build the fuzzers (clang only)" OFF)

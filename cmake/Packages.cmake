@@ -1,0 +1,72 @@
+# What scripts/package packs: for Debian the packages qxhost (component CLI) and qxhost-desktop (component DESKTOP), for
+# Windows one archive with both. What is installed without a component's name belongs to CLI, see House.cmake.
+if(WIN32)
+  install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" DESTINATION . RENAME LICENSE.txt)
+  install(FILES "${CMAKE_SOURCE_DIR}/packaging/third-party.txt" DESTINATION .)
+else()
+  install(FILES "${CMAKE_SOURCE_DIR}/packaging/debian/copyright" DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qxhost)
+  install(FILES "${CMAKE_SOURCE_DIR}/packaging/vsinspect.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  if(TARGET qxhost-desktop)
+    set(desktop "${CMAKE_SOURCE_DIR}/packaging/desktop/qxhost-desktop")
+    install(FILES "${CMAKE_SOURCE_DIR}/packaging/debian/copyright" COMPONENT DESKTOP
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qxhost-desktop)
+    install(FILES "${desktop}.desktop" COMPONENT DESKTOP DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+    install(FILES "${desktop}.svg" COMPONENT DESKTOP DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+    install(FILES "${desktop}.xml" COMPONENT DESKTOP DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
+    install(FILES "${desktop}.1" COMPONENT DESKTOP DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  endif()
+endif()
+
+set(CPACK_PACKAGE_NAME qxhost)
+set(CPACK_PACKAGE_VENDOR "the authors of this package")
+# Who packs says who he is the way Debian's tools ask for.
+set(maintainer "The authors of this package <maintainers@vsdotnet-package.example>")
+if(DEFINED ENV{DEBFULLNAME} AND DEFINED ENV{DEBEMAIL})
+  set(maintainer "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
+endif()
+set(CPACK_PACKAGE_CONTACT "${maintainer}")
+set(CPACK_PACKAGE_DIRECTORY "${CMAKE_SOURCE_DIR}/build/packages")
+set(CPACK_RESOURCE_FILE_LICENSE "${CMAKE_SOURCE_DIR}/LICENSE")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_FILE_NAME "qxhost-${PROJECT_VERSION}-windows-x64")
+else()
+  set(CPACK_GENERATOR DEB)
+  set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+  set(CPACK_COMPONENTS_ALL CLI)
+  if(TARGET qxhost-desktop)
+    list(APPEND CPACK_COMPONENTS_ALL DESKTOP)
+  endif()
+  set(CPACK_COMPONENTS_GROUPING IGNORE)
+  set(CPACK_DEB_COMPONENT_INSTALL ON)
+  set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+  set(CPACK_DEBIAN_PACKAGE_SECTION devel)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+  set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+  set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_SOURCE_DIR}/packaging/debian/finish.cmake")
+  set(CPACK_QX_PACKAGING_FOLDER "${CMAKE_SOURCE_DIR}/packaging/debian")
+
+  set(CPACK_DEBIAN_CLI_PACKAGE_NAME qxhost)
+  set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "mono-xbuild, qxhost-desktop")
+  set(CPACK_COMPONENT_CLI_DESCRIPTION
+"host for build automation, with actions for old Visual Studio solutions
+qxhost runs build projects: lists of actions with their settings. Its package
+raises version numbers, stamps them into AssemblyInfo files and resource
+scripts, and builds solutions of Visual Studio .NET 2002, 2003 and 2005 with
+the engine of this system. vsinspect shows what it sees in such a file.")
+
+  set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME qxhost-desktop)
+  set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "qxhost (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+  set(CPACK_COMPONENT_DESKTOP_DESCRIPTION
+"host for build automation, in a window
+qxhost-desktop edits build projects on the property pages of their actions, and
+runs them. It shares packages, options and build projects with qxhost.")
+endif()
+include(CPack)

@@ -1,0 +1,17 @@
+# What Debian wants of a package's files and cmake --install does not do, done to the staged tree of each component: the
+# changelog, compressed pages, zsh's folder for packages, the overrides of lintian's opinion.
+file(GLOB trees "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*/usr")
+foreach(tree IN LISTS trees)
+  file(GLOB folder "${tree}/share/doc/*")
+  cmake_path(GET folder FILENAME package)
+  configure_file("${CPACK_QX_PACKAGING_FOLDER}/changelog" "${folder}/changelog.Debian" @ONLY)
+  file(GLOB pages "${tree}/share/man/man1/*.1")
+  execute_process(COMMAND gzip -9n "${folder}/changelog.Debian" ${pages} COMMAND_ERROR_IS_FATAL ANY)
+  if(EXISTS "${tree}/share/zsh/site-functions")
+    file(RENAME "${tree}/share/zsh/site-functions" "${tree}/share/zsh/vendor-completions")
+  endif()
+  if(EXISTS "${CPACK_QX_PACKAGING_FOLDER}/${package}.lintian-overrides")
+    file(COPY "${CPACK_QX_PACKAGING_FOLDER}/${package}.lintian-overrides" DESTINATION "${tree}/share/lintian/overrides")
+    file(RENAME "${tree}/share/lintian/overrides/${package}.lintian-overrides" "${tree}/share/lintian/overrides/${package}")
+  endif()
+endforeach()
