@@ -30,8 +30,10 @@ endif()
 
 find_program(QX_CCACHE ccache)
 if(QX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_C_COMPILER_LAUNCHER ${QX_CCACHE})
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${QX_CCACHE})
+  # Without this it keeps nothing that was compiled with precompiled headers.
+  set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${QX_CCACHE})
+  set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
 # qx_room(name SOURCES ... LINKS ...): a room as a static library; what it links, it may include.
@@ -39,6 +41,7 @@ function(qx_room name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC qx_options ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+  qx_precompile(${name} qx_pch)
 endfunction()
 
 # GoogleTest from Debian's source package serves both systems alike.
@@ -67,6 +70,8 @@ function(qx_tests name)
     set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL TRUE)
     return()
   endif()
+  target_compile_options(${name} PRIVATE ${QX_TEST_OPTIONS})
+  qx_precompile(${name} qx_test_pch)
   target_compile_definitions(${name} PRIVATE QX_SOURCE_DIR="${drive}${CMAKE_SOURCE_DIR}"
                              QX_BINARY_DIR="${drive}${CMAKE_BINARY_DIR}/bin")
   if("threads" IN_LIST ARG_LABELS)
