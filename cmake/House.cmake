@@ -41,7 +41,6 @@ function(qx_room name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC qx_options ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
-  qx_precompile(${name} qx_pch)
 endfunction()
 
 # GoogleTest from Debian's source package serves both systems alike.

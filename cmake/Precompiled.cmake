@@ -1,6 +1,6 @@
-# Headers that most sources read are read once a build: the standard library's by the rooms (qx_pch), GoogleTest's and the
-# JSON library's too by the test programs (qx_test_pch), wxWidgets' by the desktop (qx_wx_pch).
-# Sources still include what they use: the fuzz and release presets and scripts/lint build without.
+# What many sources read is read once a build: by the test programs the standard library, GoogleTest and the JSON library
+# (qx_test_pch), by the desktop the standard library and wxWidgets (qx_wx_pch). The rooms gain little and are warned of more
+# that cannot be: they do without. Sources still include what they use; the release preset and scripts/lint read it there.
 # Named in angle brackets, so that what is precompiled is the same whatever the tree's folder is.
 set(qx_std_headers <algorithm> <array> <atomic> <cstdint> <cstdio> <cstdlib> <cstring> <fstream> <functional> <iterator>
     <limits> <map> <memory> <mutex> <optional> <set> <span> <sstream> <stdexcept> <string> <string_view> <thread>
@@ -16,13 +16,12 @@ function(qx_precompiled name)
   if(NOT EXISTS "${source}")
     file(WRITE "${source}" "")
   endif()
-  add_library(${name} OBJECT "${source}")
+  add_library(${name} OBJECT EXCLUDE_FROM_ALL "${source}")
   target_link_libraries(${name} PRIVATE qx_options ${ARG_LINKS})
   target_compile_options(${name} PRIVATE ${ARG_OPTIONS})
   target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
 endfunction()
 
-qx_precompiled(qx_pch HEADERS ${qx_std_headers})
 if(QX_TESTS AND TARGET gtest)
   qx_precompiled(qx_test_pch LINKS gtest qx_json OPTIONS ${QX_TEST_OPTIONS}
                  HEADERS ${qx_std_headers} <filesystem> <gtest/gtest.h> <nlohmann/json.hpp>)
