@@ -217,10 +217,15 @@ void MainWindow::Settle() {
 }
 
 void MainWindow::BindParts() {
-  // Some lists take this key for a search of their own before the menu sees it.
+  // Lists take some keys for searches and selections of their own before the menu sees them.
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+    const bool moves = event.GetModifiers() == (wxMOD_CONTROL | wxMOD_SHIFT);
     if (event.GetKeyCode() == 'F' && event.GetModifiers() == wxMOD_CONTROL)
       FindInLog();
+    else if (moves && event.GetKeyCode() == WXK_UP && CanMoveUp())
+      MoveUp();
+    else if (moves && event.GetKeyCode() == WXK_DOWN && CanMoveDown())
+      MoveDown();
     else
       event.Skip();
   });

@@ -29,8 +29,7 @@ add_library(qx_desktop_views STATIC
 target_link_libraries(qx_desktop_views PUBLIC qx_contract qxruntime qx_json qx_wx)
 # The runtime's headers show pugixml's types; its functions are the runtime's.
 target_include_directories(qx_desktop_views SYSTEM PUBLIC $<TARGET_PROPERTY:qx_pugixml,INTERFACE_INCLUDE_DIRECTORIES>)
-target_precompile_headers(qx_desktop_views PRIVATE <wx/wx.h> <wx/grid.h> <wx/gbsizer.h> <wx/scrolwin.h> <wx/spinctrl.h>
-                          <functional> <memory> <string> <vector>)
+qx_precompile(qx_desktop_views qx_wx_pch)
 if(NOT WIN32)
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(QX_GTK REQUIRED IMPORTED_TARGET gtk+-3.0)

@@ -19,8 +19,7 @@ add_executable(qxhost-desktop WIN32
   WindowSettings.cpp)
 target_link_libraries(qxhost-desktop PRIVATE qx_desktop_core qx_desktop_views qx_json)
 target_compile_definitions(qxhost-desktop PRIVATE QXHOST_VERSION="${PROJECT_VERSION}" QXHOST_DEFAULT_PACKAGE="vsdotnet")
-target_precompile_headers(qxhost-desktop PRIVATE <wx/wx.h> <wx/dataview.h> <wx/html/htmlwin.h> <wx/listctrl.h>
-                          <wx/propgrid/propgrid.h> <functional> <memory> <string> <vector>)
+qx_precompile(qxhost-desktop qx_wx_pch)
 set_target_properties(qxhost-desktop PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS qxhost-desktop RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT DESKTOP)
 
