@@ -1,6 +1,7 @@
 # What many sources read is read once a build: by the test programs the standard library, GoogleTest and the JSON library
-# (qx_test_pch), by the desktop the standard library and wxWidgets (qx_wx_pch). The rooms gain little and are warned of more
-# that cannot be: they do without. Sources still include what they use; the release preset and scripts/lint read it there.
+# (qx_test_pch), by the desktop the standard library and wxWidgets (qx_wx_pch). The rooms gain little, and optimised they are
+# warned of what cannot be: they do without. Every source still includes what it uses; scripts/lint, and for the desktop
+# the release preset, compile without.
 # Named in angle brackets, so that what is precompiled is the same whatever the tree's folder is.
 set(qx_std_headers <algorithm> <array> <atomic> <cstdint> <cstdio> <cstdlib> <cstring> <fstream> <functional> <iterator>
     <limits> <map> <memory> <mutex> <optional> <set> <span> <sstream> <stdexcept> <string> <string_view> <thread>
