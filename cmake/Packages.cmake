@@ -3,6 +3,13 @@
 if(WIN32)
   install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" DESTINATION . RENAME LICENSE.txt)
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/third-party.txt" DESTINATION .)
+  if(TARGET qxhost-desktop)
+    set(resources "${CMAKE_SOURCE_DIR}/packaging/windows/qxhost-desktop.rc")
+    target_sources(qxhost-desktop PRIVATE "${resources}")
+    string(REPLACE "." "," numbers "${PROJECT_VERSION}.0")
+    set_property(SOURCE "${resources}" TARGET_DIRECTORY qxhost-desktop PROPERTY COMPILE_DEFINITIONS
+                 "QX_VERSION=${PROJECT_VERSION}" "QX_VERSION_NUMBERS=${numbers}")
+  endif()
 else()
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/debian/copyright" DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qxhost)
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/vsinspect.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
