@@ -20,7 +20,7 @@ add_executable(qxhost-desktop WIN32
 target_link_libraries(qxhost-desktop PRIVATE qx_desktop_core qx_desktop_views qx_json)
 target_compile_definitions(qxhost-desktop PRIVATE QXHOST_VERSION="${PROJECT_VERSION}" QXHOST_DEFAULT_PACKAGE="vsdotnet")
 qx_precompile(qxhost-desktop qx_wx_pch)
-set_target_properties(qxhost-desktop PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+set_target_properties(qxhost-desktop PROPERTIES BUILD_RPATH "$ORIGIN" INSTALL_RPATH "${QX_PROGRAM_RPATH}")
 install(TARGETS qxhost-desktop RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT DESKTOP)
 
 qx_tests(desktop_window_tests SOURCES PropertyView.cpp PropertyView_test.cpp LINKS qx_runtime)
