@@ -50,11 +50,11 @@ ActionsPanel::ActionsPanel(wxWindow* parent, const Document& document, const Bui
   list_->SetName("actions");
   SetAccessibleName(*list_, "Actions of the build project");
   const int em = list_->GetCharWidth();
-  list_->AppendIconTextColumn("Action", wxDATAVIEW_CELL_INERT, 22 * em, wxALIGN_LEFT,
+  list_->AppendIconTextColumn("Action", wxDATAVIEW_CELL_INERT, 20 * em, wxALIGN_LEFT,
                               wxDATAVIEW_COL_RESIZABLE);
-  list_->AppendTextColumn("Description", wxDATAVIEW_CELL_INERT, 22 * em, wxALIGN_LEFT,
+  list_->AppendTextColumn("Description", wxDATAVIEW_CELL_INERT, 18 * em, wxALIGN_LEFT,
                           wxDATAVIEW_COL_RESIZABLE);
-  list_->AppendIconTextColumn("Last run", wxDATAVIEW_CELL_INERT, 14 * em, wxALIGN_LEFT,
+  list_->AppendIconTextColumn("Last run", wxDATAVIEW_CELL_INERT, 13 * em, wxALIGN_LEFT,
                               wxDATAVIEW_COL_RESIZABLE);
 
   auto* column = new wxBoxSizer(wxVERTICAL);

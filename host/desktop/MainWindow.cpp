@@ -200,7 +200,7 @@ void MainWindow::MakeParts() {
 // Where the parts meet, from outside to inside. The system gives a new window its size in several steps, each
 // of which would move what was placed: so they are placed after each, until it has settled.
 void MainWindow::PlaceParts() {
-  const std::array<int, 4> defaults{FromDIP(410), FromDIP(480), FromDIP(200), FromDIP(320)};
+  const std::array<int, 4> defaults{FromDIP(410), FromDIP(440), FromDIP(200), FromDIP(400)};
   for (std::size_t i = 0; i < splitters_.size(); ++i) {
     const long place = settings_.Number(wxString::Format("/Sashes/%zu", i), defaults.at(i));
     splitters_[i]->SetSashPosition(static_cast<int>(place));

@@ -63,6 +63,7 @@ def main():
         wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
         desktop.key("ctrl+F5")
         desktop.window("dryRun")
+        desktop.key("Next", "Next")  # where lines are taken out and put in
         take("dry-run")
         desktop.key("Escape")
         desktop.gone("dryRun")
