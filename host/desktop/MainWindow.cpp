@@ -63,8 +63,8 @@ const std::vector<MainWindow::Command>& MainWindow::Commands() {
        &W::CanEditAction},
       {"&Edit", "Move action &up\tCtrl+Shift+Up", "Run the selected action earlier", Picture::Up, &W::MoveUp,
        &W::CanMoveUp},
-      {"&Edit", "Move action do&wn\tCtrl+Shift+Down", "Run the selected action later", Picture::Down, &W::MoveDown,
-       &W::CanMoveDown},
+      {"&Edit", "Move action do&wn\tCtrl+Shift+Down", "Run the selected action later", Picture::Down,
+       &W::MoveDown, &W::CanMoveDown},
       {"&Edit", "", "", none, nullptr, nullptr},
       {"&Edit", "&Variables...", "The build project's own variables", none, &W::EditVariables, &W::IsIdle},
       {"&Build", "&Validate\tF7", "Check every action without running one", Picture::Validate,
@@ -147,7 +147,7 @@ void MainWindow::MakeMenus() {
     if (!lastMenu.empty() && lastMenu != command.menu) tools->AddSeparator();
     lastMenu = command.menu;
     wxString tip = item->GetItemLabelText();
-    if (wxAcceleratorEntry* key = item->GetAccel()) tip += " (" + key->ToString() + ")";
+    if (const std::unique_ptr<wxAcceleratorEntry> key{item->GetAccel()}) tip += " (" + key->ToString() + ")";
     tools->AddTool(item->GetId(), item->GetItemLabelText(), PictureOf(*command.picture, 20),
                    PictureOf(*command.picture, 20, PictureLook::Disabled), wxITEM_NORMAL, tip);
   }
