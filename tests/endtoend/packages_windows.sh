@@ -16,7 +16,8 @@ facts() {
   (cd "$drive" && find . -path './users/*/Temp' -prune -o -printf '%y %P\n' | sort)
   for hive in 'HKCU' 'HKLM\Software'; do
     wine reg query "$hive" /s </dev/null 2>/dev/null
-  done | tr -d '\r' | grep -vE '^HKEY_CURRENT_USER\\(Volatile Environment|Software\\Wine)' || true
+  done | tr -d '\r' |
+    awk '/^HKEY_/ { wanted = !/^HKEY_CURRENT_USER.(Volatile Environment|Software.Wine)/ } wanted && NF'
 }
 
 # use FOLDER: what a user does with the programs in it; options go where they go by themselves.
