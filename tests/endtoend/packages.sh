@@ -10,11 +10,11 @@ mkdir -p "$3"
 scratch=$(realpath "$3")
 fail() { echo "FAILED: $1"; exit 1; }
 
-# window_appears CLASS: waits for a visible window of that class, on the screen that is there.
+# window_appears NAME: waits for a visible window of the program of that name, on the screen that is there.
 window_appears() {
   local tries
   for tries in {1..60}; do
-    ! xdotool search --onlyvisible --class "$1" >/dev/null 2>&1 || return 0
+    ! xdotool search --onlyvisible --classname "$1" >/dev/null 2>&1 || return 0
     sleep 0.5
   done
   return 1
