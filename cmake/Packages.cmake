@@ -70,7 +70,9 @@ scripts, and builds solutions of Visual Studio .NET 2002, 2003 and 2005 with
 the engine of this system. vsinspect shows what it sees in such a file.")
 
   set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME qxhost-desktop)
-  set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "qxhost (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+  # The last draws the marks in check boxes, which the toolkit only recommends.
+  set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS
+      "qxhost (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), librsvg2-common")
   set(CPACK_COMPONENT_DESKTOP_DESCRIPTION
 "host for build automation, in a window
 qxhost-desktop edits build projects on the property pages of their actions, and

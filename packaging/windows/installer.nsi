@@ -80,9 +80,10 @@ Section
   ReadRegStr $0 SHCTX "${UNINSTALL}" "InstallLocation"
   ${If} $0 != ""
   ${AndIf} ${FileExists} "$0\uninstall.exe"
-    ExecWait '"$0\uninstall.exe" /S _?=$0'
-    Delete "$0\uninstall.exe"
-    RMDir "$0"
+    ; Its uninstaller runs as a copy: a program that ended may hold its own file for a moment.
+    InitPluginsDir
+    CopyFiles /SILENT "$0\uninstall.exe" "$PLUGINSDIR\earlier.exe"
+    ExecWait '"$PLUGINSDIR\earlier.exe" /S _?=$0'
   ${EndIf}
 
   SetOutPath "$INSTDIR"
