@@ -9,6 +9,7 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 
 from person import Desktop, Fault, hands, wait_for
 
@@ -70,14 +71,15 @@ def expect_same_file(found, wanted):
         raise Fault(f"{found}:\n{read(found).decode()}\n{wanted}:\n{read(wanted).decode()}")
 
 
-def answer_file_dialog(desktop, place, path):
-    """Types a path into the system's file dialog."""
-    import time
-    time.sleep(0.7)  # it belongs to the system and cannot be asked
+def answer_file_dialog(desktop, place, title, path):
+    """Types a path into the system's file dialog, which cannot be asked, only seen."""
+    wait_for(f"the dialog {title}", lambda: hands_see(title))
+    time.sleep(0.5)  # until it takes keys
     hands("key", "--delay", 25, *(["Home", "shift+End"] if place.emulator else ["ctrl+a"]))
     desktop.type(place.seen(path))
     time.sleep(0.3)
     desktop.key("Return")
+    wait_for(f"the end of the dialog {title}", lambda: not hands_see(title))
 
 
 def add_action(desktop, name):
@@ -119,7 +121,7 @@ def set_up(desktop, place):
     """Picks the example, its configuration and a project, and turns stamping on."""
     open_pages(desktop)
     desktop.click("txtSolution#1")
-    answer_file_dialog(desktop, place, place.path("work", "Hello", "Hello.sln"))
+    answer_file_dialog(desktop, place, "Select Solution", place.path("work", "Hello", "Hello.sln"))
     wait_for("the picked file", lambda: "Hello.sln" in (desktop.say("txtSolution") or ""))
     desktop.replace("cboConfigs", "Release|Mixed Platforms")
     choose(desktop, "cboVSVersion", "VS.NET 2005")
@@ -149,7 +151,7 @@ def choose(desktop, name, text):
 
 def save_as(desktop, place, name):
     desktop.key("ctrl+s")
-    answer_file_dialog(desktop, place, place.path("work", name))
+    answer_file_dialog(desktop, place, "Save the build project", place.path("work", name))
     wait_for("the saved file", lambda: os.path.exists(place.path("work", name)))
     wait_for("the title", lambda: desktop.ask("windows")[0]["title"] == f"{name} - qxhost")
 
@@ -344,7 +346,7 @@ def test_a_million_lines(place):
         wait_for("the line that was looked for",
                  lambda: any("File.cs(990001,4)" in text for text in desktop.texts("log")))
         click_in_menu(desktop, "b", "l")  # Build, Save the log
-        answer_file_dialog(desktop, place, place.path("work", "flood.log"))
+        answer_file_dialog(desktop, place, "Save the log", place.path("work", "flood.log"))
         wait_for("the whole log", lambda: os.path.exists(place.path("work", "flood.log")))
         wait_for("its last line", lambda: read(place.path("work", "flood.log")).count(b"\n") == 1000002)
         expect("the exit code", desktop.close(), 0)
