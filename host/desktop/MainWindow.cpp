@@ -1,10 +1,13 @@
 #include "host/desktop/MainWindow.h"
 
+#include <wx/accel.h>
 #include <wx/artprov.h>
+#include <wx/display.h>
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
 #include <wx/sizer.h>
 #include <wx/splitter.h>
+#include <wx/textentry.h>
 #include <wx/toolbar.h>
 
 #include <algorithm>
@@ -106,7 +109,8 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
   CreateStatusBar(2)->SetName("status");
   const int widths[] = {-2, -1};
   SetStatusWidths(2, widths);
-  SetSize(FromDIP(wxSize(1180, 780)));
+  const wxSize screen = wxDisplay(this).GetClientArea().GetSize();
+  SetSize(std::min(Scaled(1180), screen.x), std::min(Scaled(780), screen.y));
   Centre();
   MakeParts();
   BindParts();
@@ -122,7 +126,7 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
   Bind(wxEVT_TIMER, [this](wxTimerEvent&) { OnTimer(); });
 }
 
-MainWindow::~MainWindow() { properties_->Show(nullptr, TheCatalogue()); }
+MainWindow::~MainWindow() = default;
 
 void MainWindow::MakeMenus() {
   auto* bar = new wxMenuBar;
@@ -200,7 +204,7 @@ void MainWindow::MakeParts() {
 // Where the parts meet, from outside to inside. The system gives a new window its size in several steps, each
 // of which would move what was placed: so they are placed after each, until it has settled.
 void MainWindow::PlaceParts() {
-  const std::array<int, 4> defaults{FromDIP(410), FromDIP(440), FromDIP(200), FromDIP(400)};
+  const std::array<int, 4> defaults{Scaled(410), Scaled(440), Scaled(200), Scaled(400)};
   for (std::size_t i = 0; i < splitters_.size(); ++i) {
     const long place = settings_.Number(wxString::Format("/Sashes/%zu", i), defaults.at(i));
     splitters_[i]->SetSashPosition(static_cast<int>(place));
@@ -209,27 +213,26 @@ void MainWindow::PlaceParts() {
   properties_->FitCaptions();
 }
 
+// Of pixels at 100 % for as many as the fonts and the screen of this user make of them.
+int MainWindow::Scaled(int pixels) const {
+  constexpr int usualCharacter = 8;
+  return std::max(FromDIP(pixels), pixels * GetCharWidth() / usualCharacter);
+}
+
 // A window that grows from now on gives more to all of its parts.
 void MainWindow::Settle() {
   const std::array gravities{0.6, 0.3, 0.4, 0.4};
   for (std::size_t i = 0; i < splitters_.size(); ++i) splitters_[i]->SetSashGravity(gravities.at(i));
+  properties_->FitCaptions();
   isSettled_ = true;
 }
 
 void MainWindow::BindParts() {
-  // Lists take some keys for searches and selections of their own before the menu sees them.
-  Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
-    const bool moves = event.GetModifiers() == (wxMOD_CONTROL | wxMOD_SHIFT);
-    if (event.GetKeyCode() == 'F' && event.GetModifiers() == wxMOD_CONTROL)
-      FindInLog();
-    else if (moves && event.GetKeyCode() == WXK_UP && CanMoveUp())
-      MoveUp();
-    else if (moves && event.GetKeyCode() == WXK_DOWN && CanMoveDown())
-      MoveDown();
-    else
-      event.Skip();
-  });
-  actions_->OnSelect = [this] { ShowSelected(); };
+  Bind(wxEVT_CHAR_HOOK, &MainWindow::OnKey, this);
+  actions_->OnSelect = [this] {
+    if (IsIdle()) properties_->Commit();
+    ShowSelected();
+  };
   actions_->OnOpen = [this] {
     if (CanOpenPages()) OpenPages();
   };
@@ -240,9 +243,10 @@ void MainWindow::BindParts() {
     if (CanEditAction()) Delete();
   };
   catalogue_->OnAdd = [this](const std::string& name) { AddAction(name, document_.ActionCount()); };
-  properties_->OnEdit = [this](const PublishedProperty& property, const PropertyValue& value) {
-    if (SelectedAction() != nullptr) document_.SetProperty(actions_->Selected(), property, value);
+  properties_->OnEdit = [this](int index, const PublishedProperty& property, const PropertyValue& value) {
+    if (IsIdle()) document_.SetProperty(index, property, value);
   };
+  properties_->OnLeave = [this](bool forwards) { GoToPart(forwards ? 1 : -1); };
   properties_->OnEdited = [this] { ShowDocument(actions_->Selected()); };
   properties_->OnOpenPages = [this](const PublishedProperty& property) {
     if (!CanOpenPages()) return;
@@ -251,15 +255,18 @@ void MainWindow::BindParts() {
   };
 }
 
+// While a build runs the actions are its thread's: what is shown of them stays until it has ended.
 void MainWindow::ShowDocument(int selected) {
+  if (!IsIdle()) return;
   actions_->Refill(selected);
   ShowSelected();
 }
 
 void MainWindow::ShowSelected() {
+  if (!IsIdle()) return;
   TQXAction* action = SelectedAction();
-  properties_->Show(action, TheCatalogue());
-  properties_->Enable(IsIdle());
+  properties_->Show(actions_->Selected(), action, TheCatalogue());
+  properties_->Enable();
   help_->ShowPage(action == nullptr ? std::string() : action->GetQuickHelpFilename());
   ShowTitle();
 }
@@ -272,6 +279,20 @@ void MainWindow::ShowTitle() {
 TQXAction* MainWindow::SelectedAction() const {
   const int index = actions_->Selected();
   return index < 0 || index >= document_.ActionCount() ? nullptr : document_.Action(index);
+}
+
+// Lists, and editors within them, take some keys before the menu sees them: here the commands come first, but
+// not where a text is typed.
+void MainWindow::OnKey(wxKeyEvent& event) {
+  event.Skip();
+  if (dynamic_cast<wxTextEntry*>(FindFocus()) != nullptr) return;
+  for (const Command& command : Commands()) {
+    const std::unique_ptr<wxAcceleratorEntry> key(wxAcceleratorEntry::Create(command.label));
+    if (key == nullptr || key->GetKeyCode() != event.GetKeyCode()) continue;
+    if (key->GetFlags() != event.GetModifiers() || !(this->*command.enabled)()) continue;
+    event.Skip(false);
+    return (this->*command.run)();
+  }
 }
 
 void MainWindow::ShowNextPart() { GoToPart(1); }

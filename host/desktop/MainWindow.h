@@ -58,6 +58,8 @@ class MainWindow final : public wxFrame {
   void ShowDocument(int selected);
   void ShowSelected();
   void ShowTitle();
+  void OnKey(wxKeyEvent& event);
+  int Scaled(int pixels) const;
   void ShowNextPart();
   void ShowPreviousPart();
   void GoToPart(int step);
@@ -75,6 +77,7 @@ class MainWindow final : public wxFrame {
   void SaveAsCommand() { SaveAs(); }
   bool Save();
   bool SaveAs();
+  void OpenTheirs();
   bool SettleUnsaved();  // false: the user wants to stay
   void OnCloseWindow(wxCloseEvent& event);
   void Quit() { Close(); }

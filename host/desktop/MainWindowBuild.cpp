@@ -49,7 +49,7 @@ wxString Ended(BuildKind kind, const BuildResult& result) {
 // command line saves what it runs.
 void MainWindow::Start(BuildKind kind) {
   if (!HasActions()) return;
-  properties_->Commit();
+  if (!properties_->Commit()) return;
   if (document_.File().empty() && !SaveAs()) return;
   bool needsSaving = false;
   if (!Guarded("The build did not begin", [&] {
@@ -59,6 +59,7 @@ void MainWindow::Start(BuildKind kind) {
   if (needsSaving && !Save()) return;
   logPanel_->Clear();
   if (!Guarded("The build did not begin", [&] { build_.Start(kind, document_); })) return;
+  actions_->SetFocus();  // what is disabled now may have had it
   properties_->Enable(false);
   SetStatusText(kind == BuildKind::Validate ? "Validating" : kind == BuildKind::Run ? "Running" : "Dry run");
   timer_.Start(kTickMilliseconds);

@@ -17,6 +17,9 @@ namespace {
 // The text that the keyboard is in: its own undo comes first there.
 wxTextEntry* FocusedText() { return dynamic_cast<wxTextEntry*>(wxWindow::FindFocus()); }
 
+// The action that a step was about; the one that is selected where it was about none.
+int Chosen(int ofStep, int selected) { return ofStep < 0 ? selected : ofStep; }
+
 }  // namespace
 
 bool MainWindow::CanUndo() const {
@@ -46,16 +49,14 @@ bool MainWindow::CanMoveDown() const {
 bool MainWindow::CanAdd() const { return IsIdle() && !catalogue_->Selected().empty(); }
 
 void MainWindow::AddAction(const std::string& displayName, int index) {
-  if (!IsIdle()) return;
-  properties_->Commit();
+  if (!IsIdle() || !properties_->Commit()) return;
   if (Guarded("The action was not added", [&] { document_.Add(displayName, index); })) ShowDocument(index);
 }
 
 void MainWindow::AddSelected() { AddAction(catalogue_->Selected(), document_.ActionCount()); }
 
 void MainWindow::MoveAction(int from, int to) {
-  if (!IsIdle() || from == to) return;
-  properties_->Commit();
+  if (!IsIdle() || from == to || !properties_->Commit()) return;
   if (Guarded("The action was not moved", [&] { document_.Move(from, to); })) ShowDocument(to);
 }
 
@@ -65,21 +66,21 @@ void MainWindow::MoveDown() { MoveAction(actions_->Selected(), actions_->Selecte
 void MainWindow::Undo() {
   if (wxTextEntry* text = FocusedText(); text != nullptr && text->CanUndo()) return text->Undo();
   if (!IsIdle() || !document_.CanUndo()) return;
-  int selected = -1;
-  Guarded("It was not undone", [&] { selected = document_.Undo(); });
+  int selected = actions_->Selected();
+  Guarded("It was not undone", [&] { selected = Chosen(document_.Undo(), selected); });
   ShowDocument(selected);
 }
 
 void MainWindow::Redo() {
   if (wxTextEntry* text = FocusedText(); text != nullptr && text->CanRedo()) return text->Redo();
   if (!IsIdle() || !document_.CanRedo()) return;
-  int selected = -1;
-  Guarded("It was not done again", [&] { selected = document_.Redo(); });
+  int selected = actions_->Selected();
+  Guarded("It was not done again", [&] { selected = Chosen(document_.Redo(), selected); });
   ShowDocument(selected);
 }
 
 void MainWindow::Duplicate() {
-  properties_->Commit();
+  if (!properties_->Commit()) return;
   const int index = actions_->Selected();
   if (Guarded("The action was not duplicated", [&] { document_.Duplicate(index); })) ShowDocument(index + 1);
 }
@@ -94,7 +95,7 @@ void MainWindow::OpenPages() { OpenPagesAt(""); }
 
 // The page of that name in front; an empty name is the first one.
 void MainWindow::OpenPagesAt(const std::string& page) {
-  properties_->Commit();
+  if (!properties_->Commit()) return;
   const int index = actions_->Selected();
   const std::string type = document_.ActionType(index);
   Guarded("The pages were not opened", [&] {
@@ -102,7 +103,10 @@ void MainWindow::OpenPagesAt(const std::string& page) {
         PageDialog::ForAction(TheCatalogue().NeedAction(type), *document_.Action(index));
     PagesDialogTexts texts;
     texts.title = ToWx(type);
-    texts.written = [&] { document_.TakeEdit("Edit " + type); };
+    texts.written = [&] {
+      document_.TakeEdit("Edit " + type, index);
+      ShowTitle();
+    };
     texts.help = [this](int) { ShowHelp(); };
     ShowPagesDialog(this, *pages, std::max(0, pages->Find(page)), texts);
   });
@@ -120,7 +124,7 @@ void MainWindow::ShowOptions() {
 }
 
 void MainWindow::EditVariables() {
-  properties_->Commit();
+  if (!properties_->Commit()) return;
   auto variables = document_.Variables();
   if (!AskForVariables(this, variables)) return;
   Guarded("The variables were not set", [&] { document_.SetVariables(variables); });

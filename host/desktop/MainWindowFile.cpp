@@ -31,10 +31,7 @@ void MainWindow::Open() {
 
 void MainWindow::OpenFile(const std::string& file) {
   if (!SettleUnsaved()) return;
-  const bool opened = Guarded("The build project was not opened", [&] {
-    properties_->Show(nullptr, TheCatalogue());
-    document_.Open(file);
-  });
+  const bool opened = Guarded("The build project was not opened", [&] { document_.Open(file); });
   ShowDocument(document_.ActionCount() > 0 ? 0 : -1);
   if (!opened) return;
   settings_.AddRecentFile(document_.File());
@@ -69,7 +66,7 @@ void MainWindow::FillRecentMenu() {
 }
 
 bool MainWindow::Save() {
-  properties_->Commit();
+  if (!properties_->Commit()) return false;
   if (document_.File().empty()) return SaveAs();
   Document::Overwrite overwrite = Document::Overwrite::No;
   for (;;) {
@@ -82,9 +79,11 @@ bool MainWindow::Save() {
       return true;
     } catch (const Document::ChangedOnDisk& fault) {
       wxMessageDialog question(this, ToWx(fault.what()), "The file was changed by somebody else",
-                               wxYES_NO | wxNO_DEFAULT | wxICON_WARNING);
-      question.SetYesNoLabels("&Overwrite", "&Cancel");
-      if (question.ShowModal() != wxID_YES) return false;
+                               wxYES_NO | wxCANCEL | wxCANCEL_DEFAULT | wxICON_WARNING);
+      question.SetYesNoCancelLabels("&Overwrite it", "Open &theirs", "&Cancel");
+      const int answer = question.ShowModal();
+      if (answer == wxID_NO) OpenTheirs();
+      if (answer != wxID_YES) return false;
       overwrite = Document::Overwrite::Yes;
     } catch (const std::exception& fault) {
       wxMessageBox(ToWx(fault.what()), "The build project was not saved", wxOK | wxICON_ERROR, this);
@@ -93,8 +92,14 @@ bool MainWindow::Save() {
   }
 }
 
+// The file as somebody else has left it, in the place of what is edited here.
+void MainWindow::OpenTheirs() {
+  Guarded("The build project was not opened", [this] { document_.Open(document_.File()); });
+  ShowDocument(document_.ActionCount() > 0 ? 0 : -1);
+}
+
 bool MainWindow::SaveAs() {
-  properties_->Commit();
+  if (!properties_->Commit()) return false;
   wxFileDialog dialog(this, "Save the build project", ToWx(FolderPart(document_.File())),
                       document_.File().empty() ? wxString("build.xml") : ToWx(FilePart(document_.File())),
                       kFilter, wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
@@ -102,6 +107,8 @@ bool MainWindow::SaveAs() {
   const bool saved = Guarded("The build project was not saved", [&] {
     for (const std::string& warning : document_.SaveAs(FromWx(dialog.GetPath()))) log_.AddMessage(0, warning);
   });
+  log_.Flush();
+  logPanel_->Update();
   if (!saved) return false;
   settings_.AddRecentFile(document_.File());
   FillRecentMenu();
@@ -111,7 +118,7 @@ bool MainWindow::SaveAs() {
 }
 
 bool MainWindow::SettleUnsaved() {
-  properties_->Commit();
+  if (!properties_->Commit()) return false;
   if (!document_.IsModified()) return true;
   const std::string name = document_.File().empty() ? "the new build project" : FilePart(document_.File());
   wxMessageDialog question(this, "Save the changes to " + ToWx(name) + "?", "Unsaved changes",

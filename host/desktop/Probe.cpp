@@ -7,6 +7,7 @@
 #include <wx/dataview.h>
 #include <wx/listbox.h>
 #include <wx/listctrl.h>
+#include <wx/propgrid/propgrid.h>
 #include <wx/statusbr.h>
 #include <wx/toplevel.h>
 #include <wx/utils.h>
@@ -111,10 +112,23 @@ void AddRows(wxDataViewCtrl& view, const wxDataViewItem& parent, Json& rows) {
   }
 }
 
+// "Caption=value", and where the value stands.
+void AddRows(const wxPropertyGrid& grid, Json& rows) {
+  for (wxPropertyGridConstIterator at = grid.GetIterator(wxPG_ITERATE_VISIBLE); !at.AtEnd(); ++at) {
+    const wxPGProperty* property = *at;
+    wxRect place = grid.GetPropertyRect(property, property);
+    place.width = place.GetRight() - grid.GetSplitterPosition();
+    place.x = grid.GetSplitterPosition();
+    rows.push_back(Row(grid, property->GetLabel() + "=" + property->GetValueAsString(), place));
+  }
+}
+
 Json RowsOf(wxWindow& window) {
   Json rows = Json::array();
   if (auto* view = dynamic_cast<wxDataViewCtrl*>(&window)) {
     AddRows(*view, wxDataViewItem(), rows);
+  } else if (const auto* grid = dynamic_cast<wxPropertyGrid*>(&window)) {
+    AddRows(*grid, rows);
   } else if (auto* list = dynamic_cast<wxListCtrl*>(&window)) {
     const long end = std::min<long>(list->GetItemCount(), list->GetTopItem() + list->GetCountPerPage() + 1);
     for (long i = std::max<long>(0, list->GetTopItem()); i < end; ++i) {

@@ -1,8 +1,11 @@
 #include "host/desktop/PropertiesPanel.h"
 
-#include <wx/msgdlg.h>
 #include <wx/propgrid/advprops.h>
 #include <wx/sizer.h>
+#include <wx/textdlg.h>
+#include <wx/wupdlock.h>
+
+#include <limits>
 
 #include "host/desktop/Accessible.h"
 #include "host/desktop/Caption.h"
@@ -25,9 +28,43 @@ wxPGProperty* MakeEnumeration(const wxString& caption, const wxString& name,
   return new wxEnumProperty(caption, name, choices, ordinal);
 }
 
+// A text of several lines. The toolkit's own dialog would change backslashes and line ends; this one gives
+// every character back, and line ends as the text had them.
+class LinesProperty final : public wxLongStringProperty {
+ public:
+  using wxLongStringProperty::wxLongStringProperty;
+  bool DisplayEditorDialog(wxPropertyGrid* grid, wxVariant& value) override {
+    const wxString before = value.GetString();
+    wxString shown = before;
+    shown.Replace("\r\n", "\n");
+    wxTextEntryDialog dialog(grid, GetLabel(), "Edit the text", shown, wxOK | wxCANCEL | wxTE_MULTILINE);
+    dialog.SetInitialSize(grid->FromDIP(wxSize(520, 360)));
+    if (dialog.ShowModal() != wxID_OK || dialog.GetValue() == shown) return false;
+    wxString text = dialog.GetValue();
+    if (before.Contains("\r\n")) text.Replace("\n", "\r\n");
+    value = text;
+    return true;
+  }
+};
+
 wxPGProperty* MakeText(const wxString& caption, const wxString& name, const wxString& text) {
-  if (text.Contains("\n")) return new wxLongStringProperty(caption, name, text);
+  if (text.Contains("\n")) return new LinesProperty(caption, name, text);
   return new wxStringProperty(caption, name, text);
+}
+
+wxPGProperty* MakeInteger(const wxString& caption, const wxString& name, std::int32_t value) {
+  auto* row = new wxIntProperty(caption, name, value);
+  row->SetAttribute(wxPG_ATTR_MIN, static_cast<long>(std::numeric_limits<std::int32_t>::min()));
+  row->SetAttribute(wxPG_ATTR_MAX, static_cast<long>(std::numeric_limits<std::int32_t>::max()));
+  return row;
+}
+
+// The list is edited on its pages: what it holds is shown, and the button leads there.
+wxPGProperty* MakeListWithPages(const wxString& caption, const wxString& name, const TStringList& list) {
+  auto* row = new wxStringProperty(caption, name, wxJoin(ItemsOf(list), ';', '\0'));
+  row->ChangeFlag(wxPG_PROP_READONLY, true);
+  row->ChangeFlag(wxPG_PROP_ACTIVE_BTN, true);
+  return row;
 }
 
 wxPGProperty* MakeRow(const ShownProperty& shown, const PropertyValue& value) {
@@ -36,16 +73,19 @@ wxPGProperty* MakeRow(const ShownProperty& shown, const PropertyValue& value) {
   const wxString name = ToWx(property.name);
   switch (property.kind) {
     case PropertyKind::Integer:
-      return new wxIntProperty(caption, name, std::get<std::int32_t>(value));
+      return MakeInteger(caption, name, std::get<std::int32_t>(value));
     case PropertyKind::Boolean: {
       auto* row = new wxBoolProperty(caption, name, std::get<bool>(value));
-      row->SetAttribute(wxPG_BOOL_USE_CHECKBOX, true);
+      row->SetAttribute(wxPG_BOOL_USE_CHECKBOX, !shown.opensPages);
       return row;
     }
     case PropertyKind::Enumeration:
       return MakeEnumeration(caption, name, property, std::get<EnumerationValue>(value).ordinal);
-    case PropertyKind::TextList:
-      return new wxArrayStringProperty(caption, name, ItemsOf(std::get<TStringList>(value)));
+    case PropertyKind::TextList: {
+      const auto& list = std::get<TStringList>(value);
+      if (shown.opensPages) return MakeListWithPages(caption, name, list);
+      return new wxArrayStringProperty(caption, name, ItemsOf(list));
+    }
     case PropertyKind::Text:
       break;
   }
@@ -54,10 +94,8 @@ wxPGProperty* MakeRow(const ShownProperty& shown, const PropertyValue& value) {
 
 // The button beside the value opens the property pages.
 void GiveButton(wxPGProperty& row, PropertyKind kind) {
-  if (kind == PropertyKind::Enumeration)
-    row.SetEditor(wxPGEditor_ChoiceAndButton);
-  else if (kind == PropertyKind::Text || kind == PropertyKind::Integer)
-    row.SetEditor(wxPGEditor_TextCtrlAndButton);
+  const bool isChoice = kind == PropertyKind::Enumeration || kind == PropertyKind::Boolean;
+  row.SetEditor(isChoice ? wxPGEditor_ChoiceAndButton : wxPGEditor_TextCtrlAndButton);
 }
 
 PropertyValue ValueOf(const PublishedProperty& property, const wxVariant& value) {
@@ -82,9 +120,8 @@ PropertyValue ValueOf(const PublishedProperty& property, const wxVariant& value)
 }  // namespace
 
 PropertiesPanel::PropertiesPanel(wxWindow* parent) : wxPanel(parent) {
-  grid_ =
-      new wxPropertyGrid(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                         wxPG_DEFAULT_STYLE | wxPG_TOOLTIPS | wxPG_SPLITTER_AUTO_CENTER);
+  grid_ = new wxPropertyGrid(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                             wxPG_DEFAULT_STYLE | wxPG_TOOLTIPS | wxPG_SPLITTER_AUTO_CENTER);
   grid_->SetExtraStyle(wxPG_EX_HELP_AS_TOOLTIPS);
   grid_->SetName("properties");
   SetAccessibleName(*grid_, "Properties of the selected action");
@@ -92,14 +129,20 @@ PropertiesPanel::PropertiesPanel(wxWindow* parent) : wxPanel(parent) {
   column->Add(MakeCaption(this, "Properties"), wxSizerFlags().Expand());
   column->Add(grid_, wxSizerFlags(1).Expand());
   SetSizer(column);
-  grid_->Bind(wxEVT_PG_CHANGED, &PropertiesPanel::Edit, this);
+  grid_->Bind(wxEVT_PG_CHANGING, &PropertiesPanel::Edit, this);
+  // Not before the grid is done with the row: it is made anew.
+  grid_->Bind(wxEVT_PG_CHANGED, [this](wxPropertyGridEvent&) {
+    if (OnEdited) CallAfter([this] { OnEdited(); });
+  });
+  Bind(wxEVT_CHAR_HOOK, &PropertiesPanel::OnKey, this);
   grid_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Press(); });
 }
 
-void PropertiesPanel::Show(TQXAction* action, const Catalogue& catalogue) {
+void PropertiesPanel::Show(int index, TQXAction* action, const Catalogue& catalogue) {
   const wxPGProperty* selected = grid_->GetSelection();
   const wxString name = selected == nullptr ? wxString() : selected->GetName();
-  grid_->Freeze();
+  const wxWindowUpdateLocker still(grid_);
+  index_ = index;
   grid_->Clear();
   shown_.clear();
   if (action != nullptr) {
@@ -117,22 +160,26 @@ void PropertiesPanel::Show(TQXAction* action, const Catalogue& catalogue) {
     }
   }
   FitCaptions();
-  if (!name.empty()) grid_->SelectProperty(name);
-  grid_->Thaw();
+  if (wxPGProperty* row = name.empty() ? nullptr : grid_->GetPropertyByName(name)) grid_->SelectProperty(row);
 }
 
+// A value that is refused stays in its editor, and the reason is shown.
 void PropertiesPanel::Edit(wxPropertyGridEvent& event) {
   const auto found = shown_.find(event.GetProperty());
   if (found == shown_.end() || !OnEdit) return;
   try {
-    OnEdit(*found->second, ValueOf(*found->second, event.GetProperty()->GetValue()));
+    OnEdit(index_, *found->second, ValueOf(*found->second, event.GetValue()));
   } catch (const std::exception& fault) {
-    CallAfter([this, text = ToWx(fault.what())] {
-      wxMessageBox(text, "The property was not set", wxOK | wxICON_ERROR, this);
-    });
+    event.Veto();
+    event.SetValidationFailureBehavior(wxPG_VFB_STAY_IN_PROPERTY | wxPG_VFB_SHOW_MESSAGEBOX);
+    event.SetValidationFailureMessage(ToWx(fault.what()));
   }
-  // Not before the grid is done with the row: it is made anew.
-  if (OnEdited) CallAfter([this] { OnEdited(); });
+}
+
+// The key Tab leads on, to the next part of the window: within the grid the arrows lead.
+void PropertiesPanel::OnKey(wxKeyEvent& event) {
+  if (event.GetKeyCode() != WXK_TAB || event.ControlDown() || event.AltDown()) return event.Skip();
+  if (Commit() && OnLeave) OnLeave(!event.ShiftDown());
 }
 
 void PropertiesPanel::Press() {

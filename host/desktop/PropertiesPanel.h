@@ -16,25 +16,31 @@ class PropertiesPanel final : public wxPanel {
  public:
   explicit PropertiesPanel(wxWindow* parent);
 
-  // Shows an action; null: nothing. The action outlives it, or Show is called before it goes.
-  void Show(TQXAction* action, const Catalogue& catalogue);
+  // Shows the action of an index; null: nothing. What stands in an open editor is dropped: Commit comes
+  // first. The action may go afterwards.
+  void Show(int index, TQXAction* action, const Catalogue& catalogue);
   // Gives the captions the room they need, no more.
   void FitCaptions() { grid_->SetSplitterLeft(true); }
-  // Takes over what stands in an editor that is still open.
-  void Commit() { grid_->CommitChangesFromEditor(); }
+  // Takes over what stands in an editor that is still open; false when it cannot be taken. The user has been
+  // told then.
+  bool Commit() { return grid_->CommitChangesFromEditor(); }
 
-  // The user has set a property; raises what cannot be set.
-  std::function<void(const PublishedProperty& property, const PropertyValue& value)> OnEdit;
+  // The user has set a property of the action that is shown; raises what cannot be set.
+  std::function<void(int index, const PublishedProperty& property, const PropertyValue& value)> OnEdit;
   // The user has pressed the button of a property that opens pages.
   std::function<void(const PublishedProperty& property)> OnOpenPages;
-  // After an edit, and after a refused one: whoever shows the action shows it anew.
+  // After an edit: whoever shows the action shows it anew, for other properties may have changed with it.
   std::function<void()> OnEdited;
+  // The user leaves the grid with the key Tab.
+  std::function<void(bool forwards)> OnLeave;
 
  private:
   void Edit(wxPropertyGridEvent& event);
+  void OnKey(wxKeyEvent& event);
   void Press();
 
   wxPropertyGrid* grid_;
+  int index_ = -1;
   std::map<const wxPGProperty*, const PublishedProperty*> shown_;
 };
 

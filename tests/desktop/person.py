@@ -121,7 +121,7 @@ class Desktop:
 
     @staticmethod
     def type(text):
-        hands("type", "--delay", 12, text)
+        hands("type", "--delay", 12, "--", text)
 
     def replace(self, name, text):
         """Types a text in the place of the one that stands in an edit."""

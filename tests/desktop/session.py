@@ -357,6 +357,78 @@ def test_a_million_lines(place):
     expect("the last line but one", lines[1000000], "Source/Folder/File.cs(1000000,4): one more line of the flood")
 
 
+def value(desktop, caption):
+    return next(text.partition("=")[2] for text in desktop.texts("properties") if text.startswith(caption + "="))
+
+
+def type_value(desktop, caption, text):
+    """Types into the editor of a property, which stays open."""
+    desktop.click_row("properties", caption + "=")
+    time.sleep(0.2)  # the editor is made with the click
+    desktop.key("ctrl+a")
+    desktop.type(text)
+
+
+def test_editing_properties(place):
+    """What is typed into the grid is kept wherever the user goes next, or refused with the reason."""
+    place.host(*place.tiny(), "new", "tiny.xml")
+    for text in ("first", "second"):
+        place.host(*place.tiny(), "add", "tiny.xml", "Tiny Task", "Text=" + text)
+    desktop = place.desktop(*place.tiny(), "tiny.xml")
+    saved = lambda: read(place.path("work", "tiny.xml")).decode()
+    try:
+        wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
+        type_value(desktop, "Text", "another first")
+        desktop.click_row("actions", "Tiny Task")  # the same one
+        wait_for("the edit", lambda: value(desktop, "Text") == "another first")
+        type_value(desktop, "Text", "the first")
+        desktop.focus_row("actions", 1)
+        wait_for("the other action", lambda: value(desktop, "Text") == "second")
+        desktop.focus_row("actions", 0)
+        wait_for("the kept value", lambda: value(desktop, "Text") == "the first")
+
+        # A setter refuses: nothing is run, and the reason is told.
+        type_value(desktop, "Count", "-5")
+        desktop.key("F5")
+        wait_for("the reason", lambda: len(desktop.windows()) > 1 or hands_see("Property Error"))
+        desktop.key("Return")
+        wait_for("the end of the message", lambda: len(desktop.windows()) == 1)
+        desktop.key("Escape")
+        expect("the states", [text.split("|")[2] for text in desktop.texts("actions")], ["", ""])
+
+        type_value(desktop, "Count", "41")
+        desktop.key("Tab")
+        wait_for("the number", lambda: value(desktop, "Count") == "41")
+        expect("the keyboard has left the grid", desktop.where("properties")["focus"], False)
+        desktop.click_row("properties", "Loud=")  # a box, which must not keep keys to itself
+        desktop.key("ctrl+s")
+        wait_for("the saved file", lambda: "the first" in saved())
+        desktop.click_row("properties", "Text=")
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+    expect("the texts", re.findall(r'name="Text">(.*?)<', saved()), ["the first", "second"])
+    expect("the counts", re.findall(r'name="Count">(.*?)<', saved()), ["41", "0"])
+
+
+def test_opening_pages_from_the_grid(place):
+    """The button of a property opens the page that its editor names."""
+    desktop = place.desktop("Hello.build.xml")
+    try:
+        wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.click_row("properties", "AssemblyInfo=")
+        time.sleep(0.3)
+        row = next(row for row in desktop.rows("properties") if row["text"].startswith("AssemblyInfo="))
+        desktop.click_at({**row, "x": row["x"] + row["width"] - 20, "width": 16})
+        desktop.window("pages")
+        expect("the page", desktop.say("Pages"), "Solution")  # its editor names none, so it is the first one
+        desktop.key("Escape")
+        desktop.gone("pages")
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+
+
 TESTS = {name[5:]: function for name, function in list(globals().items()) if name.startswith("test_")}
 
 
