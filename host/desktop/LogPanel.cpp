@@ -182,7 +182,9 @@ void LogPanel::StartFind() {
 void LogPanel::FindNext(bool forwards) {
   const std::string text = FromWx(find_->GetValue());
   if (text.empty()) return StartFind();
-  const long row = log_.Find(text, list_->Focused() + (forwards ? 1 : -1), forwards);
+  const long focused = list_->Focused();
+  const long from = forwards ? focused + 1 : focused < 0 ? -1 : focused - 1;
+  const long row = log_.Find(text, from, forwards);
   if (row < 0) return wxBell();
   list_->GoTo(row);
 }

@@ -290,7 +290,7 @@ long LogStore::Find(const std::string& text, long from, bool forwards) const {
   const long count = static_cast<long>(RowCount());
   const std::string wanted = FoldCase(text);
   if (count == 0 || wanted.empty()) return -1;
-  long row = std::clamp(from, 0L, count - 1);
+  long row = (from % count + count) % count;
   for (long looked = 0; looked < count; ++looked) {
     if (FoldCase(Row(static_cast<std::size_t>(row)).text).find(wanted) != std::string::npos) return row;
     row = (row + (forwards ? 1 : count - 1)) % count;

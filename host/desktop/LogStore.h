@@ -56,7 +56,7 @@ class LogStore final : public LogSink {
   // detail that passes.
   void SetFilter(const std::string& text, Severity least);
   // The nearest visible row from `from` on (itself included), forwards or backwards and around the end, that
-  // holds the text, letter case aside; -1 when there is none.
+  // holds the text, letter case aside; -1 when there is none. RowCount() is row 0 again, and -1 the last row.
   long Find(const std::string& text, long from, bool forwards) const;
 
   // What came until the last Update: the lines in all, those that left the memory among them; errors and

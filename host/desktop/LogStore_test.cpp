@@ -230,6 +230,11 @@ TEST(LogStore, FindsAroundTheEnd) {
   EXPECT_EQ(shown.store.Find("apple", 3, true), 0);
   EXPECT_EQ(shown.store.Find("apple", 1, false), 0);
   EXPECT_EQ(shown.store.Find("plum", 1, false), 3);
+  // Behind the last row comes the first, and before the first the last.
+  EXPECT_EQ(shown.store.Find("p", 4, true), 0);
+  EXPECT_EQ(shown.store.Find("p", -1, false), 3);
+  EXPECT_EQ(shown.store.Find("apple", -1, false), 2);
+  EXPECT_EQ(shown.store.Find("plum", 4, true), 3);
   EXPECT_EQ(shown.store.Find("pear", 99, false), 1);
   EXPECT_EQ(shown.store.Find("pear", -5, true), 1);
   EXPECT_EQ(shown.store.Find("grape", 0, true), -1);
