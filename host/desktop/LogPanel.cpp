@@ -156,9 +156,8 @@ void LogPanel::ShowCounts() {
 }
 
 void LogPanel::Update() {
-  if (!log_.Update()) return;
-  list_->SetLineCount(log_.RowCount());
-  ShowCounts();
+  if (log_.Update()) list_->SetLineCount(log_.RowCount());
+  ShowCounts();  // lines that the filter hides are counted too
 }
 
 void LogPanel::Clear() {
@@ -170,6 +169,7 @@ void LogPanel::Clear() {
 void LogPanel::Filter() {
   log_.SetFilter(FromWx(filter_->GetValue()), kLeast.at(static_cast<std::size_t>(least_->GetSelection())));
   list_->SetLineCount(log_.RowCount());
+  ShowCounts();
 }
 
 void LogPanel::SetFocus() { list_->SetFocus(); }
