@@ -9,46 +9,36 @@
 
 #include <vector>
 
+#include "host/desktop/Counted.h"
+#include "host/desktop/DiffLines.h"
 #include "host/desktop/LineList.h"
 #include "host/desktop/WxText.h"
 #include "platform/Files.h"
-#include "platform/Texts.h"
 
 namespace qx::desktop {
 namespace {
 
-struct Line {
-  std::string text;
-  LineLook look;
-};
-
-// The lines between the first "diff" heading and the next one belong to a file; others tell of programs.
-std::vector<Line> LinesOf(const std::string& report) {
-  std::vector<Line> lines;
-  bool inFile = false;
-  for (std::string& text : SplitLines(report)) {
-    LineLook look = LineLook::Plain;
-    if (text.starts_with("--- ") || text.starts_with("+++ ")) {
-      look = LineLook::Heading;
-      inFile = true;
-    } else if (text.starts_with("Would run in ")) {
-      look = LineLook::Heading;
-      inFile = false;
-    } else if (inFile && text.starts_with("@@")) {
-      look = LineLook::Place;
-    } else if (inFile && text.starts_with('+')) {
-      look = LineLook::Added;
-    } else if (inFile && text.starts_with('-')) {
-      look = LineLook::Removed;
-    }
-    lines.push_back({std::move(text), look});
+LineLook LookOf(DiffKind kind) {
+  switch (kind) {
+    case DiffKind::Program:
+    case DiffKind::OldFile:
+    case DiffKind::NewFile:
+      return LineLook::Heading;
+    case DiffKind::Place:
+      return LineLook::Place;
+    case DiffKind::Added:
+      return LineLook::Added;
+    case DiffKind::Removed:
+      return LineLook::Removed;
+    case DiffKind::Plain:
+      break;
   }
-  return lines;
+  return LineLook::Plain;
 }
 
 class DiffList final : public LineList {
  public:
-  DiffList(wxWindow* parent, std::vector<Line> lines)
+  DiffList(wxWindow* parent, std::vector<DiffLine> lines)
       : LineList(parent, "diff", "What a run would do"), lines_(std::move(lines)) {
     SetLineCount(lines_.size());
     Focus(0);
@@ -63,30 +53,19 @@ class DiffList final : public LineList {
 
  private:
   wxString LineText(long line) const override { return ToWx(At(line).text); }
-  LineLook Look(long line) const override { return At(line).look; }
-  const Line& At(long line) const { return lines_.at(static_cast<std::size_t>(line)); }
+  LineLook Look(long line) const override { return LookOf(At(line).kind); }
+  const DiffLine& At(long line) const { return lines_.at(static_cast<std::size_t>(line)); }
 
-  std::vector<Line> lines_;
+  std::vector<DiffLine> lines_;
 };
 
-std::string Summary(const std::vector<Line>& lines) {
-  int programs = 0;
-  int files = 0;
-  int added = 0;
-  int removed = 0;
-  for (const Line& line : lines) {
-    programs += line.text.starts_with("Would run in ") ? 1 : 0;
-    files += line.look == LineLook::Heading && line.text.starts_with("+++ ") ? 1 : 0;
-    added += line.look == LineLook::Added ? 1 : 0;
-    removed += line.look == LineLook::Removed ? 1 : 0;
-  }
+wxString Summary(const std::vector<DiffLine>& lines) {
+  const std::size_t programs = CountOf(lines, DiffKind::Program);
+  const std::size_t files = CountOf(lines, DiffKind::NewFile);
   if (programs + files == 0) return "A run would start no program and change no file.";
-  const auto counted = [](int count, const std::string& what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-  };
-  return "A run would start " + counted(programs, "program") + " and change " + counted(files, "file") +
-         " (" + counted(added, "line") + " added, " + std::to_string(removed) +
-         " removed). Nothing was touched.";
+  return "A run would start " + Counted(programs, "program", "programs") + " and change " +
+         Counted(files, "file", "files") + " (" + Counted(CountOf(lines, DiffKind::Added), "line", "lines") +
+         " added, " + Number(CountOf(lines, DiffKind::Removed)) + " removed). Nothing was touched.";
 }
 
 void SaveReport(wxWindow* parent, const std::string& report) {
@@ -107,9 +86,9 @@ void ShowDiffDialog(wxWindow* parent, const std::string& report) {
   wxDialog dialog(parent, wxID_ANY, "Dry run", wxDefaultPosition, wxDefaultSize,
                   wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxMAXIMIZE_BOX);
   dialog.SetName("dryRun");
-  std::vector<Line> lines = LinesOf(report);
+  std::vector<DiffLine> lines = DiffLinesOf(report);
   auto* column = new wxBoxSizer(wxVERTICAL);
-  column->Add(new wxStaticText(&dialog, wxID_ANY, ToWx(Summary(lines))), wxSizerFlags().Border());
+  column->Add(new wxStaticText(&dialog, wxID_ANY, Summary(lines)), wxSizerFlags().Border());
   auto* list = new DiffList(&dialog, std::move(lines));
   column->Add(list, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT));
   auto* row = new wxBoxSizer(wxHORIZONTAL);
