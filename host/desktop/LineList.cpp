@@ -75,17 +75,25 @@ void LineList::Widen(std::size_t from, std::size_t to) {
 
 void LineList::SetLineCount(std::size_t count) {
   const long before = GetItemCount();
-  const bool atEnd = before == 0 || GetTopItem() + GetCountPerPage() >= before - 1;
   const long now = static_cast<long>(count);
   if (now != before) SetItemCount(now);
   if (now > 0) Widen(std::min<std::size_t>(static_cast<std::size_t>(before), count), count);
-  if (now > 0 && atEnd && now != before) EnsureVisible(now - 1);
   Refresh();
+}
+
+bool LineList::IsAtEnd() const { return GetTopItem() + GetCountPerPage() >= GetItemCount() - 1; }
+
+void LineList::SetTop(long line) {
+  wxRect place;
+  if (line < 0 || line >= GetItemCount() || GetTopItem() == line) return;
+  EnsureVisible(line);  // the list knows by now how far it can be scrolled
+  if (GetItemRect(line, place) && place.height > 0)
+    ScrollList(0, static_cast<int>(line - GetTopItem()) * place.height);
 }
 
 void LineList::GoTo(long line) {
   if (line < 0 || line >= GetItemCount()) return;
-  for (long at = GetFirstSelected(); at >= 0; at = GetNextSelected(at)) Select(at, false);
+  DeselectAll();
   Select(line);
   Focus(line);
   EnsureVisible(line);

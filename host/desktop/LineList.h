@@ -17,9 +17,13 @@ class LineList : public wxListView {
  public:
   LineList(wxWindow* parent, const wxString& name, const wxString& accessibleName);
 
-  // From now on there are so many lines; what they say may have changed. When the last line was in sight, the
-  // new last one is.
+  // From now on there are so many lines; what they say may have changed.
   void SetLineCount(std::size_t count);
+  // Whether the last line is in sight, or there is none.
+  bool IsAtEnd() const;
+  // Scrolls until the line is the first in sight, or as near to that as there are lines below it.
+  void SetTop(long line);
+  void DeselectAll() { SetItemState(-1, 0, wxLIST_STATE_SELECTED); }
   void GoTo(long line);
   long Focused() const { return GetNextItem(-1, wxLIST_NEXT_ALL, wxLIST_STATE_FOCUSED); }
   // The selected lines; all of them when none is.

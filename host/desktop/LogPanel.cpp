@@ -4,14 +4,17 @@
 #include <wx/choice.h>
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
-#include <wx/numformatter.h>
 #include <wx/sizer.h>
 #include <wx/srchctrl.h>
 
+#include <algorithm>
 #include <array>
+#include <optional>
+#include <vector>
 
 #include "host/desktop/Accessible.h"
 #include "host/desktop/Caption.h"
+#include "host/desktop/Counted.h"
 #include "host/desktop/LineList.h"
 #include "host/desktop/WxText.h"
 
@@ -36,10 +39,6 @@ LineLook LookOf(Severity severity) {
   return LineLook::Plain;
 }
 
-wxString Counted(std::size_t count, const wxString& one, const wxString& many) {
-  return wxNumberFormatter::ToString(static_cast<long>(count)) + " " + (count == 1 ? one : many);
-}
-
 }  // namespace
 
 class LogList final : public LineList {
@@ -51,7 +50,57 @@ class LogList final : public LineList {
     });
   }
 
+  // Where the reader is, in lines that are known again after a change.
+  struct Place {
+    std::size_t top = 0;
+    std::optional<std::size_t> focused;
+    std::vector<std::size_t> selected;
+    bool isAtEnd = true;
+  };
+  Place Held() const {
+    Place place;
+    if (GetItemCount() == 0) return place;
+    const auto number = [this](long line) { return log_.NumberOf(static_cast<std::size_t>(line)); };
+    place.isAtEnd = IsAtEnd();
+    place.top = number(std::max(0L, GetTopItem()));
+    if (Focused() >= 0) place.focused = number(Focused());
+    place.selected = SelectedNumbers();
+    return place;
+  }
+  // Shows the rows that there are now. What was read, focused or selected stays so until it is gone; whoever
+  // was at the end is there again when the change follows it.
+  void Show(const Place& place, bool follows) {
+    const auto count = static_cast<long>(log_.RowCount());
+    if (count == 0) DeselectAll();
+    SetLineCount(log_.RowCount());
+    if (count == 0) return;
+    const auto nearest = [&](std::size_t number) {
+      return std::min(static_cast<long>(log_.RowFrom(number)), count - 1);
+    };
+    if (SelectedNumbers() != place.selected) SelectNumbers(place.selected);
+    if (place.focused) SetItemState(nearest(*place.focused), wxLIST_STATE_FOCUSED, wxLIST_STATE_FOCUSED);
+    if (follows && place.isAtEnd)
+      EnsureVisible(count - 1);
+    else
+      SetTop(nearest(place.top));
+  }
+
  private:
+  std::vector<std::size_t> SelectedNumbers() const {
+    std::vector<std::size_t> numbers;
+    long line = GetSelectedItemCount() == 0 ? -1 : GetFirstSelected();
+    for (; line >= 0; line = GetNextSelected(line))
+      numbers.push_back(log_.NumberOf(static_cast<std::size_t>(line)));
+    return numbers;
+  }
+  // Those of them that are there.
+  void SelectNumbers(const std::vector<std::size_t>& numbers) {
+    DeselectAll();
+    for (const std::size_t number : numbers) {
+      const std::size_t row = log_.RowFrom(number);
+      if (row < log_.RowCount() && log_.NumberOf(row) == number) Select(static_cast<long>(row));
+    }
+  }
   wxString LineText(long line) const override {
     const LogRow& row = log_.Row(static_cast<std::size_t>(line));
     return Marker(line) + ToWx(row.text);
@@ -72,8 +121,9 @@ class LogList final : public LineList {
     if (log_.Row(row).hasDetails) SetOpen(line, !log_.IsOpen(row));
   }
   void SetOpen(long line, bool open) {
+    const Place place = Held();
     log_.SetOpen(static_cast<std::size_t>(line), open);
-    SetLineCount(log_.RowCount());
+    Show(place, false);
   }
   bool TakeKey(const wxKeyEvent& event) {
     if (event.ControlDown() && event.GetKeyCode() == 'C') {
@@ -149,26 +199,29 @@ void LogPanel::ShowCounts() {
   if (log_.ErrorCount() > 0) text += ", " + Counted(log_.ErrorCount(), "error", "errors");
   if (log_.WarningCount() > 0) text += ", " + Counted(log_.WarningCount(), "warning", "warnings");
   if (log_.DroppedCount() > 0)
-    text += " (the last " + wxNumberFormatter::ToString(static_cast<long>(LogStore::kDefaultKept)) +
-            " are shown, Save log keeps all)";
+    text += " (the last " + Number(LogStore::kDefaultKept) + " are shown, Save log keeps all)";
   if (log_.LineCount() == 0) text.clear();
   if (text != counts_->GetLabel()) counts_->SetLabel(text);
 }
 
 void LogPanel::Update() {
-  if (log_.Update()) list_->SetLineCount(log_.RowCount());
+  const LogList::Place place = list_->Held();
+  if (log_.Update()) list_->Show(place, true);
   ShowCounts();  // lines that the filter hides are counted too
 }
 
 void LogPanel::Clear() {
   log_.Clear();
+  list_->DeselectAll();
   list_->SetLineCount(0);
   ShowCounts();
 }
 
 void LogPanel::Filter() {
+  const LogList::Place place = list_->Held();
   log_.SetFilter(FromWx(filter_->GetValue()), kLeast.at(static_cast<std::size_t>(least_->GetSelection())));
-  list_->SetLineCount(log_.RowCount());
+  list_->Show(place, place.selected.empty());
+  if (list_->GetSelectedItemCount() > 0) list_->EnsureVisible(list_->GetFirstSelected());
   ShowCounts();
 }
 

@@ -280,6 +280,13 @@ void LogStore::SetOpen(std::size_t row, bool open) {
   state_->ShowAll();
 }
 
+std::size_t LogStore::NumberOf(std::size_t row) const { return state_->visible.at(row); }
+
+std::size_t LogStore::RowFrom(std::size_t number) const {
+  const std::deque<std::size_t>& visible = state_->visible;
+  return static_cast<std::size_t>(std::lower_bound(visible.begin(), visible.end(), number) - visible.begin());
+}
+
 void LogStore::SetFilter(const std::string& text, Severity least) {
   state_->filter = FoldCase(text);
   state_->least = least;

@@ -52,6 +52,11 @@ class LogStore final : public LogSink {
   const LogRow& Row(std::size_t row) const;
   bool IsOpen(std::size_t row) const;
   void SetOpen(std::size_t row, bool open);
+  // What tells a visible row from all others, however rows come, go and are filtered: rows count from 0 since
+  // the last Clear. The way back gives the first visible row that is not older; RowCount() when there is
+  // none.
+  std::size_t NumberOf(std::size_t row) const;
+  std::size_t RowFrom(std::size_t number) const;
   // Rows that hold the text, letter case aside, and are at least as severe as `least`; a heading stays with a
   // detail that passes.
   void SetFilter(const std::string& text, Severity least);

@@ -258,6 +258,36 @@ TEST(LogStore, LetsTheOldestLinesGoWithTheStateOfTheirHeading) {
   EXPECT_EQ(shown.store.DroppedCount(), 7u);
 }
 
+TEST(LogStore, KnowsARowAgainWhereverItWent) {
+  Shown shown(6);
+  shown.Status("A", {"a1", "a2"});
+  for (const char* text : {"m1", "m2"}) shown.log.AddMessage(1, text);
+  EXPECT_EQ(shown.Rows(), "-A|  a1|  a2|m1|m2");
+  const std::size_t detail = shown.store.NumberOf(2);
+  const std::size_t message = shown.store.NumberOf(4);
+  EXPECT_EQ(shown.store.RowFrom(message), 4u);
+  shown.store.SetOpen(0, false);
+  EXPECT_EQ(shown.Rows(), "+A|m1|m2");
+  EXPECT_EQ(shown.store.RowFrom(message), 2u);
+  EXPECT_EQ(shown.store.RowFrom(detail), 1u);  // hidden: the next that is not
+  shown.store.SetOpen(0, true);
+  EXPECT_EQ(shown.store.RowFrom(detail), 2u);
+  shown.store.SetFilter("m2", Severity::Plain);
+  EXPECT_EQ(shown.store.RowFrom(message), 0u);
+  shown.store.SetFilter("", Severity::Plain);
+
+  for (const char* text : {"m3", "m4", "m5"}) shown.log.AddMessage(1, text);
+  EXPECT_EQ(shown.Rows(), "  a2|m1|m2|m3|m4|m5");
+  EXPECT_EQ(shown.store.RowFrom(detail), 0u);
+  EXPECT_EQ(shown.store.RowFrom(message), 2u);
+  EXPECT_EQ(shown.store.NumberOf(2), message);
+  for (int i = 0; i < 20; ++i) shown.log.AddMessage(1, "n" + std::to_string(i));
+  EXPECT_EQ(shown.Rows(), "n14|n15|n16|n17|n18|n19");  // more came than are kept: none is the old one
+  EXPECT_EQ(shown.store.RowFrom(message), 0u);
+  EXPECT_GT(shown.store.NumberOf(0), message);
+  EXPECT_EQ(shown.store.RowFrom(shown.store.NumberOf(5) + 1), shown.store.RowCount());
+}
+
 TEST(LogStore, StartsAnewWhenCleared) {
   const TestFolder folder;
   Shown shown(2);
