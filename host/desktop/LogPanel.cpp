@@ -6,6 +6,7 @@
 #include <wx/msgdlg.h>
 #include <wx/sizer.h>
 #include <wx/srchctrl.h>
+#include <wx/stattext.h>
 
 #include <algorithm>
 #include <array>
@@ -143,55 +144,80 @@ class LogList final : public LineList {
 };
 
 LogPanel::LogPanel(wxWindow* parent, LogStore& log) : wxPanel(parent), log_(log) {
-  wxSizer* bar = MakeBar();
+  MakeBar();
   list_ = new LogList(this, log);
   auto* column = new wxBoxSizer(wxVERTICAL);
-  column->Add(bar, wxSizerFlags().Expand());
+  column->Add(bar_, wxSizerFlags().Expand());
   column->Add(list_, wxSizerFlags(1).Expand());
   SetSizer(column);
+  // Room for the folded bar and a few lines, which the sash above leaves.
+  bar_->SetOrientation(wxVERTICAL);
+  SetMinSize(wxSize(-1, bar_->GetMinSize().y + 2 * GetCharHeight()));
+  Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+    FoldBar(event.GetSize().x);
+    event.Skip();
+  });
 }
 
-wxSizer* LogPanel::MakeBar() {
-  auto* row = new wxBoxSizer(wxHORIZONTAL);
+// Two halves side by side or, when that is too narrow for comfort, one above the other.
+void LogPanel::MakeBar() {
   const wxSizerFlags flags = wxSizerFlags().CentreVertical().Border(wxALL, FromDIP(3));
-  row->Add(MakeCaption(this, "Log"), wxSizerFlags().CentreVertical());
-  counts_ = new wxStaticText(this, wxID_ANY, "");
+  auto* heading = new wxBoxSizer(wxHORIZONTAL);
+  heading->Add(MakeCaption(this, "Log"), wxSizerFlags().CentreVertical());
+  counts_ = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
+                             wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE);
+  counts_->SetMinSize(wxSize(12 * GetCharWidth(), -1));
   counts_->SetName("logCounts");
-  row->Add(counts_, wxSizerFlags(1).CentreVertical().Border(wxLEFT));
+  heading->Add(counts_, wxSizerFlags(1).CentreVertical().Border(wxLEFT));
+  auto* copy = new wxButton(this, wxID_ANY, "&Copy", wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+  copy->SetName("logCopy");
+  heading->Add(copy, flags);
+  auto* save = new wxButton(this, wxID_ANY, "Sa&ve log...", wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
+  save->SetName("logSave");
+  heading->Add(save, flags);
 
-  find_ = new wxSearchCtrl(this, wxID_ANY, "", wxDefaultPosition, wxSize(22 * GetCharWidth(), -1),
-                           wxTE_PROCESS_ENTER);
+  auto* fields = new wxBoxSizer(wxHORIZONTAL);
+  const wxSizerFlags wide = wxSizerFlags(1).CentreVertical().Border(wxALL, FromDIP(3));
+  const wxSize least(8 * GetCharWidth(), -1);
+  find_ = new wxSearchCtrl(this, wxID_ANY, "", wxDefaultPosition, least, wxTE_PROCESS_ENTER);
   find_->SetName("logFind");
   find_->SetDescriptiveText("Find (Ctrl+F)");
   SetAccessibleName(*find_, "Find in the log");
-  row->Add(find_, flags);
+  fields->Add(find_, wide);
 
   least_ = new wxChoice(this, wxID_ANY);
   for (const char* item : {"Everything", "Warnings and errors", "Errors"}) least_->Append(item);
   least_->SetSelection(0);
   least_->SetName("logLeast");
   SetAccessibleName(*least_, "Lines shown in the log");
-  row->Add(least_, flags);
+  fields->Add(least_, flags);
 
-  filter_ = new wxSearchCtrl(this, wxID_ANY, "", wxDefaultPosition, wxSize(22 * GetCharWidth(), -1));
+  filter_ = new wxSearchCtrl(this, wxID_ANY, "", wxDefaultPosition, least);
   filter_->SetName("logFilter");
   filter_->SetDescriptiveText("Only lines with...");
   SetAccessibleName(*filter_, "Show only lines of the log with this text");
-  row->Add(filter_, flags);
+  fields->Add(filter_, wide);
 
-  auto* copy = new wxButton(this, wxID_ANY, "&Copy", wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
-  copy->SetName("logCopy");
-  row->Add(copy, flags);
-  auto* save = new wxButton(this, wxID_ANY, "Sa&ve log...", wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT);
-  save->SetName("logSave");
-  row->Add(save, flags);
+  bar_ = new wxBoxSizer(wxHORIZONTAL);
+  bar_->Add(heading, wxSizerFlags(1).Expand());
+  bar_->Add(fields, wxSizerFlags(1).Expand());
+  copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Copy(); });
+  save->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Save(); });
+  BindFields();
+}
 
+// The widgets' least widths are for a narrow window: beside each other they have these characters more.
+void LogPanel::FoldBar(int width) {
+  constexpr int kComfort = 50;
+  int needed = kComfort * GetCharWidth();
+  for (const wxSizerItem* half : bar_->GetChildren()) needed += half->GetSizer()->GetMinSize().x;
+  bar_->SetOrientation(width >= needed ? wxHORIZONTAL : wxVERTICAL);
+}
+
+void LogPanel::BindFields() {
   find_->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { FindNext(true); });
   least_->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { Filter(); });
   filter_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Filter(); });
-  copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Copy(); });
-  save->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Save(); });
-  return row;
 }
 
 void LogPanel::ShowCounts() {
@@ -201,7 +227,12 @@ void LogPanel::ShowCounts() {
   if (log_.DroppedCount() > 0)
     text += " (the last " + Number(LogStore::kDefaultKept) + " are shown, Save log keeps all)";
   if (log_.LineCount() == 0) text.clear();
-  if (text != counts_->GetLabel()) counts_->SetLabel(text);
+  if (text == counts_->GetLabel()) return;
+  counts_->SetLabel(text);
+  if (text.empty())
+    counts_->UnsetToolTip();
+  else
+    counts_->SetToolTip(text);  // all of it when it is cut
 }
 
 void LogPanel::Update() {

@@ -8,6 +8,7 @@
 
 #include "host/desktop/LogStore.h"
 
+class wxBoxSizer;
 class wxChoice;
 class wxSearchCtrl;
 class wxStaticText;
@@ -33,9 +34,12 @@ class LogPanel final : public wxPanel {
  private:
   void Filter();
   void ShowCounts();
-  wxSizer* MakeBar();
+  void MakeBar();
+  void BindFields();
+  void FoldBar(int width);
 
   LogStore& log_;
+  wxBoxSizer* bar_;
   LogList* list_;
   wxSearchCtrl* find_;
   wxSearchCtrl* filter_;

@@ -429,6 +429,31 @@ def test_opening_pages_from_the_grid(place):
         desktop.kill()
 
 
+def test_a_narrow_window_with_large_fonts(place):
+    """Every widget of the log's bar is inside the window and beside the others."""
+    os.environ["GDK_DPI_SCALE"] = "2"
+    desktop = tiny_project(place, "narrow.xml", ["Deed=tdFlood", "Seconds=25"])
+    try:
+        desktop.key("F5")
+        wait_for_state(desktop, "Succeeded")
+        wait_for_count(desktop, 25002)
+        window = subprocess.run(["xdotool", "getactivewindow"], capture_output=True, text=True, check=True).stdout.strip()
+        hands("windowsize", "--sync", window, 660, 500)
+        wait_for("the narrow window", lambda: desktop.where("mainWindow")["width"] < 680)
+        names = ("logCounts", "logCopy", "logSave", "logFind", "logLeast", "logFilter", "log")
+        places = {name: desktop.widget(name) for name in names}
+        for name, at in places.items():
+            expect(f"{name} has room", at["width"] > 50 and at["height"] > 0, True)
+            expect(f"{name} is in the window", at["x"] >= 0 and at["x"] + at["width"] <= 662, True)
+            for other, there in places.items():
+                apart = (at["x"] + at["width"] <= there["x"] or there["x"] + there["width"] <= at["x"] or
+                         at["y"] + at["height"] <= there["y"] or there["y"] + there["height"] <= at["y"])
+                expect(f"{name} and {other} are apart", other == name or apart, True)
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+
+
 TESTS = {name[5:]: function for name, function in list(globals().items()) if name.startswith("test_")}
 
 
