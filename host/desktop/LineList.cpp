@@ -31,13 +31,15 @@ std::array<wxItemAttr, 8> MakeLooks(const wxFont& font) {
           look(text, paper, font.Bold()),
           look(ByTheme("#1a7a2e", "#6fd083"), paper, font.Bold()),
           look(ByTheme("#8a5a00", "#e6b450"), paper, font),
-          look(ByTheme("#b71c1c", "#ff8a80"), paper, font.Bold()),
+          look(ErrorColour(), paper, font.Bold()),
           look(ByTheme("#0b4f1c", "#c3f0cb"), ByTheme("#e2f5e6", "#1d3a24"), font),
           look(ByTheme("#7a1010", "#ffd0cc"), ByTheme("#fbe4e3", "#472020"), font),
           look(ByTheme("#1f4f8f", "#9cc4f5"), paper, font)};
 }
 
 }  // namespace
+
+wxColour ErrorColour() { return ByTheme("#b71c1c", "#ff8a80"); }
 
 LineList::LineList(wxWindow* parent, const wxString& name, const wxString& accessibleName)
     : wxListView(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,

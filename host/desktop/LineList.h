@@ -13,6 +13,9 @@ namespace qx::desktop {
 // How a line looks.
 enum class LineLook { Plain, Heading, Good, Warning, Error, Added, Removed, Place };
 
+// Of the text that tells of a failure, on the ground that windows and lists have.
+wxColour ErrorColour();
+
 class LineList : public wxListView {
  public:
   LineList(wxWindow* parent, const wxString& name, const wxString& accessibleName);

@@ -227,8 +227,12 @@ void LogPanel::ShowCounts() {
   if (log_.DroppedCount() > 0)
     text += " (the last " + Number(LogStore::kDefaultKept) + " are shown, Save log keeps all)";
   if (log_.LineCount() == 0) text.clear();
-  if (text == counts_->GetLabel()) return;
-  counts_->SetLabel(text);
+  // First, because the end is cut in a narrow window.
+  const wxString lost = ToWx(log_.FileError());
+  if (!lost.empty()) text = "The log is not kept whole. " + lost + ". " + text;
+  if (text == counts_->GetLabelText()) return;
+  counts_->SetForegroundColour(lost.empty() ? wxColour() : ErrorColour());
+  counts_->SetLabelText(text);
   if (text.empty())
     counts_->UnsetToolTip();
   else

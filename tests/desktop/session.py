@@ -454,6 +454,22 @@ def test_a_narrow_window_with_large_fonts(place):
         desktop.kill()
 
 
+def test_a_log_that_cannot_be_kept(place):
+    """The log's file cannot be made: that is told where the lines are counted, and they are shown all the same."""
+    os.environ["TMPDIR"] = place.path("none")
+    desktop = tiny_project(place, "lost.xml", ["Deed=tdFlood", "Seconds=1"])
+    try:
+        desktop.key("F5")
+        wait_for_state(desktop, "Succeeded")
+        expect_log(desktop, "Tiny Task: succeeded")
+        told = wait_for("the counts", lambda: desktop.say("logCounts"))
+        expect(f"'{told}' tells the reason", "Cannot make a temporary folder in " + place.path("none") in told, True)
+        wait_for("the count", lambda: "1002 lines" in re.sub("[^0-9a-z ]", "", desktop.say("logCounts")))
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+
+
 TESTS = {name[5:]: function for name, function in list(globals().items()) if name.startswith("test_")}
 
 
