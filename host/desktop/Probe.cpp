@@ -18,6 +18,7 @@
 #include <string>
 #include <thread>
 
+#include "host/desktop/Accessible.h"
 #include "host/desktop/WxText.h"
 
 namespace qx::desktop {
@@ -168,6 +169,10 @@ Json Answer(const std::string& question) {
   if (verb == "focus") {
     const wxWindow* focus = wxWindow::FindFocus();
     return focus == nullptr ? Json() : Json(FromWx(focus->GetName()));
+  }
+  if (verb == "called") {
+    const wxWindow* focus = wxWindow::FindFocus();
+    return focus == nullptr ? Json() : Json(FromWx(AccessibleName(*focus)));
   }
   if (verb == "windows") {
     Json windows = Json::array();
