@@ -8,12 +8,22 @@
 
 namespace qx::desktop {
 
+namespace {
+
+// What has the keyboard: wxWidgets' own area where it draws inside a frame with scroll bars, else the widget.
+GtkWidget* InnerOf(const wxWindow& widget) {
+  return widget.m_wxwindow != nullptr ? widget.m_wxwindow : widget.GetHandle();
+}
+
+}  // namespace
+
 void SetAccessibleName(wxWindow& widget, const wxString& name) {
-  atk_object_set_name(gtk_widget_get_accessible(widget.GetHandle()), name.utf8_str());
+  for (GtkWidget* part : {widget.GetHandle(), InnerOf(widget)})
+    atk_object_set_name(gtk_widget_get_accessible(part), name.utf8_str());
 }
 
 wxString AccessibleName(const wxWindow& widget) {
-  const char* name = atk_object_get_name(gtk_widget_get_accessible(widget.GetHandle()));
+  const char* name = atk_object_get_name(gtk_widget_get_accessible(InnerOf(widget)));
   return name == nullptr ? wxString() : wxString::FromUTF8(name);
 }
 

@@ -46,6 +46,8 @@ LineList::LineList(wxWindow* parent, const wxString& name, const wxString& acces
                  wxLC_REPORT | wxLC_VIRTUAL | wxLC_NO_HEADER) {
   SetName(name);
   SetAccessibleName(*this, accessibleName);
+  // Where the toolkit draws lists itself, the keyboard is in a window inside this one.
+  for (wxWindow* inner : GetChildren()) SetAccessibleName(*inner, accessibleName);
   const wxFont font(wxFontInfo(wxSystemSettings::GetFont(wxSYS_DEFAULT_GUI_FONT).GetPointSize())
                         .Family(wxFONTFAMILY_TELETYPE));
   SetFont(font);
