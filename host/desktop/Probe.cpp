@@ -78,6 +78,15 @@ bool Holds(const wxWindow& window, const wxWindow* inside) {
   return false;
 }
 
+// What has the keyboard inside a widget that is made of several.
+const wxWindow* InnerFocus() {
+  const wxWindow* focus = wxWindow::FindFocus();
+  if (focus == nullptr) return nullptr;
+  for (const wxWindow* child : focus->GetChildren())
+    if (child->HasFocus()) return child;
+  return focus;
+}
+
 Json Where(const wxWindow& window) {
   Json answer = Rectangle(window.GetScreenRect());
   answer["enabled"] = window.IsThisEnabled() && window.IsEnabled();
@@ -171,7 +180,7 @@ Json Answer(const std::string& question) {
     return focus == nullptr ? Json() : Json(FromWx(focus->GetName()));
   }
   if (verb == "called") {
-    const wxWindow* focus = wxWindow::FindFocus();
+    const wxWindow* focus = InnerFocus();
     return focus == nullptr ? Json() : Json(FromWx(AccessibleName(*focus)));
   }
   if (verb == "windows") {

@@ -7,9 +7,7 @@ namespace qx::desktop {
 // From now on each line of standard input is a question, answered by one line of JSON on standard output:
 //
 // - windows: the names and titles of the windows that are shown, the active one last
-// - where NAME: {"x","y","width","height","enabled","focus"} in pixels of the screen; null when no shown
-// widget
-//   of that name is there
+// - where NAME: {"x","y","width","height","enabled","focus"} in pixels of the screen; null when none is shown
 // - rows NAME: of a list, what its rows say and where those in sight are: [{"text","x","y","width","height"}]
 // - say NAME: {"text"}, the value or the label of a widget
 // - focus: the name of the widget that has the keyboard
