@@ -33,11 +33,11 @@ ActionState StateAfter(ActionEvent event, BuildKind kind) {
     case ActionEvent::Invalid:
       return ActionState::Invalid;
     case ActionEvent::Succeeded:
-      return ActionState::Succeeded;
+      return kind == BuildKind::DryRun ? ActionState::NotRun : ActionState::Succeeded;
     case ActionEvent::Failed:
       break;
   }
-  return ActionState::Failed;
+  return kind == BuildKind::DryRun ? ActionState::NotRun : ActionState::Failed;
 }
 
 }  // namespace
@@ -266,6 +266,32 @@ ActionState BuildThread::StateOf(int index) const {
   const std::lock_guard guard(state_->mutex);
   const bool known = index >= 0 && index < static_cast<int>(state_->states.size());
   return known ? state_->states[static_cast<std::size_t>(index)] : ActionState::NotRun;
+}
+
+void BuildThread::Moved(int from, int to) {
+  const std::lock_guard guard(state_->mutex);
+  std::vector<ActionState>& states = state_->states;
+  const auto count = static_cast<std::size_t>(std::max(from, to)) + 1;
+  if (states.size() < count) states.resize(count, ActionState::NotRun);  // actions it did not have
+  const ActionState moved = states[static_cast<std::size_t>(from)];
+  states.erase(states.begin() + from);
+  states.insert(states.begin() + to, moved);
+}
+
+void BuildThread::Removed(int index) {
+  const std::lock_guard guard(state_->mutex);
+  if (index < static_cast<int>(state_->states.size())) state_->states.erase(state_->states.begin() + index);
+}
+
+void BuildThread::Inserted(int index) {
+  const std::lock_guard guard(state_->mutex);
+  if (index < static_cast<int>(state_->states.size()))
+    state_->states.insert(state_->states.begin() + index, ActionState::NotRun);
+}
+
+void BuildThread::ForgetStates() {
+  const std::lock_guard guard(state_->mutex);
+  state_->states.clear();
 }
 
 }  // namespace qx::desktop

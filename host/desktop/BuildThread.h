@@ -65,8 +65,17 @@ class BuildThread {
   BuildResult Finish();
 
   BuildProgress Progress() const;
-  // Of the last build; NotRun for an index that it did not have.
+  // What the last run or validation made of the action that stands there now; NotRun when it had no part in
+  // it. A dry run runs nothing: what it leaves is which actions are not valid.
   ActionState StateOf(int index) const;
+  // The states go with their actions: to be called, while nothing runs, when the document's actions were
+  // moved, taken out or put in; with Document's indexes.
+  void Moved(int from, int to);
+  void Removed(int index);
+  void Inserted(int index);
+  // To be called when the actions are others (another project) or their order is not known to be the same
+  // (undone, redone): no state belongs to any of them.
+  void ForgetStates();
 
  private:
   struct State;

@@ -112,6 +112,43 @@ TEST_F(BuildThreadTest, RunsAgain) {
   EXPECT_EQ(Build(BuildKind::Run).outcome, RunOutcome::Succeeded);
 }
 
+TEST_F(BuildThreadTest, StatesGoWithTheirActions) {
+  Project({{}, {}, {{"Deed", "tdFail"}}});
+  EXPECT_EQ(Build(BuildKind::Run).outcome, RunOutcome::ActionFailed);
+  EXPECT_EQ(States(), "SSF");
+  Doc().Move(2, 0);
+  build_->Moved(2, 0);
+  EXPECT_EQ(States(), "FSS");
+  Doc().Duplicate(0);
+  build_->Inserted(1);
+  EXPECT_EQ(States(), "F-SS");
+  Doc().Move(0, 3);
+  build_->Moved(0, 3);
+  EXPECT_EQ(States(), "-SSF");
+  Doc().Remove(1);
+  build_->Removed(1);
+  EXPECT_EQ(States(), "-SF");
+  Doc().Add("Tiny Task", 3);
+  build_->Inserted(3);
+  Doc().Move(3, 0);
+  build_->Moved(3, 0);
+  EXPECT_EQ(States(), "--SF");
+  build_->ForgetStates();
+  EXPECT_EQ(States(), "----");
+  build_->Removed(3);
+  build_->Moved(0, 3);
+  EXPECT_EQ(States(), "----");
+}
+
+TEST_F(BuildThreadTest, ADryRunLeavesOnlyWhatIsNotValid) {
+  Project({{}, {{"Deed", "tdFail"}}});
+  EXPECT_EQ(Build(BuildKind::DryRun).outcome, RunOutcome::ActionFailed);
+  EXPECT_EQ(States(), "--");
+  Set(0, "Verdict", "tvError");
+  EXPECT_EQ(Build(BuildKind::DryRun).outcome, RunOutcome::Invalid);
+  EXPECT_EQ(States(), "I-");
+}
+
 TEST_F(BuildThreadTest, IsOneBuildAtATime) {
   Project({{{"Deed", "tdSleep"}}});
   build_->Start(BuildKind::Run, Doc());
