@@ -97,9 +97,21 @@ void ActionsPanel::BindDragging() {
   list_->Bind(wxEVT_DATAVIEW_ITEM_DROP, [this](wxDataViewEvent& event) {
     wxTextDataObject text;
     text.SetData(wxDF_UNICODETEXT, event.GetDataSize(), event.GetDataBuffer());
-    const int row = RowOf(event.GetItem());
-    if (!Drop(text.GetText(), row < 0 ? document_.ActionCount() : row)) event.Veto();
+    if (!Drop(text.GetText(), DropIndex())) event.Veto();
   });
+}
+
+// The index of the action before which the mouse is. The event's own item is of no use: for a drop on a row
+// it is a child that the row does not have. Near the lower edge of a row the list shows a line behind it.
+int ActionsPanel::DropIndex() const {
+  wxDataViewItem item;
+  wxDataViewColumn* column = nullptr;
+  const wxPoint mouse = list_->ScreenToClient(wxGetMousePosition());
+  list_->HitTest(mouse, item, column);
+  const int row = RowOf(item);
+  if (row < 0) return document_.ActionCount();
+  const wxRect place = list_->GetItemRect(item);
+  return mouse.y >= place.y + place.height * 3 / 4 ? row + 1 : row;
 }
 
 // What is dropped on an action comes before it, what is dropped below the last one comes last. The list is
@@ -112,8 +124,7 @@ bool ActionsPanel::Drop(const wxString& text, int index) {
     return true;
   }
   if (!text.StartsWith(kDraggedAction, &rest) || !rest.ToLong(&from) || !OnMove) return false;
-  const int last = document_.ActionCount() - 1;
-  const int to = index > from ? std::min(index, last) : index;
+  const int to = index > from ? index - 1 : index;  // where it stands when it has left its place
   CallAfter([this, from, to] { OnMove(static_cast<int>(from), to); });
   return true;
 }

@@ -35,6 +35,7 @@ class ActionsPanel final : public wxPanel {
 
  private:
   void BindDragging();
+  int DropIndex() const;
   bool Drop(const wxString& text, int index);
   int RowOf(const wxDataViewItem& item) const;
 
