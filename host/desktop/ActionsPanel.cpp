@@ -71,6 +71,13 @@ ActionsPanel::ActionsPanel(wxWindow* parent, const Document& document, const Bui
   list_->Bind(wxEVT_DATAVIEW_ITEM_CONTEXT_MENU, [this](wxDataViewEvent&) {
     if (OnMenu) OnMenu();
   });
+  // Of the key only: the mouse has the event above.
+  list_->Bind(wxEVT_CONTEXT_MENU, [this](wxContextMenuEvent& event) {
+    if (event.GetPosition() != wxDefaultPosition || !OnMenu) return event.Skip();
+    isMenuByKey_ = true;
+    OnMenu();
+    isMenuByKey_ = false;
+  });
   list_->Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
     if (event.GetKeyCode() != WXK_DELETE || event.HasAnyModifiers() || !OnDelete) return event.Skip();
     OnDelete();
@@ -160,5 +167,15 @@ void ActionsPanel::RefreshStates() {
 }
 
 int ActionsPanel::Selected() const { return list_->GetSelectedRow(); }
+
+void ActionsPanel::PopUp(wxMenu& menu) {
+  wxPoint place = wxDefaultPosition;
+  if (isMenuByKey_) {
+    const wxDataViewItem selected = list_->GetSelection();
+    const wxRect row = selected.IsOk() ? list_->GetItemRect(selected) : wxRect();
+    place = ScreenToClient(list_->ClientToScreen(wxPoint(row.x + row.height, row.y + row.height)));
+  }
+  PopupMenu(&menu, place);
+}
 
 }  // namespace qx::desktop

@@ -25,13 +25,15 @@ class ActionsPanel final : public wxPanel {
   void RefreshStates();
   // Index of the selected action; -1: none.
   int Selected() const;
+  // Shows the menu that OnMenu is to show: at the mouse, or at the selected action when a key asked for it.
+  void PopUp(wxMenu& menu);
 
   std::function<void()> OnSelect;
   std::function<void()> OnOpen;                                          // double-click, Enter
   std::function<void(const std::string& displayName, int index)> OnAdd;  // dropped from the catalogue
   std::function<void(int from, int to)> OnMove;                          // dropped from the list itself
   std::function<void()> OnDelete;                                        // the key Delete
-  std::function<void()> OnMenu;
+  std::function<void()> OnMenu;                                          // the right button, the menu key
 
  private:
   void BindDragging();
@@ -44,6 +46,7 @@ class ActionsPanel final : public wxPanel {
   std::vector<std::string> folders_;
   wxDataViewListCtrl* list_;
   std::vector<ActionState> shown_;
+  bool isMenuByKey_ = false;
 };
 
 }  // namespace qx::desktop
