@@ -1,5 +1,7 @@
 #include "host/desktop/HelpPanel.h"
 
+#include <wx/button.h>
+#include <wx/dialog.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/utils.h>
@@ -88,6 +90,25 @@ void HelpPanel::Render(const wxString& html) {
   page_->SetPage("<html><body bgcolor=\"" + ColourText(wxSYS_COLOUR_WINDOW) + "\" text=\"" +
                  ColourText(wxSYS_COLOUR_WINDOWTEXT) + "\" link=\"" + (IsDark() ? "#6ba8e8" : "#1a5fb4") +
                  "\">" + html + "</body></html>");
+}
+
+void ShowHelpDialog(wxWindow* parent, const std::vector<std::string>& folders, const std::string& name) {
+  wxDialog dialog(parent, wxID_ANY, "Help", wxDefaultPosition, wxDefaultSize,
+                  wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER);
+  dialog.SetName("help");
+  auto* help = new HelpPanel(&dialog, folders);
+  help->ShowPage(name);
+  auto* close = new wxButton(&dialog, wxID_CLOSE);
+  close->SetDefault();
+  dialog.SetEscapeId(wxID_CLOSE);
+  auto* column = new wxBoxSizer(wxVERTICAL);
+  column->Add(help, wxSizerFlags(1).Expand());
+  column->Add(close, wxSizerFlags().Right().Border(wxALL, dialog.GetCharHeight() / 2));
+  dialog.SetSizer(column);
+  dialog.SetClientSize(70 * dialog.GetCharWidth(), 26 * dialog.GetCharHeight());
+  dialog.CentreOnParent();
+  help->SetFocus();  // keys scroll it
+  dialog.ShowModal();
 }
 
 }  // namespace qx::desktop

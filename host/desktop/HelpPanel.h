@@ -25,4 +25,7 @@ class HelpPanel final : public wxPanel {
   wxHtmlWindow* page_;
 };
 
+// Shows a page of help in a dialog over the parent and returns when it is closed; folders and name as above.
+void ShowHelpDialog(wxWindow* parent, const std::vector<std::string>& folders, const std::string& name);
+
 }  // namespace qx::desktop

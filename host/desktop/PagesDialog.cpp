@@ -161,7 +161,7 @@ void PagesWindow::OnKey(wxKeyEvent& event) {
 }
 
 void PagesWindow::ShowHelp() {
-  if (texts_.help) texts_.help(pages_.Page(PageInFront()).GetHelpContext());
+  if (texts_.help) texts_.help(this, pages_.Page(PageInFront()).GetHelpContext());
 }
 
 bool ShowPagesDialog(wxWindow* parent, PageDialog& pages, int page, const PagesDialogTexts& texts) {

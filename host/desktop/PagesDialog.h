@@ -15,8 +15,8 @@ struct PagesDialogTexts {
   // Called after the pages have written, by OK and by Apply: saves or records. What it raises is shown, and
   // the dialog stays open.
   std::function<void()> written;
-  // Shows the help of the page's topic; null: no Help button.
-  std::function<void(int helpContext)> help;
+  // Shows the help of the page's topic over the dialog, which is its parent; null: no Help button.
+  std::function<void(wxWindow* parent, int helpContext)> help;
 };
 
 // Shows it and returns when it is closed; the page of `page` is in front. True when something was written.
