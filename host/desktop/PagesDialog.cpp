@@ -140,6 +140,8 @@ bool PagesWindow::Write() {
     return false;
   }
   binding_.Show();  // a page may have tidied up what it wrote
+  // A disabled widget would take the focus along, and with it every key.
+  if (apply_->HasFocus()) FindWindow(wxID_OK)->SetFocus();
   apply_->Disable();
   return true;
 }
