@@ -79,7 +79,8 @@ class App final : public wxApp {
       std::fprintf(stderr, "qxhost-desktop: %s\n", fault.what());
       if (started_) wxMessageBox(ToWx(fault.what()), "qxhost cannot start", wxOK | wxICON_ERROR);
       code_ = 2;
-      return !started_ ? ExitNow() : false;
+      delete GetTopWindow();  // before what it works with
+      return ExitNow();
     }
   }
 
