@@ -6,6 +6,7 @@
 #include <wx/toplevel.h>
 
 #include <algorithm>
+#include <chrono>
 
 #include "host/desktop/WxText.h"
 #include "platform/Files.h"
@@ -15,7 +16,30 @@
 namespace qx::desktop {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr std::size_t kMostRecentFiles = 9;
+
+// A window that moves within that time of being made was not moved by its user.
+constexpr std::chrono::seconds kAppearing{2};
+
+// GTK asks how large a window's frame will be before it shows the window, and has forgotten its place by
+// then: the window appears in a corner, which is told as a move, and is put where it belongs from there. A
+// window that is moved before it has settled shrinks, unless its size is asked for anew; and the toolkit asks
+// for no size that it takes for the window's own.
+void PlaceWhenShown(wxTopLevelWindow& window) {
+  window.Bind(wxEVT_MOVE, [&window, place = window.GetRect(), begin = Clock::now(),
+                           isPlaced = false](wxMoveEvent& event) mutable {
+    event.Skip();
+    if (isPlaced || Clock::now() - begin > kAppearing) return;
+    if (!window.IsShown() || window.GetPosition() == place.GetPosition()) return;
+    isPlaced = true;
+    window.CallAfter([&window, place] {
+      window.SetSize(wxRect(place.GetPosition(), place.GetSize() + wxSize(1, 1)));
+      window.SetSize(place);
+    });
+  });
+}
 
 }  // namespace
 
@@ -74,7 +98,8 @@ void WindowSettings::Restore(const wxString& name, wxTopLevelWindow& window) con
     else
       window.SetSize(place.GetSize());
   }
-  if (Number(group + "Maximized", 0) != 0) window.Maximize();
+  if (Number(group + "Maximized", 0) != 0) return window.Maximize();
+  PlaceWhenShown(window);
 }
 
 void WindowSettings::Keep(const wxString& name, const wxTopLevelWindow& window) {

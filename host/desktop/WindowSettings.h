@@ -27,7 +27,8 @@ class WindowSettings {
   void AddRecentFile(const std::string& file);
   void RemoveRecentFile(const std::string& file);
 
-  // Puts a window where one of that name stood last, if that is still on a screen; else leaves it.
+  // Puts a window where one of that name stood last, if that is still on a screen; else it is shown where it
+  // is now. For a window that was not shown yet.
   void Restore(const wxString& name, wxTopLevelWindow& window) const;
   void Keep(const wxString& name, const wxTopLevelWindow& window);
 
