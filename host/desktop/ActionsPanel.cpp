@@ -1,7 +1,9 @@
 #include "host/desktop/ActionsPanel.h"
 
 #include <wx/dataobj.h>
+#include <wx/menu.h>
 #include <wx/sizer.h>
+#include <wx/utils.h>
 
 #include <array>
 
