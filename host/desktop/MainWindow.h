@@ -78,6 +78,7 @@ class MainWindow final : public wxFrame {
   bool Save();
   bool SaveAs();
   void OpenTheirs();
+  void ForgetBuild();
   bool SettleUnsaved();  // false: the user wants to stay
   void OnCloseWindow(wxCloseEvent& event);
   void Quit() { Close(); }

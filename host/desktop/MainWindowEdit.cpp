@@ -50,14 +50,18 @@ bool MainWindow::CanAdd() const { return IsIdle() && !catalogue_->Selected().emp
 
 void MainWindow::AddAction(const std::string& displayName, int index) {
   if (!IsIdle() || !properties_->Commit()) return;
-  if (Guarded("The action was not added", [&] { document_.Add(displayName, index); })) ShowDocument(index);
+  if (!Guarded("The action was not added", [&] { document_.Add(displayName, index); })) return;
+  build_.Inserted(index);
+  ShowDocument(index);
 }
 
 void MainWindow::AddSelected() { AddAction(catalogue_->Selected(), document_.ActionCount()); }
 
 void MainWindow::MoveAction(int from, int to) {
   if (!IsIdle() || from == to || !properties_->Commit()) return;
-  if (Guarded("The action was not moved", [&] { document_.Move(from, to); })) ShowDocument(to);
+  if (!Guarded("The action was not moved", [&] { document_.Move(from, to); })) return;
+  build_.Moved(from, to);
+  ShowDocument(to);
 }
 
 void MainWindow::MoveUp() { MoveAction(actions_->Selected(), actions_->Selected() - 1); }
@@ -68,6 +72,7 @@ void MainWindow::Undo() {
   if (!IsIdle() || !document_.CanUndo()) return;
   int selected = actions_->Selected();
   Guarded("It was not undone", [&] { selected = Chosen(document_.Undo(), selected); });
+  build_.ForgetStates();
   ShowDocument(selected);
 }
 
@@ -76,19 +81,23 @@ void MainWindow::Redo() {
   if (!IsIdle() || !document_.CanRedo()) return;
   int selected = actions_->Selected();
   Guarded("It was not done again", [&] { selected = Chosen(document_.Redo(), selected); });
+  build_.ForgetStates();
   ShowDocument(selected);
 }
 
 void MainWindow::Duplicate() {
   if (!properties_->Commit()) return;
   const int index = actions_->Selected();
-  if (Guarded("The action was not duplicated", [&] { document_.Duplicate(index); })) ShowDocument(index + 1);
+  if (!Guarded("The action was not duplicated", [&] { document_.Duplicate(index); })) return;
+  build_.Inserted(index + 1);
+  ShowDocument(index + 1);
 }
 
 void MainWindow::Delete() {
   const int index = actions_->Selected();
-  if (Guarded("The action was not deleted", [&] { document_.Remove(index); }))
-    ShowDocument(std::min(index, document_.ActionCount() - 1));
+  if (!Guarded("The action was not deleted", [&] { document_.Remove(index); })) return;
+  build_.Removed(index);
+  ShowDocument(std::min(index, document_.ActionCount() - 1));
 }
 
 void MainWindow::OpenPages() { OpenPagesAt(""); }
@@ -107,7 +116,9 @@ void MainWindow::OpenPagesAt(const std::string& page) {
       document_.TakeEdit("Edit " + type, index);
       ShowTitle();
     };
-    texts.help = [this](int) { ShowHelp(); };
+    texts.help = [&](wxWindow* dialog, int) {
+      ShowHelpDialog(dialog, folders_, document_.Action(index)->GetQuickHelpFilename());
+    };
     ShowPagesDialog(this, *pages, std::max(0, pages->Find(page)), texts);
   });
   ShowDocument(index);
@@ -143,7 +154,7 @@ void MainWindow::ShowMenu() {
     const int id = bar.FindMenuItem(wxString(command.menu), wxString(command.label).BeforeFirst('\t'));
     if (id != wxNOT_FOUND) menu.Append(id, command.label);
   }
-  PopupMenu(&menu);
+  actions_->PopUp(menu);
 }
 
 }  // namespace qx::desktop

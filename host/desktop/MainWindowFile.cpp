@@ -20,8 +20,15 @@ constexpr const char* kFilter = "Build projects (*.xml)|*.xml|All files|*.*";
 
 void MainWindow::New() {
   if (!SettleUnsaved()) return;
-  Guarded("No new build project", [this] { document_.New(); });
+  if (Guarded("No new build project", [this] { document_.New(); })) ForgetBuild();
   ShowDocument(-1);
+}
+
+// Log, states and progress are those of the project that was open.
+void MainWindow::ForgetBuild() {
+  build_.ForgetStates();
+  logPanel_->Clear();
+  SetStatusText(wxString(), 1);
 }
 
 void MainWindow::Open() {
@@ -32,6 +39,7 @@ void MainWindow::Open() {
 void MainWindow::OpenFile(const std::string& file) {
   if (!SettleUnsaved()) return;
   const bool opened = Guarded("The build project was not opened", [&] { document_.Open(file); });
+  if (opened) ForgetBuild();
   ShowDocument(document_.ActionCount() > 0 ? 0 : -1);
   if (!opened) return;
   settings_.AddRecentFile(document_.File());
@@ -94,7 +102,8 @@ bool MainWindow::Save() {
 
 // The file as somebody else has left it, in the place of what is edited here.
 void MainWindow::OpenTheirs() {
-  Guarded("The build project was not opened", [this] { document_.Open(document_.File()); });
+  if (!Guarded("The build project was not opened", [this] { document_.Open(document_.File()); })) return;
+  ForgetBuild();
   ShowDocument(document_.ActionCount() > 0 ? 0 : -1);
 }
 

@@ -470,6 +470,276 @@ def test_a_log_that_cannot_be_kept(place):
         desktop.kill()
 
 
+def tiny_project(place, file, *actions):
+    """Makes a build project of the tests' actions, each of them a list of settings; the desktop that shows it."""
+    place.host(*place.tiny(), "new", file)
+    for settings in actions:
+        place.host(*place.tiny(), "add", file, "Tiny Task", *settings)
+    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", file)))
+    wait_for("the actions", lambda: len(desktop.texts("actions")) == len(actions))
+    return desktop
+
+
+
+def wait_for_count(desktop, lines):
+    wait_for(f"the count {lines}",
+             lambda: re.sub("[^0-9]", "", (desktop.say("logCounts") or "").split(" ")[0]) == str(lines), patience=60)
+
+
+
+def selected_in_log(desktop):
+    """The text of the selected line, by way of the clipboard."""
+    desktop.click("logCopy")
+    desktop.focus("logFind")
+    desktop.key("ctrl+a", "ctrl+v")
+    time.sleep(0.3)
+    return desktop.say("logFind").strip()
+
+
+
+def test_reading_while_lines_go(place):
+    """What a person reads stays in its place while the oldest lines make room for new ones."""
+    desktop = tiny_project(place, "reading.xml", ["Deed=tdFlood", "Seconds=25"], ["Deed=tdSleep", "Seconds=6"],
+                           ["Deed=tdFlood", "Seconds=5"])
+    try:
+        desktop.key("F5")
+        wait_for_state(desktop, "Running", row=1)
+        wait_for("the end of the first flood", lambda: "File.cs(25000,4)" in "\n".join(desktop.texts("log")))
+        desktop.focus_row("log", 2)
+        desktop.key(*["Prior"] * 12)
+        time.sleep(0.3)
+        before = desktop.texts("log")
+        expect("the flood's last line is in sight", any("(25000,4)" in text for text in before), False)
+        desktop.click_at(desktop.rows("log")[2], narrow=True)
+        wait_for_state(desktop, "Succeeded", row=2)
+        wait_for_count(desktop, 30006)
+        expect("what is in sight", desktop.texts("log"), before)
+        expect("the selected line", selected_in_log(desktop), before[2])
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+
+
+
+def test_filtering_the_log(place):
+    """Hidden lines are counted; a line that stays when the filter changes stays selected; a search goes around."""
+    desktop = tiny_project(place, "filtered.xml", ["Deed=tdFlood", "Seconds=2"])
+    try:
+        desktop.focus("logFilter")
+        desktop.type("(1500,")
+        desktop.key("F5")
+        wait_for_state(desktop, "Succeeded")
+        wait_for_count(desktop, 2002)
+        line = "Source/Folder/File.cs(1500,4): one more line of the flood"
+        expect("what passes", [text.strip() for text in desktop.texts("log")], [line])
+        desktop.focus_row("log", 0)
+        expect("what a screen reader calls it", desktop.ask("called"), "Log of the build")
+        desktop.replace("logFilter", "500,")
+        wait_for("the other lines", lambda: len(desktop.texts("log")) == 2)
+        expect("the selected line", selected_in_log(desktop), line)
+        desktop.focus("logFilter")
+        desktop.key("ctrl+a", "Delete")
+        wait_for("all lines", lambda: len(desktop.texts("log")) > 2)
+        expect("the selected line among all", selected_in_log(desktop), line)
+        desktop.replace("logFind", "0,4)")
+        desktop.focus_row("log", 0)
+        desktop.key("ctrl+End", "F3")
+        expect("the first match", selected_in_log(desktop),
+               "Source/Folder/File.cs(10,4): one more line of the flood")
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+
+
+
+def states(desktop):
+    return [text.split("|")[-1] for text in desktop.texts("actions")]
+
+
+
+def test_states_go_with_their_actions(place):
+    """What a run made of an action is told where the action is now, and of no other one."""
+    for name, deeds in (("mixed.xml", ("tdSucceed", "tdFail")), ("other.xml", ("tdSucceed", "tdSucceed"))):
+        place.host(*place.tiny(), "new", name)
+        for deed in deeds:
+            place.host(*place.tiny(), "add", name, "Tiny Task", "Deed=" + deed)
+    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "mixed.xml")))
+    try:
+        wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
+        desktop.key("ctrl+F5")
+        desktop.window("dryRun")
+        expect("the states after a dry run", states(desktop), ["", ""])
+        desktop.key("Escape")
+        desktop.gone("dryRun")
+        desktop.key("F5")
+        wait_for("the states", lambda: states(desktop) == ["Succeeded", "Failed"])
+        wait_for("the end", lambda: "failed" in desktop.say("status"))
+        desktop.focus_row("actions", 1)
+        desktop.key("ctrl+shift+Up")
+        wait_for("the move", lambda: states(desktop) == ["Failed", "Succeeded"])
+        desktop.key("ctrl+d")
+        wait_for("the copy", lambda: states(desktop) == ["Failed", "", "Succeeded"])
+        desktop.focus_row("actions", 0)
+        desktop.key("Delete")
+        wait_for("the deletion", lambda: states(desktop) == ["", "Succeeded"])
+        desktop.key("ctrl+z")
+        wait_for("three actions", lambda: states(desktop) == ["", "", ""])
+        desktop.key("F5")
+        wait_for("the states", lambda: states(desktop)[0] == "Failed")
+        wait_for("the end", lambda: "failed" in desktop.say("status"))
+        desktop.key("ctrl+o")
+        answer_file_dialog(desktop, place, "Open a build project", place.path("work", "other.xml"))
+        wait_for("the other project", lambda: desktop.ask("windows")[0]["title"] == "other.xml - qxhost")
+        expect("its states", states(desktop), ["", ""])
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+
+
+
+def drag(start, end):
+    """From the middle of one row to a point, at a person's pace."""
+    x, y = start["x"] + 30, start["y"] + start["height"] // 2
+    hands("mousemove", "--sync", x, y)
+    hands("mousedown", 1)
+    for step in range(1, 13):
+        hands("mousemove", x + (end[0] - x) * step // 12, y + (end[1] - y) * step // 12)
+        time.sleep(0.04)
+    time.sleep(0.3)  # until the list has seen where the mouse rests
+    hands("mouseup", 1)
+
+
+
+def middle(row):
+    return row["x"] + 40, row["y"] + row["height"] // 2
+
+
+
+def test_dragging(place):
+    """Dropped on a row an action comes before it, from the catalogue and from above and below; on its
+    lower edge it comes behind it, under the last one last."""
+    place.host(*place.tiny(), "new", "drag.xml")
+    for letter in "abcd":
+        place.host(*place.tiny(), "add", "drag.xml", "Tiny Task", "Text=" + letter)
+    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "drag.xml")))
+
+    def order():
+        desktop.key("ctrl+s")
+        wait_for("the saved state", lambda: not desktop.ask("windows")[0]["title"].startswith("*"))
+        actions = read(place.path("work", "drag.xml")).decode().split("<Action ")[1:]
+        return "".join((re.findall('name="Text">(.)<', action) or ["+"])[0] for action in actions)
+
+    def drop(start, end, wanted):
+        before = order()
+        drag(start, end)
+        wait_for("the drop", lambda: desktop.ask("windows")[0]["title"].startswith("*"))
+        expect(f"the order after {before}", order(), wanted)
+
+    def rows():
+        return desktop.rows("actions")
+
+    try:
+        wait_for("the actions", lambda: len(desktop.texts("actions")) == 4)
+        desktop.widget("actions")
+        drop(rows()[3], middle(rows()[1]), "adbc")
+        drop(rows()[0], middle(rows()[3]), "dbac")
+        last = rows()[3]
+        drop(rows()[1], (last["x"] + 40, last["y"] + 3 * last["height"]), "dacb")
+        new = next(row for row in desktop.rows("catalogue") if row["text"].startswith("Tiny Task"))
+        drop(new, middle(rows()[2]), "da+cb")
+        below = rows()[1]
+        drop(rows()[4], (below["x"] + 40, below["y"] + below["height"] - 3), "dab+c")  # its lower edge: behind it
+        expect("the exit code", desktop.close(), 0)
+    finally:
+        desktop.kill()
+
+
+
+def test_menu_by_key(place):
+    """The menu of an action by both of its keys; its commands work from there."""
+    desktop = place.desktop()
+    try:
+        add_action(desktop, ACTION)
+        for count, key in ((2, "Menu"), (3, "shift+F10")):
+            desktop.focus_row("actions")
+            desktop.key(key)
+            time.sleep(0.3)  # the menu is the toolkit's own window
+            desktop.key("d")  # duplicate
+            wait_for(f"{count} actions", lambda: len(desktop.texts("actions")) == count)
+        desktop.key("ctrl+q")
+        wait_for("the question", lambda: hands_see("Unsaved changes"))
+        desktop.key("alt+d")
+        expect("the exit code", desktop.process.wait(timeout=30), 0)
+    finally:
+        desktop.kill()
+
+
+
+def test_keys_in_the_pages(place):
+    """F1 and Help show the help over the pages, which go on; Apply leaves the keyboard in the dialog."""
+    desktop = place.desktop()
+    try:
+        add_action(desktop, ACTION)
+        open_pages(desktop)
+        desktop.key("F1")
+        desktop.window("help")
+        expect("the focus in the help", desktop.where("help")["focus"], True)
+        desktop.key("Escape")
+        desktop.gone("help")
+        press(desktop, "Help")
+        desktop.window("help")
+        press(desktop, "Close")
+        desktop.gone("help")
+        desktop.replace("txtSolution", "Other.sln")
+        wait_for("Apply", lambda: desktop.where("=Apply")["enabled"])
+        press(desktop, "Apply")
+        wait_for("the end of Apply", lambda: not desktop.where("=Apply")["enabled"])
+        wait_for("the focus in the dialog", lambda: desktop.where("pages")["focus"])
+        desktop.key("Escape")
+        desktop.gone("pages")
+        wait_for("the title", lambda: desktop.ask("windows")[0]["title"].startswith("*"))
+    finally:
+        desktop.kill()
+
+
+
+def test_standing_where_it_stood(place):
+    """The window's place and size are the same at the next start, and at the one after it."""
+    seen = []
+    for start in range(3):
+        desktop = place.desktop()
+        try:
+            if start == 0:
+                found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "Untitled - qxhost"],
+                                       capture_output=True, text=True, check=True).stdout.split()
+                hands("windowsize", found[0], 900, 700)
+                hands("windowmove", found[0], 60, 90)
+                wait_for("the move", lambda: desktop.where("mainWindow")["width"] < 950)
+            time.sleep(1)  # until window manager and window agree
+            seen.append({key: desktop.where("mainWindow")[key] for key in ("x", "y", "width", "height")})
+            expect("the exit code", desktop.close(), 0)
+        finally:
+            desktop.kill()
+    expect("the place of the second start", seen[1], seen[0])
+    expect("the place of the third start", seen[2], seen[0])
+    expect("that it is not the corner", seen[0]["x"] > 30 and seen[0]["y"] > 30, True)
+
+
+
+def test_not_starting(place):
+    """A package that cannot be loaded is told in a dialog, and the exit code is the one of bad arguments."""
+    process = subprocess.Popen([*place.program("qxhost-desktop"), "--options", place.seen(place.path("options.xml")),
+                                "--package", "missing"], cwd=place.path("work"))
+    try:
+        wait_for("the message", lambda: hands_see("qxhost cannot start"))
+        time.sleep(0.3)
+        hands("key", "Return")
+        expect("the exit code", process.wait(timeout=30), 2)
+    finally:
+        process.kill()
+
+
+
 TESTS = {name[5:]: function for name, function in list(globals().items()) if name.startswith("test_")}
 
 
