@@ -70,7 +70,7 @@ class LogList final : public LineList {
   }
   // Shows the rows that there are now. What was read, focused or selected stays so until it is gone; whoever
   // was at the end is there again when the change follows it.
-  void Show(const Place& place, bool follows) {
+  void ShowRows(const Place& place, bool follows) {
     const auto count = static_cast<long>(log_.RowCount());
     if (count == 0) DeselectAll();
     SetLineCount(log_.RowCount());
@@ -124,7 +124,7 @@ class LogList final : public LineList {
   void SetOpen(long line, bool open) {
     const Place place = Held();
     log_.SetOpen(static_cast<std::size_t>(line), open);
-    Show(place, false);
+    ShowRows(place, false);
   }
   bool TakeKey(const wxKeyEvent& event) {
     if (event.ControlDown() && event.GetKeyCode() == 'C') {
@@ -241,7 +241,7 @@ void LogPanel::ShowCounts() {
 
 void LogPanel::Update() {
   const LogList::Place place = list_->Held();
-  if (log_.Update()) list_->Show(place, true);
+  if (log_.Update()) list_->ShowRows(place, true);
   ShowCounts();  // lines that the filter hides are counted too
 }
 
@@ -255,7 +255,7 @@ void LogPanel::Clear() {
 void LogPanel::Filter() {
   const LogList::Place place = list_->Held();
   log_.SetFilter(FromWx(filter_->GetValue()), kLeast.at(static_cast<std::size_t>(least_->GetSelection())));
-  list_->Show(place, place.selected.empty());
+  list_->ShowRows(place, place.selected.empty());
   if (list_->GetSelectedItemCount() > 0) list_->EnsureVisible(list_->GetFirstSelected());
   ShowCounts();
 }

@@ -23,7 +23,7 @@ class LogPanel final : public wxPanel {
   LogPanel(wxWindow* parent, LogStore& log);
 
   // Shows what has come since the last time.
-  void Update();
+  void Update() override;
   void Clear();
   void SetFocus() override;
   void StartFind();
