@@ -10,7 +10,7 @@
 #include "platform/DateText.h"
 
 // The system's library never frees what it makes of LOCPATH.
-extern "C" const char* __lsan_default_suppressions() { return "leak:__argz_add_sep\n"; }
+extern "C" const char* __lsan_default_suppressions() { return "leak:argz_add_sep\n"; }
 
 namespace qx {
 namespace {
