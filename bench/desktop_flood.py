@@ -10,7 +10,7 @@ import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "desktop"))
 from person import wait_for  # noqa: E402
-from session import Place  # noqa: E402
+from place import Place  # noqa: E402
 
 
 def memory(process, key):

@@ -14,7 +14,7 @@ import sys
 import time
 
 from person import wait_for
-from session import Place, go_to_page, open_pages, wait_for_state
+from place import Place, go_to_page, open_pages, wait_for_state
 
 # Hands the build over to the machine's engine and then lingers, so that there is time to look.
 SLOW_ENGINE = """#!/bin/sh

@@ -1,0 +1,111 @@
+"""Where a session takes place: a folder of its own with the programs to run in it, and what sessions do again and again."""
+
+import os
+import shutil
+import subprocess
+import time
+
+from person import Desktop, Fault, hands, wait_for
+
+ACTION = "Build VS.Net Solution"
+
+
+class Place:
+    """A folder of its own for one session, with the programs to run in it."""
+
+    def __init__(self, programs, examples, scratch, emulator):
+        self.programs, self.emulator = programs, emulator
+        self.ending = ".exe" if emulator else ""
+        self.folder = scratch
+        shutil.rmtree(scratch, ignore_errors=True)
+        os.makedirs(scratch)
+        shutil.copytree(examples, self.path("work"))
+
+    def path(self, *names):
+        return os.path.join(self.folder, *names)
+
+    def seen(self, path):
+        """The path as the program sees it."""
+        return ("Z:" + path).replace("/", "\\") if self.emulator else path
+
+    def program(self, name):
+        return [*self.emulator, os.path.join(self.programs, name + self.ending)]
+
+    def host(self, *words, options="expected.xml", code=0):
+        """Runs the command line in the folder "work"."""
+        done = subprocess.run([*self.program("qxhost"), "--options", self.seen(self.path(options)), *words],
+                              cwd=self.path("work"), capture_output=True, text=True, stdin=subprocess.DEVNULL)
+        if done.returncode != code:
+            raise Fault(f"qxhost {words} gave {done.returncode}: {done.stderr}{done.stdout}")
+        return done.stdout
+
+    def desktop(self, *arguments, options="options.xml"):
+        return Desktop(self.program("qxhost-desktop"),
+                       ["--options", self.seen(self.path(options)), *arguments], folder=self.path("work"),
+                       environment={"XDG_CONFIG_HOME": self.path("config"),
+                                    "APPDATA": self.seen(self.path("config"))})
+
+    def tiny(self):
+        """The package of the tests, whose action does what a test wants."""
+        return ["--package", self.seen(os.path.join(self.programs, "testpackages", "tiny" + (".dll" if self.emulator else ".so")))]
+
+
+def expect(what, found, wanted):
+    if found != wanted:
+        raise Fault(f"{what}: found {found!r}, wanted {wanted!r}")
+
+
+def read(path):
+    with open(path, "rb") as file:
+        return file.read()
+
+
+def expect_same_file(found, wanted):
+    if read(found) != read(wanted):
+        raise Fault(f"{found}:\n{read(found).decode()}\n{wanted}:\n{read(wanted).decode()}")
+
+
+def answer_file_dialog(desktop, place, title, path):
+    """Types a path into the system's file dialog, which cannot be asked, only seen."""
+    wait_for(f"the dialog {title}", lambda: hands_see(title))
+    time.sleep(0.5)  # until it takes keys
+    hands("key", "--delay", 25, *(["Home", "shift+End"] if place.emulator else ["ctrl+a"]))
+    desktop.type(place.seen(path))
+    time.sleep(0.3)
+    desktop.key("Return")
+    wait_for(f"the end of the dialog {title}", lambda: not hands_see(title))
+
+
+def open_pages(desktop):
+    desktop.focus_row("actions")
+    desktop.key("alt+Return")
+    desktop.window("pages")
+
+
+def go_to_page(desktop, name):
+    desktop.focus("Pages")
+    desktop.key("Home")
+    for _ in range(desktop.texts("Pages").index(name)):
+        desktop.key("Down")
+    wait_for(f"the page {name}", lambda: desktop.where(name))
+
+
+def hands_see(title):
+    """Whether a window of that title, the system's own ones too, is on the screen."""
+    return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^" + title],
+                          capture_output=True).returncode == 0
+
+
+def wait_for_state(desktop, state, row=0, patience=60):
+    wait_for(f"the state {state}", lambda: desktop.texts("actions")[row].endswith("|" + state), patience)
+
+
+def expect_log(desktop, *lines):
+    log = "\n".join(desktop.texts("log"))
+    for line in lines:
+        if line not in log:
+            raise Fault(f"the log lacks {line!r}:\n{log}")
+
+
+def states(desktop):
+    return [text.split("|")[-1] for text in desktop.texts("actions")]
