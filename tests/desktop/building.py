@@ -17,6 +17,7 @@ def test_running_the_example(place):
     desktop = place.desktop("Hello.build.xml")
     try:
         wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.focus_row("actions")  # the window has the keyboard for certain then
         desktop.key("F5")
         wait_for_state(desktop, "Succeeded", patience=120)
         expect_log(desktop, "Build VS.Net Solution: succeeded")
@@ -38,6 +39,7 @@ def test_stopping_a_run(place):
     desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "slow.xml")))
     try:
         wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.focus_row("actions")  # the window has the keyboard for certain then
         desktop.key("F5")
         wait_for_state(desktop, "Running")
         desktop.key("shift+F5")
@@ -65,6 +67,7 @@ def test_rehearsing(place):
     desktop = place.desktop("Hello.build.xml")
     try:
         wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.focus_row("actions")  # the window has the keyboard for certain then
         desktop.key("ctrl+F5")
         desktop.window("dryRun")
         lines = wait_for("the difference", lambda: desktop.texts("diff"))
