@@ -2,8 +2,6 @@
 
 #include <wx/button.h>
 #include <wx/dialog.h>
-#include <wx/filedlg.h>
-#include <wx/msgdlg.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 
@@ -12,6 +10,7 @@
 #include "host/desktop/Counted.h"
 #include "host/desktop/DiffLines.h"
 #include "host/desktop/LineList.h"
+#include "host/desktop/SaveDialog.h"
 #include "host/desktop/WxText.h"
 #include "platform/Files.h"
 
@@ -43,12 +42,6 @@ class DiffList final : public LineList {
     SetLineCount(lines_.size());
     Focus(0);
     EnsureVisible(0);
-    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
-      if (event.ControlDown() && event.GetKeyCode() == 'C')
-        CopySelected();
-      else
-        event.Skip();
-    });
   }
 
  private:
@@ -69,15 +62,9 @@ wxString Summary(const std::vector<DiffLine>& lines) {
 }
 
 void SaveReport(wxWindow* parent, const std::string& report) {
-  wxFileDialog dialog(parent, "Save what a run would do", "", "dry-run.patch",
-                      "Patches (*.patch;*.diff)|*.patch;*.diff|All files|*.*",
-                      wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
-  if (dialog.ShowModal() != wxID_OK) return;
-  try {
-    ReplaceFile(FromWx(dialog.GetPath()), report);
-  } catch (const std::exception& fault) {
-    wxMessageBox(ToWx(fault.what()), "It was not saved", wxOK | wxICON_ERROR, parent);
-  }
+  SaveUnderAName({parent, "Save what a run would do", "dry-run.patch",
+                  "Patches (*.patch;*.diff)|*.patch;*.diff|All files|*.*", "It was not saved"},
+                 [&](const std::string& file) { ReplaceFile(file, report); });
 }
 
 }  // namespace

@@ -57,6 +57,12 @@ LineList::LineList(wxWindow* parent, const wxString& name, const wxString& acces
     event.Skip();
     FitColumn();
   });
+  Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+    if (event.ControlDown() && event.GetKeyCode() == 'C')
+      CopySelected();
+    else
+      event.Skip();
+  });
 }
 
 // As wide as the list, so that colours reach its edge, or as the widest line.

@@ -2,8 +2,6 @@
 
 #include <wx/button.h>
 #include <wx/choice.h>
-#include <wx/filedlg.h>
-#include <wx/msgdlg.h>
 #include <wx/sizer.h>
 #include <wx/srchctrl.h>
 #include <wx/stattext.h>
@@ -17,6 +15,7 @@
 #include "host/desktop/Caption.h"
 #include "host/desktop/Counted.h"
 #include "host/desktop/LineList.h"
+#include "host/desktop/SaveDialog.h"
 #include "host/desktop/WxText.h"
 
 namespace qx::desktop {
@@ -127,10 +126,6 @@ class LogList final : public LineList {
     ShowRows(place, false);
   }
   bool TakeKey(const wxKeyEvent& event) {
-    if (event.ControlDown() && event.GetKeyCode() == 'C') {
-      CopySelected();
-      return true;
-    }
     const long line = Focused();
     const bool opens = event.GetKeyCode() == WXK_RIGHT;
     if (line < 0 || event.HasModifiers() || (!opens && event.GetKeyCode() != WXK_LEFT)) return false;
@@ -280,14 +275,9 @@ void LogPanel::FindNext(bool forwards) {
 void LogPanel::Copy() const { list_->CopySelected(); }
 
 void LogPanel::Save() {
-  wxFileDialog dialog(this, "Save the log", "", "build.log", "Logs (*.log;*.txt)|*.log;*.txt|All files|*.*",
-                      wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
-  if (dialog.ShowModal() != wxID_OK) return;
-  try {
-    log_.SaveTo(FromWx(dialog.GetPath()));
-  } catch (const std::exception& fault) {
-    wxMessageBox(ToWx(fault.what()), "The log was not saved", wxOK | wxICON_ERROR, this);
-  }
+  SaveUnderAName({this, "Save the log", "build.log", "Logs (*.log;*.txt)|*.log;*.txt|All files|*.*",
+                  "The log was not saved"},
+                 [this](const std::string& file) { log_.SaveTo(file); });
 }
 
 }  // namespace qx::desktop

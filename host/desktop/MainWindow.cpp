@@ -1,7 +1,6 @@
 #include "host/desktop/MainWindow.h"
 
 #include <wx/accel.h>
-#include <wx/artprov.h>
 #include <wx/display.h>
 #include <wx/menu.h>
 #include <wx/msgdlg.h>
@@ -26,7 +25,6 @@
 namespace qx::desktop {
 namespace {
 
-constexpr const char* kName = "MainWindow";
 constexpr int kSettlingMilliseconds = 600;
 
 std::vector<std::string> FoldersOf(Host& host) {
@@ -110,11 +108,11 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
   const int widths[] = {-2, -1};
   SetStatusWidths(2, widths);
   const wxSize screen = wxDisplay(this).GetClientArea().GetSize();
-  SetSize(std::min(Scaled(1180), screen.x), std::min(Scaled(780), screen.y));
+  SetSize(std::min(Scaled(1240), screen.x), std::min(Scaled(780), screen.y));
   Centre();
   MakeParts();
   BindParts();
-  settings_.Restore(kName, *this);
+  settings_.Restore(kPlaceName, *this);
   Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
     event.Skip();
     if (!isSettled_) CallAfter([this] { PlaceParts(); });
@@ -164,10 +162,8 @@ void MainWindow::MakeMenus() {
 
 void MainWindow::UpdateCommand(wxUpdateUIEvent& event, const Command& command) {
   event.Enable((this->*command.enabled)());
-  const std::string name = command.run == &MainWindow::Undo   ? document_.UndoName()
-                           : command.run == &MainWindow::Redo ? document_.RedoName()
-                                                              : std::string();
   if (command.run != &MainWindow::Undo && command.run != &MainWindow::Redo) return;
+  const std::string name = command.run == &MainWindow::Undo ? document_.UndoName() : document_.RedoName();
   wxString label(command.label);
   if (!name.empty()) label = label.BeforeFirst('\t') + " " + ToWx(name) + "\t" + label.AfterFirst('\t');
   if (wxMenuItem* item = GetMenuBar()->FindItem(event.GetId());
@@ -204,9 +200,9 @@ void MainWindow::MakeParts() {
 // Where the parts meet, from outside to inside. The system gives a new window its size in several steps, each
 // of which would move what was placed: so they are placed after each, until it has settled.
 void MainWindow::PlaceParts() {
-  const std::array<int, 4> defaults{Scaled(410), Scaled(440), Scaled(200), Scaled(400)};
+  const std::array<int, 4> defaults{Scaled(410), Scaled(440), Scaled(200), Scaled(460)};
   for (std::size_t i = 0; i < splitters_.size(); ++i) {
-    const long place = settings_.Number(wxString::Format("/Sashes/%zu", i), defaults.at(i));
+    const long place = settings_.Number(SashName(i), defaults.at(i));
     splitters_[i]->SetSashPosition(static_cast<int>(place));
     splitters_[i]->UpdateSize();
   }
@@ -249,9 +245,7 @@ void MainWindow::BindParts() {
   properties_->OnLeave = [this](bool forwards) { GoToPart(forwards ? 1 : -1); };
   properties_->OnEdited = [this] { ShowDocument(actions_->Selected()); };
   properties_->OnOpenPages = [this](const PublishedProperty& property) {
-    if (!CanOpenPages()) return;
-    const auto page = EditorPage(TheCatalogue(), *SelectedAction()->GetActionClass(), property.name);
-    OpenPagesAt(page.value_or(""));
+    if (CanOpenPages()) OpenPagesFor(&property);
   };
 }
 

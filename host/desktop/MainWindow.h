@@ -37,6 +37,7 @@ class MainWindow final : public wxFrame {
   void OpenFile(const std::string& file);
 
  private:
+  static constexpr const char* kPlaceName = "MainWindow";  // under which its place is remembered
   // One row a command: menus, tool bar, accelerators and what is greyed come from the table.
   struct Command {
     const char* menu;   // the title of its menu
@@ -51,6 +52,7 @@ class MainWindow final : public wxFrame {
   // MainWindow.cpp: what it is made of, and what is shown.
   void MakeMenus();
   void MakeParts();
+  static wxString SashName(std::size_t splitter) { return wxString::Format("/Sashes/%zu", splitter); }
   void PlaceParts();
   void Settle();
   void BindParts();
@@ -94,7 +96,7 @@ class MainWindow final : public wxFrame {
   void MoveUp();
   void MoveDown();
   void OpenPages();
-  void OpenPagesAt(const std::string& page);
+  void OpenPagesFor(const PublishedProperty* property);
   void EditVariables();
   void ShowOptions();
   void ShowMenu();

@@ -100,16 +100,18 @@ void MainWindow::Delete() {
   ShowDocument(std::min(index, document_.ActionCount() - 1));
 }
 
-void MainWindow::OpenPages() { OpenPagesAt(""); }
+void MainWindow::OpenPages() { OpenPagesFor(nullptr); }
 
-// The page of that name in front; an empty name is the first one.
-void MainWindow::OpenPagesAt(const std::string& page) {
+// In front is the page of the property's editor, or the first one.
+void MainWindow::OpenPagesFor(const PublishedProperty* property) {
   if (!properties_->Commit()) return;
   const int index = actions_->Selected();
   const std::string type = document_.ActionType(index);
   Guarded("The pages were not opened", [&] {
-    const std::unique_ptr<PageDialog> pages =
-        PageDialog::ForAction(TheCatalogue().NeedAction(type), *document_.Action(index));
+    TQXAction& action = *document_.Action(index);
+    const std::unique_ptr<PageDialog> pages = PageDialog::ForAction(TheCatalogue().NeedAction(type), action);
+    const int page =
+        property == nullptr ? 0 : PageOfProperty(TheCatalogue(), *pages, action, std::string(property->name));
     PagesDialogTexts texts;
     texts.title = ToWx(type);
     texts.written = [&] {
@@ -119,7 +121,7 @@ void MainWindow::OpenPagesAt(const std::string& page) {
     texts.help = [&](wxWindow* dialog, int) {
       ShowHelpDialog(dialog, folders_, document_.Action(index)->GetQuickHelpFilename());
     };
-    ShowPagesDialog(this, *pages, std::max(0, pages->Find(page)), texts);
+    ShowPagesDialog(this, *pages, page, texts);
   });
   ShowDocument(index);
 }

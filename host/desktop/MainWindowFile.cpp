@@ -162,9 +162,9 @@ void MainWindow::OnCloseWindow(wxCloseEvent& event) {
     closing_ = false;
     return event.Veto();
   }
-  settings_.Keep("MainWindow", *this);
+  settings_.Keep(kPlaceName, *this);
   for (std::size_t i = 0; i < splitters_.size(); ++i)
-    settings_.SetNumber(wxString::Format("/Sashes/%zu", i), splitters_[i]->GetSashPosition());
+    settings_.SetNumber(SashName(i), splitters_[i]->GetSashPosition());
   settings_.Save();
   Destroy();
 }
