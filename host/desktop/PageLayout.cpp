@@ -177,34 +177,50 @@ class Arranger {
 
   int Indent(const PageRow& row) const { return row.indented ? measures_.indent : 0; }
 
-  // A control in a row of its place: a group is its frame with what stands in it.
-  void Put(wxSizer& row, const TControl& control, const wxSizerFlags& flags) const {
+  // Gives `add` what stands for a control: the widget, or a group's frame with what stands in it.
+  template <class Add>
+  void Put(const TControl& control, Add add) const {
     wxWindow* widget = widgetOf_(control);
     if (auto* box = dynamic_cast<wxStaticBox*>(widget)) {
       auto* frame = new wxStaticBoxSizer(box, wxVERTICAL);
       wxSizer* content = Arranger(*widget, widgetOf_).Stack(control);
       frame->Add(content, wxSizerFlags(1).Expand().Border(wxALL, measures_.margin));
-      row.Add(frame, flags);
+      add(frame);
       return;
     }
     if (!control.Children().empty()) widget->SetSizer(Arranger(*widget, widgetOf_).Stack(control));
-    row.Add(widget, flags);
+    add(widget);
   }
 
-  // With the space above it and to its left.
-  wxSizer* Padded(const TControl& control, int top, int left, bool fills) const {
+  struct Cell {
+    int y;
+    int x;
+    int span;  // columns
+    int top;   // the space above what stands there
+    int left;
+    bool fills;
+  };
+
+  // Without a sizer around it where one border is enough: each level of sizers doubles what laying out asks
+  // of the widgets.
+  void PutInto(wxGridBagSizer& grid, const TControl& control, const Cell& cell) const {
+    const int flags = cell.fills ? static_cast<int>(wxEXPAND) : static_cast<int>(wxALIGN_CENTER_VERTICAL);
+    const auto add = [&](auto* what, int side, int space) {
+      grid.Add(what, wxGBPosition(cell.y, cell.x), wxGBSpan(1, cell.span), flags | side, space);
+    };
+    if (cell.left == 0) return Put(control, [&](auto* what) { add(what, wxTOP, cell.top); });
+    if (cell.top == 0) return Put(control, [&](auto* what) { add(what, wxLEFT, cell.left); });
     auto* row = new wxBoxSizer(wxHORIZONTAL);
-    auto* column = new wxBoxSizer(wxVERTICAL);
-    if (left > 0) row->AddSpacer(left);
-    Put(*row, control, fills ? wxSizerFlags(1).Expand() : wxSizerFlags().CenterVertical());
-    column->AddSpacer(top);
-    column->Add(row, wxSizerFlags(1).Expand());
-    return column;
+    row->AddSpacer(cell.left);
+    Put(control, [&](auto* what) {
+      row->Add(what, cell.fills ? wxSizerFlags(1).Expand() : wxSizerFlags().CenterVertical());
+    });
+    add(row, wxTOP, cell.top);
   }
 
   void AddSingle(wxGridBagSizer& grid, const TControl& control, int y, int columns, int top, int left) {
     const bool fills = IsStretchy(control) || IsTall(control) || !control.Children().empty();
-    grid.Add(Padded(control, top, left, fills), wxGBPosition(y, 0), wxGBSpan(1, columns), wxEXPAND);
+    PutInto(grid, control, {y, 0, columns, top, left, fills});
   }
 
   void AddFlow(wxGridBagSizer& grid, const PageRow& row, int y, int columns, int top) {
@@ -212,7 +228,7 @@ class Arranger {
     if (Indent(row) > 0) flow->AddSpacer(Indent(row));
     for (const TControl* control : row.controls) {
       if (control != row.controls.front()) flow->AddSpacer(measures_.betweenColumns);
-      Put(*flow, *control, wxSizerFlags().CenterVertical());
+      Put(*control, [flow](auto* what) { flow->Add(what, wxSizerFlags().CenterVertical()); });
     }
     auto* column = new wxBoxSizer(wxVERTICAL);
     column->AddSpacer(top);
@@ -228,8 +244,7 @@ class Arranger {
       const bool stretches = IsStretchy(control);
       const int span = x == last && stretches ? columns - x : 1;
       const int left = x > 0 ? measures_.betweenColumns : Indent(row);
-      grid.Add(Padded(control, top, left, stretches), wxGBPosition(y, x), wxGBSpan(1, span),
-               stretches ? static_cast<int>(wxEXPAND) : static_cast<int>(wxALIGN_CENTER_VERTICAL));
+      PutInto(grid, control, {y, x, span, top, left, stretches});
     }
   }
 

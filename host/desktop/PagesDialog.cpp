@@ -76,10 +76,7 @@ void PagesWindow::MakePages() {
     book_->AddPage(view, ToWx(pages_.Name(i)));
   }
   binding_.Show();
-  for (PageView* view : views_) {
-    view->Rearrange();
-    largest.IncTo(view->GetSizer()->CalcMin());
-  }
+  for (const PageView* view : views_) largest.IncTo(view->GetSizer()->CalcMin());
   // What stands at the side of a page that is scrolled must not cover it.
   largest.IncBy(wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this), 0);
   book_->SetInitialSize(largest);
