@@ -9,7 +9,6 @@
 #include <wx/radiobut.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
-#include <wx/stopwatch.h>
 #include <wx/textctrl.h>
 
 #include "host/desktop/Accessible.h"
@@ -20,6 +19,7 @@
 #include "host/desktop/testdata/Toolkit.h"
 #include "host/runtime/PageDriver.h"
 #include "host/runtime/testdata/SampleAction.h"
+#include "tests/support/Screen.h"
 
 namespace qx::desktop {
 namespace {
@@ -82,7 +82,7 @@ constexpr TFrameClass kOddPage{"TOddPage",
 class Views : public testing::Test {
  protected:
   void SetUp() override {
-    if (!HasScreen()) GTEST_SKIP() << kNoScreen;
+    if (!test::HasScreen()) GTEST_SKIP() << test::kNoScreen;
     NeedToolkit();
     loop_ = std::make_unique<wxGUIEventLoop>();
     wxEventLoopBase::SetActive(loop_.get());
@@ -253,22 +253,13 @@ TEST_F(Views, ConfirmACellThatIsStillBeingTyped) {
   EXPECT_EQ(Page().grid.Cell(1, 2), "typed");
 }
 
-TEST_F(Views, ShowAThousandItemsQuickly) {
-  constexpr int kChanges = 50;
-  wxStopWatch watch;
+TEST_F(Views, ShowAThousandItems) {
   Press("btnFill");
-  const long filling = watch.Time();
   auto& list = The<wxCheckListBox>("lstMany");
   ASSERT_EQ(list.GetCount(), 1000u);
+  EXPECT_EQ(list.GetString(999), "Project 999");
   EXPECT_TRUE(list.IsChecked(998));
   EXPECT_FALSE(list.IsChecked(999));
-  watch.Start();
-  for (int i = 0; i < kChanges; ++i) Text().SetValue(wxString::Format("%d", i));
-  const double each = static_cast<double>(watch.Time()) / kChanges;
-  RecordProperty("filling_ms", std::to_string(filling));
-  RecordProperty("key_ms", std::to_string(each));
-  EXPECT_LT(filling, 2000);  // many times what it takes, for machines that are busy
-  EXPECT_LT(each, 50);
 }
 
 TEST_F(Views, KeepTheSelectedRowsThroughATick) {

@@ -12,6 +12,7 @@
 #include "host/desktop/testdata/Toolkit.h"
 #include "platform/Paths.h"
 #include "platform/TestFolder.h"
+#include "tests/support/Screen.h"
 
 namespace qx::desktop {
 namespace {
@@ -48,7 +49,7 @@ class Answers final : public wxModalDialogHook {
 class WxUsers : public testing::Test {
  protected:
   void SetUp() override {
-    if (!HasScreen()) GTEST_SKIP() << kNoScreen;
+    if (!test::HasScreen()) GTEST_SKIP() << test::kNoScreen;
     NeedToolkit();
     answers_ = std::make_unique<Answers>();
     folder_.Write("sub/App.sln", "");

@@ -10,20 +10,22 @@ from place import (
     expect, expect_same_file, answer_file_dialog, hands_see, wait_for_state, expect_log, states)
 
 
+def take_the_keyboard(desktop):
+    """The window that has just been started has it for certain once a row is focused."""
+    wait_for("the action", lambda: desktop.texts("actions"))
+    desktop.focus_row("actions")
+
+
 def test_running_the_example(place):
     """F5 on the example, with a real engine: stamped, built, the raised numbers saved as the command line does."""
     place.host("options", "DevEnv2005Location=" + place.seen(place.path("work")), options="options.xml")
     shutil.copytree(place.path("work"), place.path("twin"))
-    desktop = place.desktop("Hello.build.xml")
-    try:
-        wait_for("the action", lambda: desktop.texts("actions"))
-        desktop.focus_row("actions")  # the window has the keyboard for certain then
+    with place.desktop("Hello.build.xml") as desktop:
+        take_the_keyboard(desktop)
         desktop.key("F5")
         wait_for_state(desktop, "Succeeded", patience=120)
         expect_log(desktop, "Build VS.Net Solution: succeeded")
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
     os.rename(place.path("work"), place.path("seen"))
     os.rename(place.path("twin"), place.path("work"))
     place.host("run", "Hello.build.xml", options="options.xml")
@@ -36,10 +38,8 @@ def test_stopping_a_run(place):
     """Shift+F5 ends an action that would take a minute; closing the window during a run asks, stops and waits."""
     place.host(*place.tiny(), "new", "slow.xml")
     place.host(*place.tiny(), "add", "slow.xml", "Tiny Task", "Deed=tdSleep", "Seconds=60")
-    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "slow.xml")))
-    try:
-        wait_for("the action", lambda: desktop.texts("actions"))
-        desktop.focus_row("actions")  # the window has the keyboard for certain then
+    with place.desktop(*place.tiny(), place.seen(place.path("work", "slow.xml"))) as desktop:
+        take_the_keyboard(desktop)
         desktop.key("F5")
         wait_for_state(desktop, "Running")
         desktop.key("shift+F5")
@@ -56,18 +56,14 @@ def test_stopping_a_run(place):
         wait_for("the question", lambda: hands_see("A build is running"))
         desktop.key("alt+s")  # stop and close
         expect("the exit code", desktop.process.wait(timeout=30), 0)
-    finally:
-        desktop.kill()
 
 
 def test_rehearsing(place):
     """Ctrl+F5 shows the difference and touches nothing."""
     place.host("options", "DevEnv2005Location=" + place.seen(place.path("work")), options="options.xml")
     shutil.copytree(place.path("work"), place.path("before"))
-    desktop = place.desktop("Hello.build.xml")
-    try:
-        wait_for("the action", lambda: desktop.texts("actions"))
-        desktop.focus_row("actions")  # the window has the keyboard for certain then
+    with place.desktop("Hello.build.xml") as desktop:
+        take_the_keyboard(desktop)
         desktop.key("ctrl+F5")
         desktop.window("dryRun")
         lines = wait_for("the difference", lambda: desktop.texts("diff"))
@@ -76,8 +72,6 @@ def test_rehearsing(place):
         desktop.gone("dryRun")
         expect("the title", desktop.ask("windows")[0]["title"], "Hello.build.xml - qxhost")
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
     expect("what has changed",
            subprocess.run(["diff", "-r", place.path("before"), place.path("work")], capture_output=True).stdout, b"")
 
@@ -88,8 +82,7 @@ def test_states_go_with_their_actions(place):
         place.host(*place.tiny(), "new", name)
         for deed in deeds:
             place.host(*place.tiny(), "add", name, "Tiny Task", "Deed=" + deed)
-    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "mixed.xml")))
-    try:
+    with place.desktop(*place.tiny(), place.seen(place.path("work", "mixed.xml"))) as desktop:
         wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
         desktop.key("ctrl+F5")
         desktop.window("dryRun")
@@ -117,8 +110,6 @@ def test_states_go_with_their_actions(place):
         wait_for("the other project", lambda: desktop.ask("windows")[0]["title"] == "other.xml - qxhost")
         expect("its states", states(desktop), ["", ""])
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
 
 
 def test_not_starting(place):

@@ -97,24 +97,27 @@ def middle(row):
     return row["x"] + 40, row["y"] + row["height"] // 2
 
 
+def quit_without_saving(desktop):
+    desktop.key("ctrl+q")
+    wait_for("the question", lambda: hands_see("Unsaved changes"))
+    desktop.key("alt+d")  # do not save
+    expect("the exit code", desktop.process.wait(timeout=30), 0)
+
+
 def test_making_and_saving(place):
     """Everything by mouse and keyboard: the file is the one that the command line writes."""
-    desktop = place.desktop()
-    try:
+    with place.desktop() as desktop:
         add_action(desktop, ACTION)
         set_up(desktop, place)
         save_as(desktop, place, "made.xml")
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
     expected_project(place)
     expect_same_file(place.path("work", "made.xml"), place.path("work", "expected.xml"))
 
 
 def test_undoing_and_redoing(place):
     """Adds, duplicates, moves, deletes; undoes all of it and does it again: the file is the same each time."""
-    desktop = place.desktop()
-    try:
+    with place.desktop() as desktop:
         add_action(desktop, ACTION)
         add_action(desktop, "Run MSTest")
         desktop.focus_row("actions", 1)
@@ -136,32 +139,23 @@ def test_undoing_and_redoing(place):
             wait_for(f"{count} actions again", lambda: len(desktop.texts("actions")) == count)
         wait_for("the saved state", lambda: desktop.ask("windows")[0]["title"] == "three.xml - qxhost")
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
     expect("the file", read(place.path("work", "three.xml")), three)
 
 
 def test_asking_for_unsaved_changes(place):
-    desktop = place.desktop()
-    try:
+    with place.desktop() as desktop:
         add_action(desktop, ACTION)
         desktop.key("ctrl+q")
         wait_for("the question", lambda: hands_see("Unsaved changes"))
         desktop.key("Escape")
         wait_for("the end of the question", lambda: not hands_see("Unsaved changes"))
         expect("the actions", len(desktop.texts("actions")), 1)
-        desktop.key("ctrl+q")
-        wait_for("the question", lambda: hands_see("Unsaved changes"))
-        desktop.key("alt+d")  # do not save
-        expect("the exit code", desktop.process.wait(timeout=30), 0)
-    finally:
-        desktop.kill()
+        quit_without_saving(desktop)
 
 
 def test_changing_options(place):
     """The options dialog saves what "qxhost options" saves."""
-    desktop = place.desktop()
-    try:
+    with place.desktop() as desktop:
         desktop.key("alt+t")
         desktop.key("o")
         desktop.window("pages")
@@ -170,8 +164,6 @@ def test_changing_options(place):
         press(desktop, "OK")
         desktop.gone("pages")
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
     place.host("options", "DevEnv2005Location=/opt/vs8/ide", "DefaultVSVersion=vs2005")
     expect_same_file(place.path("options.xml"), place.path("expected.xml"))
 
@@ -181,9 +173,8 @@ def test_editing_properties(place):
     place.host(*place.tiny(), "new", "tiny.xml")
     for text in ("first", "second"):
         place.host(*place.tiny(), "add", "tiny.xml", "Tiny Task", "Text=" + text)
-    desktop = place.desktop(*place.tiny(), "tiny.xml")
     saved = lambda: read(place.path("work", "tiny.xml")).decode()
-    try:
+    with place.desktop(*place.tiny(), "tiny.xml") as desktop:
         wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
         type_value(desktop, "Text", "another first")
         desktop.click_row("actions", "Tiny Task")  # the same one
@@ -212,16 +203,13 @@ def test_editing_properties(place):
         wait_for("the saved file", lambda: "the first" in saved())
         desktop.click_row("properties", "Text=")
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
     expect("the texts", re.findall(r'name="Text">(.*?)<', saved()), ["the first", "second"])
     expect("the counts", re.findall(r'name="Count">(.*?)<', saved()), ["41", "0"])
 
 
 def test_opening_pages_from_the_grid(place):
     """The button of a property opens the page that its editor names."""
-    desktop = place.desktop("Hello.build.xml")
-    try:
+    with place.desktop("Hello.build.xml") as desktop:
         wait_for("the action", lambda: desktop.texts("actions"))
         desktop.click_row("properties", "AssemblyInfo=")
         time.sleep(0.3)
@@ -232,8 +220,6 @@ def test_opening_pages_from_the_grid(place):
         desktop.key("Escape")
         desktop.gone("pages")
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
 
 
 def test_dragging(place):
@@ -242,7 +228,6 @@ def test_dragging(place):
     place.host(*place.tiny(), "new", "drag.xml")
     for letter in "abcd":
         place.host(*place.tiny(), "add", "drag.xml", "Tiny Task", "Text=" + letter)
-    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "drag.xml")))
 
     def order():
         desktop.key("ctrl+s")
@@ -259,7 +244,7 @@ def test_dragging(place):
     def rows():
         return desktop.rows("actions")
 
-    try:
+    with place.desktop(*place.tiny(), place.seen(place.path("work", "drag.xml"))) as desktop:
         wait_for("the actions", lambda: len(desktop.texts("actions")) == 4)
         desktop.widget("actions")
         drop(rows()[3], middle(rows()[1]), "adbc")
@@ -271,14 +256,11 @@ def test_dragging(place):
         below = rows()[1]
         drop(rows()[4], (below["x"] + 40, below["y"] + below["height"] - 3), "dab+c")  # its lower edge: behind it
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
 
 
 def test_menu_by_key(place):
     """The menu of an action by both of its keys; its commands work from there."""
-    desktop = place.desktop()
-    try:
+    with place.desktop() as desktop:
         add_action(desktop, ACTION)
         for count, key in ((2, "Menu"), (3, "shift+F10")):
             desktop.focus_row("actions")
@@ -286,18 +268,12 @@ def test_menu_by_key(place):
             time.sleep(0.3)  # the menu is the toolkit's own window
             desktop.key("d")  # duplicate
             wait_for(f"{count} actions", lambda: len(desktop.texts("actions")) == count)
-        desktop.key("ctrl+q")
-        wait_for("the question", lambda: hands_see("Unsaved changes"))
-        desktop.key("alt+d")
-        expect("the exit code", desktop.process.wait(timeout=30), 0)
-    finally:
-        desktop.kill()
+        quit_without_saving(desktop)
 
 
 def test_keys_in_the_pages(place):
     """F1 and Help show the help over the pages, which go on; Apply leaves the keyboard in the dialog."""
-    desktop = place.desktop()
-    try:
+    with place.desktop() as desktop:
         add_action(desktop, ACTION)
         open_pages(desktop)
         desktop.key("F1")
@@ -317,5 +293,3 @@ def test_keys_in_the_pages(place):
         desktop.key("Escape")
         desktop.gone("pages")
         wait_for("the title", lambda: desktop.ask("windows")[0]["title"].startswith("*"))
-    finally:
-        desktop.kill()

@@ -43,8 +43,7 @@ def test_a_million_lines(place):
     """All of them are counted and kept in the file, the newest are in the list, and the list can be searched."""
     place.host(*place.tiny(), "new", "flood.xml")
     place.host(*place.tiny(), "add", "flood.xml", "Tiny Task", "Deed=tdFlood", "Seconds=1000")
-    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", "flood.xml")))
-    try:
+    with place.desktop(*place.tiny(), place.seen(place.path("work", "flood.xml"))) as desktop:
         wait_for("the action", lambda: desktop.texts("actions"))
         desktop.key("F5")
         wait_for_state(desktop, "Running")
@@ -63,8 +62,6 @@ def test_a_million_lines(place):
         wait_for("the whole log", lambda: os.path.exists(place.path("work", "flood.log")))
         wait_for("its last line", lambda: read(place.path("work", "flood.log")).count(b"\n") == 1000002)
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
     lines = read(place.path("work", "flood.log")).decode().splitlines()
     expect("the first line", lines[1], "Source/Folder/File.cs(1,4): one more line of the flood")
     expect("the last line but one", lines[1000000], "Source/Folder/File.cs(1000000,4): one more line of the flood")
@@ -73,8 +70,7 @@ def test_a_million_lines(place):
 def test_a_narrow_window_with_large_fonts(place):
     """Every widget of the log's bar is inside the window and beside the others."""
     os.environ["GDK_DPI_SCALE"] = "2"
-    desktop = tiny_project(place, "narrow.xml", ["Deed=tdFlood", "Seconds=25"])
-    try:
+    with tiny_project(place, "narrow.xml", ["Deed=tdFlood", "Seconds=25"]) as desktop:
         desktop.key("F5")
         wait_for_state(desktop, "Succeeded")
         wait_for_count(desktop, 25002)
@@ -91,15 +87,12 @@ def test_a_narrow_window_with_large_fonts(place):
                          at["y"] + at["height"] <= there["y"] or there["y"] + there["height"] <= at["y"])
                 expect(f"{name} and {other} are apart", other == name or apart, True)
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
 
 
 def test_a_log_that_cannot_be_kept(place):
     """The log's file cannot be made: that is told where the lines are counted, and they are shown all the same."""
     os.environ["TMPDIR"] = place.path("none")
-    desktop = tiny_project(place, "lost.xml", ["Deed=tdFlood", "Seconds=1"])
-    try:
+    with tiny_project(place, "lost.xml", ["Deed=tdFlood", "Seconds=1"]) as desktop:
         desktop.key("F5")
         wait_for_state(desktop, "Succeeded")
         expect_log(desktop, "Tiny Task: succeeded")
@@ -107,8 +100,6 @@ def test_a_log_that_cannot_be_kept(place):
         expect(f"'{told}' tells the reason", "Cannot make a temporary folder in " + place.path("none") in told, True)
         wait_for("the count", lambda: "1002 lines" in re.sub("[^0-9a-z ]", "", desktop.say("logCounts")))
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
 
 
 def test_reading_while_lines_go(place):
@@ -136,8 +127,7 @@ def test_reading_while_lines_go(place):
 
 def test_filtering_the_log(place):
     """Hidden lines are counted; a line that stays when the filter changes stays selected; a search goes around."""
-    desktop = tiny_project(place, "filtered.xml", ["Deed=tdFlood", "Seconds=2"])
-    try:
+    with tiny_project(place, "filtered.xml", ["Deed=tdFlood", "Seconds=2"]) as desktop:
         desktop.focus("logFilter")
         desktop.type("(1500,")
         desktop.key("F5")
@@ -160,16 +150,13 @@ def test_filtering_the_log(place):
         expect("the first match", selected_in_log(desktop),
                "Source/Folder/File.cs(10,4): one more line of the flood")
         expect("the exit code", desktop.close(), 0)
-    finally:
-        desktop.kill()
 
 
 def test_standing_where_it_stood(place):
     """The window's place and size are the same at the next start, and at the one after it."""
     seen = []
     for start in range(3):
-        desktop = place.desktop()
-        try:
+        with place.desktop() as desktop:
             if start == 0:
                 found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "Untitled - qxhost"],
                                        capture_output=True, text=True, check=True).stdout.split()
@@ -179,8 +166,6 @@ def test_standing_where_it_stood(place):
             time.sleep(1)  # until window manager and window agree
             seen.append({key: desktop.where("mainWindow")[key] for key in ("x", "y", "width", "height")})
             expect("the exit code", desktop.close(), 0)
-        finally:
-            desktop.kill()
     expect("the place of the second start", seen[1], seen[0])
     expect("the place of the third start", seen[2], seen[0])
     expect("that it is not the corner", seen[0]["x"] > 30 and seen[0]["y"] > 30, True)

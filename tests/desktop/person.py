@@ -162,11 +162,13 @@ class Desktop:
         self.key("ctrl+q")
         return self.process.wait(timeout=PATIENCE)
 
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.kill()
+
     def kill(self):
         if self.process.poll() is None:
             self.process.kill()
             self.process.wait()
-
-
-def screenshot(file):
-    subprocess.run(["import", "-window", "root", file], check=True)

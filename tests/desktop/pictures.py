@@ -58,8 +58,7 @@ def main():
         subprocess.run(["import", "-window", window, "-strip", os.path.join(pictures, f"{name}-{theme}.png")], check=True)
         print(f"{name}-{theme}.png")
 
-    desktop = place.desktop("Hello.build.xml")
-    try:
+    with place.desktop("Hello.build.xml") as desktop:
         wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
         desktop.key("ctrl+F5")
         desktop.window("dryRun")
@@ -75,11 +74,8 @@ def main():
         desktop.key("shift+F5")
         wait_for("the end", lambda: not desktop.texts("actions")[0].endswith("Running"))
         desktop.close()
-    finally:
-        desktop.kill()
 
-    desktop = place.desktop("Shown.build.xml")
-    try:
+    with place.desktop("Shown.build.xml") as desktop:
         wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
         desktop.focus_row("actions", 0)
         open_pages(desktop)
@@ -93,17 +89,12 @@ def main():
         desktop.window("pages")
         take("page-mstest")
         desktop.key("Escape")
-    finally:
-        desktop.kill()
 
-    desktop = place.desktop(options="shown.xml")
-    try:
+    with place.desktop(options="shown.xml") as desktop:
         desktop.key("alt+t")
         desktop.key("o")
         desktop.window("pages")
         take("page-options")
-    finally:
-        desktop.kill()
 
 
 if __name__ == "__main__":

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -12,6 +11,7 @@
 
 #include "platform/TestFolder.h"
 #include "tests/support/RunProgram.h"
+#include "tests/support/Screen.h"
 
 namespace qx {
 
@@ -34,12 +34,8 @@ inline std::vector<Driven> AllDriven() {
 }
 
 // Why these cannot be driven here; empty: they can.
-inline std::string Missing([[maybe_unused]] Driven driven) {
-#ifdef QX_NEEDS_DISPLAY
-  if (driven == Driven::Widgets && std::getenv("DISPLAY") == nullptr)
-    return "there is no screen: start the tests with scripts/screen";
-#endif
-  return "";
+inline std::string Missing(Driven driven) {
+  return driven == Driven::Models || test::HasScreen() ? "" : test::kNoScreen;
 }
 
 class PagesOnDisk {
