@@ -1,7 +1,7 @@
-# What many sources read is read once a build: by the test programs the standard library, GoogleTest and the JSON library
-# (qx_test_pch), by the desktop the standard library and wxWidgets (qx_wx_pch). The rooms gain little, and optimised they are
-# warned of what cannot be: they do without. Every source still includes what it uses; scripts/lint, and for the desktop
-# the release preset, compile without.
+# What many sources read is read once a build: by the rooms the standard library (qx_room_pch), by the test programs GoogleTest
+# and the JSON library besides (qx_test_pch), by the desktop wxWidgets besides (qx_wx_pch). Fully optimised the rooms are
+# warned of what cannot be: they do without. Every source still includes what it uses; scripts/lint and the release preset
+# compile without.
 # Named in angle brackets, so that what is precompiled is the same whatever the tree's folder is.
 set(qx_std_headers <algorithm> <array> <atomic> <cstdint> <cstdio> <cstdlib> <cstring> <fstream> <functional> <iterator>
     <limits> <map> <memory> <mutex> <optional> <set> <span> <sstream> <stdexcept> <string> <string_view> <thread>
@@ -23,6 +23,9 @@ function(qx_precompiled name)
   target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
 endfunction()
 
+if(NOT CMAKE_BUILD_TYPE STREQUAL "Release")
+  qx_precompiled(qx_room_pch HEADERS ${qx_std_headers})
+endif()
 if(QX_TESTS AND TARGET gtest)
   qx_precompiled(qx_test_pch LINKS gtest qx_json OPTIONS ${QX_TEST_OPTIONS}
                  HEADERS ${qx_std_headers} <filesystem> <gtest/gtest.h> <nlohmann/json.hpp>)
@@ -32,9 +35,12 @@ if(TARGET qx_wx)
                  <wx/html/htmlwin.h> <wx/listctrl.h> <wx/propgrid/propgrid.h> <wx/scrolwin.h> <wx/spinctrl.h>)
 endif()
 
-# qx_precompile(target from): the target takes its precompiled headers from that one. Where position matters to the
-# compiler, programs and libraries must agree about it.
+# qx_precompile(target from): the target takes its precompiled headers from that one, where there is such a target. Where
+# position matters to the compiler, programs and libraries must agree about it.
 function(qx_precompile target from)
+  if(NOT TARGET ${from})
+    return()
+  endif()
   target_precompile_headers(${target} REUSE_FROM ${from})
   if(NOT WIN32)
     target_compile_options(${target} PRIVATE -fPIC)
