@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "host/desktop/ActionsPanel.h"
+#include "host/desktop/Counted.h"
 #include "host/desktop/DiffDialog.h"
 #include "host/desktop/HelpPanel.h"
 #include "host/desktop/LogPanel.h"
@@ -83,9 +84,8 @@ void MainWindow::ShowProgress() {
   const wxString action = progress.action > 0
                               ? wxString::Format("Action %d of %d", progress.action, progress.actionCount)
                               : wxString();
-  const std::size_t lines = store_.LineCount();
-  const wxString text = wxString::Format("%s   %s   %zu %s", action, Clock(progress.seconds), lines,
-                                         lines == 1 ? "line" : "lines");
+  const wxString text = wxString::Format("%s   %s   %s", action, Clock(progress.seconds),
+                                         Counted(store_.LineCount(), "line", "lines"));
   if (GetStatusBar()->GetStatusText(1) != text) SetStatusText(text, 1);
 }
 
