@@ -3,11 +3,10 @@
 import os
 import shutil
 import subprocess
-import time
 
-from person import hands, wait_for
+from person import hands, in_front, wait_for
 from place import (
-    expect, expect_same_file, answer_file_dialog, hands_see, wait_for_state, expect_log, states)
+    expect, expect_same_file, answer_file_dialog, wait_for_state, expect_log, states)
 
 
 def take_the_keyboard(desktop):
@@ -48,12 +47,12 @@ def test_stopping_a_run(place):
         desktop.key("F5")
         wait_for_state(desktop, "Running")
         desktop.key("ctrl+q")
-        wait_for("the question", lambda: hands_see("A build is running"))
+        wait_for("the question", lambda: in_front("A build is running"))
         desktop.key("alt+g")  # go on
-        wait_for("the end of the question", lambda: not hands_see("A build is running"))
+        wait_for("the end of the question", lambda: not in_front("A build is running"))
         expect("the state", desktop.texts("actions")[0].split("|")[-1], "Running")
         desktop.key("ctrl+q")
-        wait_for("the question", lambda: hands_see("A build is running"))
+        wait_for("the question", lambda: in_front("A build is running"))
         desktop.key("alt+s")  # stop and close
         expect("the exit code", desktop.process.wait(timeout=30), 0)
 
@@ -117,8 +116,7 @@ def test_not_starting(place):
     process = subprocess.Popen([*place.program("qxhost-desktop"), "--options", place.seen(place.path("options.xml")),
                                 "--package", "missing"], cwd=place.path("work"))
     try:
-        wait_for("the message", lambda: hands_see("qxhost cannot start"))
-        time.sleep(0.3)
+        wait_for("the message", lambda: in_front("qxhost cannot start"))
         hands("key", "Return")
         expect("the exit code", process.wait(timeout=30), 2)
     finally:

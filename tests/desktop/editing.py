@@ -4,9 +4,9 @@ import os
 import re
 import time
 
-from person import hands, wait_for
+from person import hands, in_front, wait_for
 from place import (
-    ACTION, expect, read, expect_same_file, answer_file_dialog, open_pages, go_to_page, hands_see, states)
+    ACTION, expect, read, expect_same_file, answer_file_dialog, open_pages, go_to_page, states)
 
 
 def add_action(desktop, name):
@@ -99,7 +99,7 @@ def middle(row):
 
 def quit_without_saving(desktop):
     desktop.key("ctrl+q")
-    wait_for("the question", lambda: hands_see("Unsaved changes"))
+    wait_for("the question", lambda: in_front("Unsaved changes"))
     desktop.key("alt+d")  # do not save
     expect("the exit code", desktop.process.wait(timeout=30), 0)
 
@@ -146,9 +146,9 @@ def test_asking_for_unsaved_changes(place):
     with place.desktop() as desktop:
         add_action(desktop, ACTION)
         desktop.key("ctrl+q")
-        wait_for("the question", lambda: hands_see("Unsaved changes"))
+        wait_for("the question", lambda: in_front("Unsaved changes"))
         desktop.key("Escape")
-        wait_for("the end of the question", lambda: not hands_see("Unsaved changes"))
+        wait_for("the end of the question", lambda: not in_front("Unsaved changes"))
         expect("the actions", len(desktop.texts("actions")), 1)
         quit_without_saving(desktop)
 
@@ -188,9 +188,9 @@ def test_editing_properties(place):
         # A setter refuses: nothing is run, and the reason is told.
         type_value(desktop, "Count", "-5")
         desktop.key("F5")
-        wait_for("the reason", lambda: len(desktop.windows()) > 1 or hands_see("Property Error"))
+        wait_for("the reason", lambda: in_front("Property Error"))
         desktop.key("Return")
-        wait_for("the end of the message", lambda: len(desktop.windows()) == 1)
+        wait_for("the end of the message", lambda: not in_front("Property Error"))
         desktop.key("Escape")
         expect("the states", [text.split("|")[2] for text in desktop.texts("actions")], ["", ""])
 

@@ -31,6 +31,19 @@ def hands(*words):
     subprocess.run(["xdotool", *map(str, words)], check=True, stdout=subprocess.DEVNULL)
 
 
+def title_with_keyboard():
+    """Of the program's window that the screen sends keys to; empty: to none, they go to the window manager."""
+    process, _, title = subprocess.run(
+        ["xdotool", "getwindowfocus", "getwindowpid", "getwindowname"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+        encoding="utf-8", errors="replace").stdout.partition("\n")
+    return title.strip() if process.isdigit() else ""
+
+
+def in_front(title):
+    """Whether keys go to a window whose title begins so, the toolkit's own ones too."""
+    return title_with_keyboard().startswith(title)
+
+
 class Desktop:
     """A running qxhost-desktop. `program` is a list: an emulator may stand before the file."""
 
@@ -39,6 +52,7 @@ class Desktop:
             [*program, "--probe", *arguments], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
             encoding="utf-8", errors="replace", cwd=folder, env={**os.environ, **(environment or {})})
         self.answers = queue.Queue()
+        self.titles = set()  # of the program's windows that were there
         threading.Thread(target=self._listen, daemon=True).start()
         self.window("mainWindow", patience=90)
         wait_for("the keyboard in the window", lambda: self.ask("focus"))
@@ -83,7 +97,9 @@ class Desktop:
         return [row["text"] for row in self.rows(name)]
 
     def windows(self):
-        return [window["name"] for window in self.ask("windows")]
+        windows = self.ask("windows")
+        self.titles.update(window["title"] for window in windows)
+        return [window["name"] for window in windows]
 
     def window(self, name, patience=PATIENCE):
         return wait_for(f"the window {name}", lambda: name in self.windows(), patience)
@@ -115,12 +131,20 @@ class Desktop:
         self.click(name)
         wait_for(f"the focus in {name}", lambda: self.where(name)["focus"])
 
-    @staticmethod
-    def key(*keys):
+    def has_keyboard(self):
+        """Whether keys reach a window that is there. A program believes to have the keyboard before the screen sends it
+        keys, and the screen still sends them to a window that the program has closed."""
+        title = title_with_keyboard()
+        if title not in self.titles:
+            return title != ""  # one of the toolkit's own
+        return any(window["title"] == title for window in self.ask("windows"))
+
+    def key(self, *keys):
+        wait_for("the keyboard", self.has_keyboard)
         hands("key", "--delay", 25, *keys)
 
-    @staticmethod
-    def type(text):
+    def type(self, text):
+        wait_for("the keyboard", self.has_keyboard)
         hands("type", "--delay", 12, "--", text)
 
     def replace(self, name, text):

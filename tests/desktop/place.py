@@ -5,7 +5,7 @@ import shutil
 import subprocess
 import time
 
-from person import Desktop, Fault, hands, wait_for
+from person import Desktop, Fault, in_front, wait_for
 
 ACTION = "Build VS.Net Solution"
 
@@ -67,13 +67,13 @@ def expect_same_file(found, wanted):
 
 def answer_file_dialog(desktop, place, title, path):
     """Types a path into the system's file dialog, which cannot be asked, only seen."""
-    wait_for(f"the dialog {title}", lambda: hands_see(title))
+    wait_for(f"the dialog {title}", lambda: in_front(title))
     time.sleep(0.5)  # until it takes keys
-    hands("key", "--delay", 25, *(["Home", "shift+End"] if place.emulator else ["ctrl+a"]))
+    desktop.key(*(["Home", "shift+End"] if place.emulator else ["ctrl+a"]))
     desktop.type(place.seen(path))
     time.sleep(0.3)
     desktop.key("Return")
-    wait_for(f"the end of the dialog {title}", lambda: not hands_see(title))
+    wait_for(f"the end of the dialog {title}", lambda: not in_front(title))
 
 
 def open_pages(desktop):
@@ -88,12 +88,6 @@ def go_to_page(desktop, name):
     for _ in range(desktop.texts("Pages").index(name)):
         desktop.key("Down")
     wait_for(f"the page {name}", lambda: desktop.where(name))
-
-
-def hands_see(title):
-    """Whether a window of that title, the system's own ones too, is on the screen."""
-    return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^" + title],
-                          capture_output=True).returncode == 0
 
 
 def wait_for_state(desktop, state, row=0, patience=60):
