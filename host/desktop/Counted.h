@@ -7,7 +7,9 @@
 
 namespace qx::desktop {
 
-inline wxString Number(std::size_t number) { return wxNumberFormatter::ToString(static_cast<wxLongLong_t>(number)); }
+inline wxString Number(std::size_t number) {
+  return wxNumberFormatter::ToString(static_cast<wxLongLong_t>(number));
+}
 
 // "1 line", "2 lines".
 inline wxString Counted(std::size_t count, const wxString& one, const wxString& many) {
