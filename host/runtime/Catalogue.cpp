@@ -142,6 +142,16 @@ void Catalogue::SaveOptions() {
   if (store_->IsChanged()) store_->Save();
 }
 
+void Catalogue::RestoreOptions() {
+  if (store_ == nullptr) return;
+  const std::lock_guard lock(objects_);
+  store_->Restore();
+  for (const RegisteredOptions& entry : options_) {
+    if (entry.object != nullptr)
+      entry.object->LoadOptions(*store_->Reader(entry.optionsClass->getOptionKey()));
+  }
+}
+
 void Catalogue::RegisterFunction(const std::string& name, TQXScriptHandler handler) {
   calls_.push_back({"RegisterFunction", {Plain("name", name)}});
   const auto known = FindNamed(functions_, name);

@@ -105,6 +105,9 @@ class Catalogue final : public IQXActionServices, public IQXOptionsServices, pub
   TQXOptionsObject& ObjectOf(const RegisteredOptions& options);
   // Hands every modified object to the store, and saves the store when anything changed.
   void SaveOptions();
+  // Drops what was set and not saved: the store reads its file anew, and the objects that exist are loaded
+  // from it. Raises Exception naming the file.
+  void RestoreOptions();
 
   // Calls a script function as a script would; its result is null when it gave none, or nothing is registered
   // under that name.

@@ -167,6 +167,21 @@ TEST(Catalogue, LoadsOptionsFromTheirSectionAndSavesModifiedOnes) {
   EXPECT_EQ(store.Find("PathsKey", "Number"), "7");
 }
 
+TEST(Catalogue, DropsOptionsThatWereNotSavedWhenItIsAskedTo) {
+  OptionsStore store;
+  store.Set("PathsKey", "Place", "here");
+  Catalogue catalogue;
+  catalogue.RestoreOptions();  // of no store
+  catalogue.UseOptionsStore(&store);
+  catalogue.RegisterOptions(kPaths, "");
+  Paths* paths = FindPaths(catalogue);
+  paths->SetPlace("there");
+  catalogue.RestoreOptions();
+  EXPECT_EQ(FindPaths(catalogue), paths);
+  EXPECT_EQ(paths->place, "here");
+  EXPECT_FALSE(paths->IsModified());
+}
+
 TQXOptionsObject* handed = nullptr;
 
 TEST(Catalogue, AFunctionRegisteredTwiceIsKeptOnceTheLastOne) {

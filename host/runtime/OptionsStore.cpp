@@ -112,6 +112,13 @@ void OptionsStore::Load() {
   Take(text);
 }
 
+void OptionsStore::Restore() {
+  const std::lock_guard guard(mutex_);
+  if (pending_.empty()) return;
+  if (!file_.empty()) Take(FileExists(file_) ? ReadFile(file_) : std::string(kEmptyStore));
+  pending_.clear();
+}
+
 // Puts the values of the file in the place of those in memory.
 void OptionsStore::Take(const std::string& text) {
   const XmlFile xml = XmlFile::Parse(text, file_, kRoot);

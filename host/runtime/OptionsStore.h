@@ -44,6 +44,8 @@ class OptionsStore {
   // Reads the file again under its lock, puts the changes in, replaces it atomically. Waits up to ten seconds
   // for another process that saves. Raises Exception naming the file; the changes are then still pending.
   void Save();
+  // Forgets the changes and reads the file again; as Load.
+  void Restore();
 
   // The contract's views of one section. They share nothing but the store, which outlives them.
   InterfacePtr<IQXOptionsReader> Reader(std::string section) const;

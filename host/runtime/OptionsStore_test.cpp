@@ -119,6 +119,24 @@ TEST_F(OptionsStoreFile, WritesOnlyWhatItChangedOverAnothersSaving) {
   EXPECT_EQ(mine->Find("S", "a"), "other");
 }
 
+TEST_F(OptionsStoreFile, ForgetsWhatWasNotSavedWhenItIsAskedTo) {
+  OptionsStore store(file_);
+  store.Set("A", "Kept", "1");
+  store.Save();
+  store.Set("A", "Kept", "2");
+  store.Set("B", "Never", "3");
+  store.Restore();
+  EXPECT_FALSE(store.IsChanged());
+  EXPECT_EQ(store.Find("A", "Kept"), "1");
+  EXPECT_EQ(store.Find("B", "Never"), std::nullopt);
+
+  fs::remove(file_);
+  store.Set("A", "Kept", "2");
+  store.Restore();
+  EXPECT_EQ(store.Find("A", "Kept"), std::nullopt);
+  EXPECT_FALSE(fs::exists(file_));
+}
+
 TEST_F(OptionsStoreFile, LosesNothingWhenManySaveAtOnce) {
   std::vector<std::thread> savers;
   for (int i = 0; i < 8; ++i) {
