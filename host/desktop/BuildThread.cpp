@@ -60,6 +60,7 @@ struct BuildThread::State {
   std::optional<StopRequests> requests;
   std::optional<Runner> runner;
   bool executed = false;
+  bool wasStopped = false;  // the last build; until the next run
   BuildResult result;
   std::thread thread;
 
@@ -91,6 +92,8 @@ void BuildThread::State::PrepareRun() {
   } else if (document->IsChangedOnDisk()) {
     throw Exception(document->File() + " was changed by somebody else since it was opened: open it anew");
   }
+  // An action that had ended when it was asked to stop would stop as soon as it begins.
+  if (std::exchange(wasStopped, false)) document->Renew();
 }
 
 void BuildThread::State::Prepare() {
@@ -243,6 +246,7 @@ BuildKind BuildThread::Kind() const { return state_->kind; }
 void BuildThread::Stop() {
   if (!state_->thread.joinable() || !state_->requests) return;
   state_->host.Stopping() = true;
+  state_->wasStopped = true;
   state_->requests->Stop();
 }
 

@@ -30,8 +30,8 @@ struct BuildProgress {
 };
 
 // User-interface thread, but for what the callback is. Between Start and Finish nobody else may touch the
-// document: a run works with its actions, which stay the same objects. Validation and dry runs work with a
-// copy.
+// document: a run works with its actions, which stay the same objects, but are made anew by a run that
+// follows a stopped build. Validation and dry runs work with a copy.
 //
 // A dry run captures what this process writes through platform/Files.h, and starts none of its programs:
 // while one is on, whatever else in the process saves (options, a second document) saves nothing, and reads

@@ -204,6 +204,23 @@ TEST_F(BuildThreadTest, AsksTheActionWithEachStop) {
   EXPECT_EQ(build_->Finish().outcome, RunOutcome::Stopped);
 }
 
+// A second stop may come when the action has ended already.
+TEST_F(BuildThreadTest, AStopOfTheLastRunDoesNotStopTheNext) {
+  Doc().Add("Probe", 0);
+  Set(0, "Name", "kept");
+  Doc().SaveAs(folder_ / "p.xml");
+  Probe::execute = [](Probe& probe) { return Comes([&] { return probe.WasStopped(); }); };
+  build_->Start(BuildKind::Run, Doc());
+  ASSERT_TRUE(Comes([&] { return build_->Progress().action == 1; }));
+  build_->Stop();
+  EXPECT_EQ(build_->Finish().outcome, RunOutcome::Stopped);
+  Probe::execute = [](Probe& probe) { return !probe.WasStopped() && probe.GetName() == "kept"; };
+  const BuildResult next = Build(BuildKind::Run);
+  EXPECT_EQ(next.error, "");
+  EXPECT_EQ(next.outcome, RunOutcome::Succeeded);
+  EXPECT_EQ(Doc().UndoName(), "Change Name");  // none of this was an edit
+}
+
 TEST_F(BuildThreadTest, StopsDuringValidation) {
   Doc().Add("Probe", 0);
   Doc().Add("Probe", 1);

@@ -187,8 +187,7 @@ void Document::SetProperty(int index, const PublishedProperty& property, const P
     action->Updated();
     TakeEdit("Change " + std::string(property.name), index);
   } catch (...) {
-    // A setter that refused at once leaves nothing to put back.
-    if (project_->TextToSave() != taken_) GoTo(text_);
+    DropOutsideEdits();
     throw;
   }
 }
@@ -207,6 +206,16 @@ bool Document::TakeEdit(const std::string& what, int action) {
   taken_ = text;
   Push(std::move(text), what, action, action);
   return true;
+}
+
+// A setter that refused at once, for one, leaves nothing to put back.
+void Document::DropOutsideEdits() {
+  if (project_->TextToSave() != taken_) GoTo(text_);
+}
+
+void Document::Renew() {
+  TakeEdit(kOutsideEdit);
+  GoTo(text_);
 }
 
 // What stood to be redone is lost, and the oldest steps are when there are too many.

@@ -23,8 +23,8 @@ struct HistoryLimits {
 
 // User-interface thread. Every operation that changes something raises Exception when it cannot, and the
 // document is then as it was. Actions, and references to them, are replaced by New, Open, Undo, Redo,
-// SetVariables, whatever changes their number or order, and an edit that failed: ask anew afterwards. What an
-// action does not save (properties that are not stored) is then as after opening.
+// SetVariables, Renew, whatever changes their number or order, and an edit that failed: ask anew afterwards.
+// What an action does not save (properties that are not stored) is then as after opening.
 //
 // A step of the history is the project's text before and after it, as it would be saved: no secret stands
 // there in clear.
@@ -81,6 +81,10 @@ class Document {
   // What was done to the actions from outside (their pages, a run) becomes a step of that name about that
   // action; false when nothing changed. Every other edit, Undo and Save take it too when it was not taken.
   bool TakeEdit(const std::string& what, int action = -1);
+  // Undoes what was done from outside and not taken.
+  void DropOutsideEdits();
+  // Makes the actions anew: what they keep beside their properties is gone.
+  void Renew();
 
   bool CanUndo() const;
   bool CanRedo() const;

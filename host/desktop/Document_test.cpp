@@ -374,6 +374,21 @@ TEST_F(DocumentTest, TakesWhatWasDoneFromOutsideBeforeTheNextEdit) {
   EXPECT_FALSE(Doc().IsModified());
 }
 
+TEST_F(DocumentTest, DropsWhatWasDoneFromOutsideWhenItIsAskedTo) {
+  Doc().Add("Probe", 0);
+  Set(0, "Name", "three");
+  const std::string before = Text();
+  dynamic_cast<Probe&>(*Doc().Action(0)).SetLength(9);
+  Doc().DropOutsideEdits();
+  EXPECT_EQ(Text(), before);
+  EXPECT_EQ(Get(0, "Length"), "5");
+  EXPECT_FALSE(Doc().TakeEdit("Change"));
+  EXPECT_EQ(Doc().UndoName(), "Change Name");
+  TQXAction* const action = Doc().Action(0);
+  Doc().DropOutsideEdits();  // nothing
+  EXPECT_EQ(Doc().Action(0), action);
+}
+
 TEST_F(DocumentTest, NeverWritesASecretInClear) {
   folder_.Write("p.xml",
                 "<BuildProject version=\"1\"><Actions><Action type=\"Tiny Task\">"

@@ -127,10 +127,11 @@ void PagesWindow::GoTo(int page) {
 
 bool PagesWindow::Write() {
   FinishEditing(*book_);
+  isWhole_ = false;
   try {
     pages_.Write();
-    hasWritten_ = true;
     if (texts_.written) texts_.written();
+    isWhole_ = true;
   } catch (const std::exception& raised) {
     binding_.Show();
     binding_.fault(raised.what());
@@ -166,7 +167,7 @@ void PagesWindow::ShowHelp() {
 bool ShowPagesDialog(wxWindow* parent, PageDialog& pages, int page, const PagesDialogTexts& texts) {
   PagesWindow window(parent, pages, page, texts);
   window.ShowModal();
-  return window.HasWritten();
+  return window.IsWhole();
 }
 
 }  // namespace qx::desktop

@@ -19,7 +19,8 @@ struct PagesDialogTexts {
   std::function<void(wxWindow* parent, int helpContext)> help;
 };
 
-// Shows it and returns when it is closed; the page of `page` is in front. True when something was written.
+// Shows it and returns when it is closed; the page of `page` is in front. False when the user gave up after
+// the pages could not write: some of them may have, and the caller puts back what they wrote.
 bool ShowPagesDialog(wxWindow* parent, PageDialog& pages, int page, const PagesDialogTexts& texts);
 
 }  // namespace qx::desktop

@@ -23,7 +23,8 @@ class PagesWindow final : public wxDialog {
   PagesWindow(const PagesWindow&) = delete;
   PagesWindow& operator=(const PagesWindow&) = delete;
 
-  bool HasWritten() const { return hasWritten_; }
+  // False when the pages could not write the last time they were asked to.
+  bool IsWhole() const { return isWhole_; }
   Binding& Bound() { return binding_; }
   PageView& Page(int index) { return *views_[static_cast<std::size_t>(index)]; }
   void GoTo(int page);
@@ -46,7 +47,7 @@ class PagesWindow final : public wxDialog {
   wxSimplebook* book_ = nullptr;
   wxWindow* apply_ = nullptr;
   std::vector<PageView*> views_;
-  bool hasWritten_ = false;
+  bool isWhole_ = true;
 };
 
 }  // namespace qx::desktop

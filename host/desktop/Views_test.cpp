@@ -221,7 +221,7 @@ TEST_F(Views, ApplyOnceSomethingWasChanged) {
   EXPECT_EQ(Page().written, "new");
   EXPECT_EQ(saved_, 1);
   EXPECT_FALSE(CanApply());
-  EXPECT_TRUE(window_->HasWritten());
+  EXPECT_TRUE(window_->IsWhole());
   Press("btnFill");
   EXPECT_TRUE(CanApply());
 }
@@ -233,10 +233,11 @@ TEST_F(Views, StayWhileAPageRefusesToWrite) {
   EXPECT_EQ(Shown(), "[{\"kind\":\"error\",\"text\":\"Not like this\"}]");
   EXPECT_TRUE(window_->IsShown());
   EXPECT_EQ(saved_, 0);
-  EXPECT_FALSE(window_->HasWritten());
+  EXPECT_FALSE(window_->IsWhole());
   EXPECT_TRUE(CanApply());
   Page().refusal.clear();
   Press(wxID_OK);
+  EXPECT_TRUE(window_->IsWhole());
   EXPECT_FALSE(window_->IsShown());
   EXPECT_EQ(saved_, 1);
 }

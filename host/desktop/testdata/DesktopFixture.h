@@ -37,7 +37,11 @@ class Probe : public TQXAction {
   void Updated() override { ++updates_; }
   bool Validate(IQXActionValidationError&) override { return validate ? validate(*this) : true; }
   bool Execute() override { return execute ? execute(*this) : true; }
-  void TerminateAction() override { ++terminated; }
+  void TerminateAction() override {
+    wasStopped_ = true;
+    ++terminated;
+  }
+  bool WasStopped() const { return wasStopped_; }
 
   static inline std::function<bool(Probe&)> validate;
   static inline std::function<bool(Probe&)> execute;
@@ -47,6 +51,7 @@ class Probe : public TQXAction {
   std::string name_;
   std::int32_t length_ = 0;
   std::int32_t updates_ = 0;
+  std::atomic<bool> wasStopped_{false};
 };
 
 inline const TQXActionClass& ProbeClass() {
