@@ -1,6 +1,5 @@
 #include "host/desktop/ActionsPanel.h"
 
-#include <wx/dataobj.h>
 #include <wx/menu.h>
 #include <wx/sizer.h>
 #include <wx/utils.h>
@@ -10,7 +9,7 @@
 #include "host/desktop/Accessible.h"
 #include "host/desktop/Art.h"
 #include "host/desktop/Caption.h"
-#include "host/desktop/CataloguePanel.h"
+#include "host/desktop/Dragged.h"
 #include "host/desktop/WxText.h"
 #include "host/runtime/Catalogue.h"
 
@@ -92,21 +91,19 @@ int ActionsPanel::RowOf(const wxDataViewItem& item) const {
 }
 
 void ActionsPanel::BindDragging() {
-  list_->EnableDragSource(wxDF_UNICODETEXT);
-  list_->EnableDropTarget(wxDF_UNICODETEXT);
+  list_->EnableDragSource(DraggedFormat());
+  list_->EnableDropTarget(DraggedFormat());
   list_->Bind(wxEVT_DATAVIEW_ITEM_BEGIN_DRAG, [this](wxDataViewEvent& event) {
     const int row = RowOf(event.GetItem());
     if (row < 0 || !list_->IsEnabled()) return event.Veto();
-    event.SetDataObject(new wxTextDataObject(wxString(kDraggedAction) + std::to_string(row)));
+    event.SetDataObject(MakeDragged(wxString::Format("%s%d", kDraggedAction, row)));
     event.SetDragFlags(wxDrag_AllowMove);
   });
   list_->Bind(wxEVT_DATAVIEW_ITEM_DROP_POSSIBLE, [](wxDataViewEvent& event) {
-    if (event.GetDataFormat() != wxDF_UNICODETEXT) event.Veto();
+    if (event.GetDataFormat() != DraggedFormat()) event.Veto();
   });
   list_->Bind(wxEVT_DATAVIEW_ITEM_DROP, [this](wxDataViewEvent& event) {
-    wxTextDataObject text;
-    text.SetData(wxDF_UNICODETEXT, event.GetDataSize(), event.GetDataBuffer());
-    if (!Drop(text.GetText(), DropIndex())) event.Veto();
+    if (!Drop(TextOfDragged(event.GetDataBuffer(), event.GetDataSize()), DropIndex())) event.Veto();
   });
 }
 
@@ -140,9 +137,11 @@ bool ActionsPanel::Drop(const wxString& text, int index) {
 
 void ActionsPanel::Refill(int selected) {
   const wxEventBlocker quiet(list_, wxEVT_DATAVIEW_SELECTION_CHANGED);
-  list_->DeleteAllItems();
+  const int count = document_.ActionCount();
+  // Rows that stay are changed in their places: a list that is filled anew is at its top.
+  while (list_->GetItemCount() > count) list_->DeleteItem(static_cast<unsigned>(count));
   shown_.clear();
-  for (int i = 0; i < document_.ActionCount(); ++i) {
+  for (int i = 0; i < count; ++i) {
     TQXAction* action = document_.Action(i);
     const std::string type = document_.ActionType(i);
     const RegisteredAction* registered = TheCatalogue().FindAction(type);
@@ -154,9 +153,17 @@ void ActionsPanel::Refill(int selected) {
         action == nullptr ? wxString("No loaded package has this action") : ToWx(action->GetDescription());
     row[kState] = StateCell(build_.StateOf(i), *this);
     shown_.push_back(build_.StateOf(i));
-    list_->AppendItem(row);
+    if (i >= list_->GetItemCount()) {
+      list_->AppendItem(row);
+      continue;
+    }
+    for (const Column cell : {kName, kDescription, kState})
+      list_->SetValue(row[cell], static_cast<unsigned>(i), cell);
   }
-  if (selected >= 0 && selected < document_.ActionCount()) list_->SelectRow(static_cast<unsigned>(selected));
+  list_->UnselectAll();
+  if (selected < 0 || selected >= count) return;
+  list_->SelectRow(static_cast<unsigned>(selected));
+  list_->EnsureVisible(list_->RowToItem(selected));
 }
 
 void ActionsPanel::RefreshStates() {

@@ -59,6 +59,12 @@ Request RequestOf(const std::vector<std::string>& words) {
   return request;
 }
 
+// To a stream; into a box where that leads nowhere: on Windows a program with windows has no console.
+void Tell(std::FILE* stream, const std::string& text, long style) {
+  const bool isTold = std::fputs(text.c_str(), stream) >= 0 && std::fflush(stream) == 0;
+  if (!isTold) wxMessageBox(ToWx(text), "qxhost", wxOK | style);
+}
+
 std::string SettingsFile() {
   try {
     return ConfigFolder() + "desktop.ini";
@@ -66,6 +72,8 @@ std::string SettingsFile() {
     return {};
   }
 }
+
+}  // namespace
 
 class App final : public wxApp {
  public:
@@ -76,8 +84,10 @@ class App final : public wxApp {
     try {
       return Begin();
     } catch (const std::exception& fault) {
-      std::fprintf(stderr, "qxhost-desktop: %s\n", fault.what());
-      if (started_) wxMessageBox(ToWx(fault.what()), "qxhost cannot start", wxOK | wxICON_ERROR);
+      if (isWindowed_)
+        wxMessageBox(ToWx(fault.what()), "qxhost cannot start", wxOK | wxICON_ERROR);
+      else
+        Tell(stderr, std::string("qxhost-desktop: ") + fault.what() + "\n", wxICON_ERROR);
       code_ = 2;
       delete GetTopWindow();  // before what it works with
       return ExitNow();
@@ -112,12 +122,12 @@ class App final : public wxApp {
     for (int i = 1; i < argc; ++i) words.push_back(FromWx(argv[i]));
     Request request = RequestOf(words);
     if (!request.print.empty()) {
-      std::fputs(request.print.c_str(), stdout);
+      Tell(stdout, request.print, wxICON_INFORMATION);
       return ExitNow();
     }
-    started_ = true;
+    isWindowed_ = true;
     request.host.warn = [](const std::string& text) {
-      std::fprintf(stderr, "qxhost-desktop: warning: %s\n", text.c_str());
+      Tell(stderr, "qxhost-desktop: warning: " + text + "\n", wxICON_WARNING);
     };
     host_ = std::make_unique<Host>(std::move(request.host));
     user_ = std::make_unique<WxUser>();
@@ -131,7 +141,7 @@ class App final : public wxApp {
     return true;
   }
 
-  bool started_ = false;
+  bool isWindowed_ = false;
   bool isDone_ = false;
   int code_ = 0;
   std::unique_ptr<Host> host_;
@@ -139,7 +149,6 @@ class App final : public wxApp {
   std::unique_ptr<WindowSettings> settings_;
 };
 
-}  // namespace
 }  // namespace qx::desktop
 
 wxIMPLEMENT_APP(qx::desktop::App);

@@ -1,6 +1,5 @@
 #include "host/desktop/CataloguePanel.h"
 
-#include <wx/dataobj.h>
 #include <wx/sizer.h>
 
 #include <map>
@@ -8,6 +7,7 @@
 #include "host/desktop/Accessible.h"
 #include "host/desktop/Art.h"
 #include "host/desktop/Caption.h"
+#include "host/desktop/Dragged.h"
 #include "host/desktop/WxText.h"
 
 namespace qx::desktop {
@@ -37,11 +37,11 @@ CataloguePanel::CataloguePanel(wxWindow* parent, const Catalogue& catalogue,
   column->Add(tree_, wxSizerFlags(1).Expand());
   SetSizer(column);
 
-  tree_->EnableDragSource(wxDF_UNICODETEXT);
+  tree_->EnableDragSource(DraggedFormat());
   tree_->Bind(wxEVT_DATAVIEW_ITEM_BEGIN_DRAG, [this](wxDataViewEvent& event) {
     const std::string name = NameOf(event.GetItem());
     if (name.empty()) return event.Veto();
-    event.SetDataObject(new wxTextDataObject(kDraggedNewAction + ToWx(name)));
+    event.SetDataObject(MakeDragged(kDraggedNewAction + ToWx(name)));
     event.SetDragFlags(wxDrag_CopyOnly);
   });
   tree_->Bind(wxEVT_DATAVIEW_ITEM_ACTIVATED, [this](wxDataViewEvent& event) { Activate(event.GetItem()); });

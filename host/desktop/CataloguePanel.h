@@ -12,10 +12,6 @@
 
 namespace qx::desktop {
 
-// What a drag from the catalogue, or of an action within the list, carries as text.
-inline constexpr const char* kDraggedNewAction = "qxhost-new-action:";
-inline constexpr const char* kDraggedAction = "qxhost-action:";
-
 class CataloguePanel final : public wxPanel {
  public:
   // `folders` are those that packages were loaded from (PackagePicture).

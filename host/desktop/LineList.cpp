@@ -119,7 +119,9 @@ wxString LineList::SelectedText() const {
 
 void LineList::CopySelected() const {
   wxClipboardLocker lock;
-  if (!!lock) wxTheClipboard->SetData(new wxTextDataObject(SelectedText()));
+  if (!lock) return;
+  wxTheClipboard->SetData(new wxTextDataObject(SelectedText()));
+  wxTheClipboard->Flush();  // stays when the program has ended
 }
 
 wxString LineList::OnGetItemText(long item, long) const { return LineText(item).Left(kWidestLine); }

@@ -259,7 +259,7 @@ void MainWindow::ShowDocument(int selected) {
 void MainWindow::ShowSelected() {
   if (!IsIdle()) return;
   TQXAction* action = SelectedAction();
-  properties_->Show(actions_->Selected(), action, TheCatalogue());
+  properties_->ShowAction(actions_->Selected(), action, TheCatalogue());
   properties_->Enable();
   help_->ShowPage(action == nullptr ? std::string() : action->GetQuickHelpFilename());
   ShowTitle();
@@ -279,11 +279,20 @@ TQXAction* MainWindow::SelectedAction() const {
 // not where a text is typed.
 void MainWindow::OnKey(wxKeyEvent& event) {
   event.Skip();
-  if (dynamic_cast<wxTextEntry*>(FindFocus()) != nullptr) return;
+  wxWindow* focus = FindFocus();
+  const auto* text = dynamic_cast<const wxTextEntry*>(focus);
   for (const Command& command : Commands()) {
     const std::unique_ptr<wxAcceleratorEntry> key(wxAcceleratorEntry::Create(command.label));
     if (key == nullptr || key->GetKeyCode() != event.GetKeyCode()) continue;
-    if (key->GetFlags() != event.GetModifiers() || !(this->*command.enabled)()) continue;
+    if (key->GetFlags() != event.GetModifiers()) continue;
+    if (text != nullptr) {
+      // Where a text has nothing to undo nothing else is undone, but for a value of the grid, which is an
+      // edit.
+      const bool isUndo = command.run == &MainWindow::Undo && !text->CanUndo();
+      const bool isRedo = command.run == &MainWindow::Redo && !text->CanRedo();
+      return event.Skip(properties_->IsDescendant(focus) || (!isUndo && !isRedo));
+    }
+    if (!(this->*command.enabled)()) continue;
     event.Skip(false);
     return (this->*command.run)();
   }
@@ -302,8 +311,10 @@ void MainWindow::GoToPart(int step) {
     return false;
   };
   const auto now = std::ranges::find_if(parts, holds);
-  const int index = now == std::end(parts) ? -step : static_cast<int>(now - std::begin(parts));
-  parts[(index + step + count) % count]->SetFocus();
+  int index = now == std::end(parts) ? -step : static_cast<int>(now - std::begin(parts));
+  do index = (index + step + count) % count;
+  while (!parts[index]->IsEnabled());
+  parts[index]->SetFocus();
 }
 
 bool MainWindow::Guarded(const wxString& title, const std::function<void()>& work) {

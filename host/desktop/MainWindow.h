@@ -81,6 +81,7 @@ class MainWindow final : public wxFrame {
   bool SaveAs();
   void OpenTheirs();
   void ForgetBuild();
+  void TellWarnings();
   bool SettleUnsaved();  // false: the user wants to stay
   void OnCloseWindow(wxCloseEvent& event);
   void Quit() { Close(); }
@@ -134,7 +135,8 @@ class MainWindow final : public wxFrame {
   LogStore& store_;  // the log's
   Document document_;
   BuildThread build_;
-  std::vector<std::string> folders_;  // those that packages were loaded from
+  std::vector<std::string> folders_;   // those that packages were loaded from
+  std::vector<std::string> warnings_;  // of the last saving
   wxTimer timer_;
   bool closing_ = false;
   wxTimer settling_;

@@ -2,6 +2,7 @@
 #include <wx/aboutdlg.h>
 #include <wx/msgdlg.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -51,6 +52,7 @@ wxString Ended(BuildKind kind, const BuildResult& result) {
 void MainWindow::Start(BuildKind kind) {
   if (!HasActions()) return;
   if (!properties_->Commit()) return;
+  warnings_.clear();
   if (document_.File().empty() && !SaveAs()) return;
   bool needsSaving = false;
   if (!Guarded("The build did not begin", [&] {
@@ -59,6 +61,7 @@ void MainWindow::Start(BuildKind kind) {
     return;
   if (needsSaving && !Save()) return;
   logPanel_->Clear();
+  TellWarnings();
   if (!Guarded("The build did not begin", [&] { build_.Start(kind, document_); })) return;
   actions_->SetFocus();  // what is disabled now may have had it
   properties_->Enable(false);
@@ -93,7 +96,9 @@ void MainWindow::OnBuildEnded() {
   timer_.Stop();
   const BuildKind kind = build_.Kind();
   const BuildResult result = build_.Finish();
-  for (const std::string& warning : result.warnings) log_.AddMessage(0, warning);
+  for (const std::string& warning : result.warnings) {
+    if (std::ranges::find(warnings_, warning) == warnings_.end()) log_.AddMessage(0, warning);
+  }
   if (!result.error.empty()) log_.AddException(0, result.error);
   OnTimer();
   ShowDocument(actions_->Selected());

@@ -67,9 +67,10 @@ void MainWindow::MoveAction(int from, int to) {
 void MainWindow::MoveUp() { MoveAction(actions_->Selected(), actions_->Selected() - 1); }
 void MainWindow::MoveDown() { MoveAction(actions_->Selected(), actions_->Selected() + 1); }
 
+// What is typed into the grid is an edit like the others: the one that is undone.
 void MainWindow::Undo() {
   if (wxTextEntry* text = FocusedText(); text != nullptr && text->CanUndo()) return text->Undo();
-  if (!IsIdle() || !document_.CanUndo()) return;
+  if (!IsIdle() || !properties_->Commit() || !document_.CanUndo()) return;
   int selected = actions_->Selected();
   Guarded("It was not undone", [&] { selected = Chosen(document_.Undo(), selected); });
   build_.ForgetStates();
@@ -78,7 +79,7 @@ void MainWindow::Undo() {
 
 void MainWindow::Redo() {
   if (wxTextEntry* text = FocusedText(); text != nullptr && text->CanRedo()) return text->Redo();
-  if (!IsIdle() || !document_.CanRedo()) return;
+  if (!IsIdle() || !properties_->Commit() || !document_.CanRedo()) return;
   int selected = actions_->Selected();
   Guarded("It was not done again", [&] { selected = Chosen(document_.Redo(), selected); });
   build_.ForgetStates();
@@ -94,6 +95,7 @@ void MainWindow::Duplicate() {
 }
 
 void MainWindow::Delete() {
+  if (!properties_->Commit()) return;
   const int index = actions_->Selected();
   if (!Guarded("The action was not deleted", [&] { document_.Remove(index); })) return;
   build_.Removed(index);
@@ -107,6 +109,7 @@ void MainWindow::OpenPagesFor(const PublishedProperty* property) {
   if (!properties_->Commit()) return;
   const int index = actions_->Selected();
   const std::string type = document_.ActionType(index);
+  bool isWhole = true;
   Guarded("The pages were not opened", [&] {
     TQXAction& action = *document_.Action(index);
     const std::unique_ptr<PageDialog> pages = PageDialog::ForAction(TheCatalogue().NeedAction(type), action);
@@ -121,8 +124,9 @@ void MainWindow::OpenPagesFor(const PublishedProperty* property) {
     texts.help = [&](wxWindow* dialog, int) {
       ShowHelpDialog(dialog, folders_, document_.Action(index)->GetQuickHelpFilename());
     };
-    ShowPagesDialog(this, *pages, page, texts);
+    isWhole = ShowPagesDialog(this, *pages, page, texts);
   });
+  if (!isWhole) Guarded("The action was not put back", [this] { document_.DropOutsideEdits(); });
   ShowDocument(index);
 }
 
@@ -132,15 +136,15 @@ void MainWindow::ShowOptions() {
     PagesDialogTexts texts;
     texts.title = "Options";
     texts.written = [] { TheCatalogue().SaveOptions(); };
-    ShowPagesDialog(this, *pages, 0, texts);
+    if (!ShowPagesDialog(this, *pages, 0, texts)) TheCatalogue().RestoreOptions();
   });
 }
 
 void MainWindow::EditVariables() {
   if (!properties_->Commit()) return;
-  auto variables = document_.Variables();
-  if (!AskForVariables(this, variables)) return;
-  Guarded("The variables were not set", [&] { document_.SetVariables(variables); });
+  EditVariablesIn(this, document_.Variables(), [this](const ProjectVariables& variables) {
+    return Guarded("The variables were not set", [&] { document_.SetVariables(variables); });
+  });
   ShowDocument(actions_->Selected());
 }
 

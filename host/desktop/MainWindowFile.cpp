@@ -79,9 +79,8 @@ bool MainWindow::Save() {
   Document::Overwrite overwrite = Document::Overwrite::No;
   for (;;) {
     try {
-      for (const std::string& warning : document_.Save(overwrite)) log_.AddMessage(0, warning);
-      log_.Flush();
-      logPanel_->Update();
+      warnings_ = document_.Save(overwrite);
+      TellWarnings();
       ShowTitle();
       SetStatusText("Saved " + ToWx(document_.File()));
       return true;
@@ -113,17 +112,21 @@ bool MainWindow::SaveAs() {
                       document_.File().empty() ? wxString("build.xml") : ToWx(FilePart(document_.File())),
                       kFilter, wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
   if (dialog.ShowModal() != wxID_OK) return false;
-  const bool saved = Guarded("The build project was not saved", [&] {
-    for (const std::string& warning : document_.SaveAs(FromWx(dialog.GetPath()))) log_.AddMessage(0, warning);
-  });
-  log_.Flush();
-  logPanel_->Update();
+  const bool saved = Guarded("The build project was not saved",
+                             [&] { warnings_ = document_.SaveAs(FromWx(dialog.GetPath())); });
   if (!saved) return false;
+  TellWarnings();
   settings_.AddRecentFile(document_.File());
   FillRecentMenu();
   ShowTitle();
   SetStatusText("Saved " + ToWx(document_.File()));
   return true;
+}
+
+void MainWindow::TellWarnings() {
+  for (const std::string& warning : warnings_) log_.AddMessage(0, warning);
+  log_.Flush();
+  logPanel_->Update();
 }
 
 bool MainWindow::SettleUnsaved() {

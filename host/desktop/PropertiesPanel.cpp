@@ -63,7 +63,6 @@ wxPGProperty* MakeInteger(const wxString& caption, const wxString& name, std::in
 wxPGProperty* MakeListWithPages(const wxString& caption, const wxString& name, const TStringList& list) {
   auto* row = new wxStringProperty(caption, name, wxJoin(ItemsOf(list), ';', '\0'));
   row->ChangeFlag(wxPG_PROP_READONLY, true);
-  row->ChangeFlag(wxPG_PROP_ACTIVE_BTN, true);
   return row;
 }
 
@@ -84,7 +83,9 @@ wxPGProperty* MakeRow(const ShownProperty& shown, const PropertyValue& value) {
     case PropertyKind::TextList: {
       const auto& list = std::get<TStringList>(value);
       if (shown.opensPages) return MakeListWithPages(caption, name, list);
-      return new wxArrayStringProperty(caption, name, ItemsOf(list));
+      auto* row = new wxArrayStringProperty(caption, name, ItemsOf(list));
+      row->ChangeFlag(wxPG_PROP_NOEDITOR, true);  // in one line, items with commas would become two
+      return row;
     }
     case PropertyKind::Text:
       break;
@@ -138,7 +139,7 @@ PropertiesPanel::PropertiesPanel(wxWindow* parent) : wxPanel(parent) {
   grid_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Press(); });
 }
 
-void PropertiesPanel::Show(int index, TQXAction* action, const Catalogue& catalogue) {
+void PropertiesPanel::ShowAction(int index, TQXAction* action, const Catalogue& catalogue) {
   const wxPGProperty* selected = grid_->GetSelection();
   const wxString name = selected == nullptr ? wxString() : selected->GetName();
   const wxWindowUpdateLocker still(grid_);
@@ -151,9 +152,12 @@ void PropertiesPanel::Show(int index, TQXAction* action, const Catalogue& catalo
           grid_->Append(new wxPropertyCategory(ToWx(group.caption), "[" + ToWx(group.caption) + "]"));
       for (const ShownProperty& shown : group.properties) {
         wxPGProperty* row = grid_->AppendIn(heading, MakeRow(shown, shown.property->get(*action)));
-        shown_[row] = shown.property;
+        shown_[row] = shown;
         if (!shown.help.empty()) row->SetHelpString(ToWx(shown.help));
-        if (shown.opensPages) GiveButton(*row, shown.property->kind);
+        if (shown.opensPages) {
+          GiveButton(*row, shown.property->kind);
+          row->ChangeFlag(wxPG_PROP_ACTIVE_BTN, true);  // of a value that can only be looked at, too
+        }
         if (shown.property->storage == PropertyStorage::Secret) row->SetAttribute(wxPG_STRING_PASSWORD, true);
         if (shown.readOnly) row->ChangeFlag(wxPG_PROP_READONLY, true);
       }
@@ -168,7 +172,8 @@ void PropertiesPanel::Edit(wxPropertyGridEvent& event) {
   const auto found = shown_.find(event.GetProperty());
   if (found == shown_.end() || !OnEdit) return;
   try {
-    OnEdit(index_, *found->second, ValueOf(*found->second, event.GetValue()));
+    const PublishedProperty& property = *found->second.property;
+    OnEdit(index_, property, ValueOf(property, event.GetValue()));
   } catch (const std::exception& fault) {
     event.Veto();
     event.SetValidationFailureBehavior(wxPG_VFB_STAY_IN_PROPERTY | wxPG_VFB_SHOW_MESSAGEBOX);
@@ -182,10 +187,11 @@ void PropertiesPanel::OnKey(wxKeyEvent& event) {
   if (Commit() && OnLeave) OnLeave(!event.ShiftDown());
 }
 
+// Other buttons are the toolkit's own, for lists and long texts.
 void PropertiesPanel::Press() {
   const auto found = shown_.find(grid_->GetSelection());
-  if (found == shown_.end() || !OnOpenPages) return;
-  CallAfter([this, property = found->second] { OnOpenPages(*property); });
+  if (found == shown_.end() || !found->second.opensPages || !OnOpenPages) return;
+  CallAfter([this, property = found->second.property] { OnOpenPages(*property); });
 }
 
 }  // namespace qx::desktop

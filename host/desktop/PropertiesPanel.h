@@ -18,7 +18,7 @@ class PropertiesPanel final : public wxPanel {
 
   // Shows the action of an index; null: nothing. What stands in an open editor is dropped: Commit comes
   // first. The action may go afterwards.
-  void Show(int index, TQXAction* action, const Catalogue& catalogue);
+  void ShowAction(int index, TQXAction* action, const Catalogue& catalogue);
   // Gives the captions the room they need, no more.
   void FitCaptions() { grid_->SetSplitterLeft(true); }
   // Takes over what stands in an editor that is still open; false when it cannot be taken. The user has been
@@ -41,7 +41,7 @@ class PropertiesPanel final : public wxPanel {
 
   wxPropertyGrid* grid_;
   int index_ = -1;
-  std::map<const wxPGProperty*, const PublishedProperty*> shown_;
+  std::map<const wxPGProperty*, ShownProperty> shown_;
 };
 
 }  // namespace qx::desktop

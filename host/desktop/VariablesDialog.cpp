@@ -11,8 +11,34 @@
 #include "platform/Texts.h"
 
 namespace qx::desktop {
+namespace {
 
-bool AskForVariables(wxWindow* parent, std::vector<std::pair<std::string, std::string>>& variables) {
+ProjectVariables VariablesIn(wxGrid& grid) {
+  grid.SaveEditControlValue();
+  ProjectVariables variables;
+  for (int row = 0; row < grid.GetNumberRows(); ++row) {
+    const std::string name = Trim(FromWx(grid.GetCellValue(row, 0)));
+    if (!name.empty()) variables.emplace_back(name, FromWx(grid.GetCellValue(row, 1)));
+  }
+  return variables;
+}
+
+// The key Tab leads from row to row, and to the buttons from the first and last cell.
+void LeaveAtTheEnds(wxGrid& grid) {
+  grid.SetTabBehaviour(wxGrid::Tab_Wrap);
+  grid.Bind(wxEVT_GRID_TABBING, [&grid](wxGridEvent& event) {
+    const bool isForward = !event.ShiftDown();
+    const wxGridCellCoords first(0, 0);
+    const wxGridCellCoords last(grid.GetNumberRows() - 1, grid.GetNumberCols() - 1);
+    if (wxGridCellCoords(event.GetRow(), event.GetCol()) != (isForward ? last : first)) return event.Skip();
+    grid.GetParent()->FindWindow(isForward ? wxID_OK : wxID_CANCEL)->SetFocus();
+  });
+}
+
+}  // namespace
+
+void EditVariablesIn(wxWindow* parent, const ProjectVariables& variables,
+                     const std::function<bool(const ProjectVariables&)>& set) {
   wxDialog dialog(parent, wxID_ANY, "Variables", wxDefaultPosition, wxDefaultSize,
                   wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER);
   dialog.SetName("variables");
@@ -36,20 +62,14 @@ bool AskForVariables(wxWindow* parent, std::vector<std::pair<std::string, std::s
   }
   grid->SetColSize(0, 20 * dialog.GetCharWidth());
   grid->SetColSize(1, 50 * dialog.GetCharWidth());
-  grid->SetTabBehaviour(wxGrid::Tab_Wrap);
+  LeaveAtTheEnds(*grid);
   column->Add(grid, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT));
   column->Add(dialog.CreateStdDialogButtonSizer(wxOK | wxCANCEL), wxSizerFlags().Expand().Border());
   dialog.SetSizerAndFit(column);
   dialog.CentreOnParent();
   grid->SetFocus();
-  if (dialog.ShowModal() != wxID_OK) return false;
-  grid->SaveEditControlValue();
-  variables.clear();
-  for (int row = 0; row < grid->GetNumberRows(); ++row) {
-    const std::string name = Trim(FromWx(grid->GetCellValue(row, 0)));
-    if (!name.empty()) variables.emplace_back(name, FromWx(grid->GetCellValue(row, 1)));
+  while (dialog.ShowModal() == wxID_OK && !set(VariablesIn(*grid))) {
   }
-  return true;
 }
 
 }  // namespace qx::desktop
