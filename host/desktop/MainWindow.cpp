@@ -280,7 +280,7 @@ TQXAction* MainWindow::SelectedAction() const {
 void MainWindow::OnKey(wxKeyEvent& event) {
   event.Skip();
   wxWindow* focus = FindFocus();
-  const auto* text = dynamic_cast<const wxTextEntry*>(focus);
+  const auto* text = dynamic_cast<const wxTextEntryBase*>(focus);
   for (const Command& command : Commands()) {
     const std::unique_ptr<wxAcceleratorEntry> key(wxAcceleratorEntry::Create(command.label));
     if (key == nullptr || key->GetKeyCode() != event.GetKeyCode()) continue;

@@ -15,7 +15,7 @@ namespace qx::desktop {
 namespace {
 
 // The text that the keyboard is in: its own undo comes first there.
-wxTextEntry* FocusedText() { return dynamic_cast<wxTextEntry*>(wxWindow::FindFocus()); }
+wxTextEntryBase* FocusedText() { return dynamic_cast<wxTextEntryBase*>(wxWindow::FindFocus()); }
 
 // The action that a step was about; the one that is selected where it was about none.
 int Chosen(int ofStep, int selected) { return ofStep < 0 ? selected : ofStep; }
@@ -23,12 +23,12 @@ int Chosen(int ofStep, int selected) { return ofStep < 0 ? selected : ofStep; }
 }  // namespace
 
 bool MainWindow::CanUndo() const {
-  const wxTextEntry* text = FocusedText();
+  const wxTextEntryBase* text = FocusedText();
   return (text != nullptr && text->CanUndo()) || (IsIdle() && document_.CanUndo());
 }
 
 bool MainWindow::CanRedo() const {
-  const wxTextEntry* text = FocusedText();
+  const wxTextEntryBase* text = FocusedText();
   return (text != nullptr && text->CanRedo()) || (IsIdle() && document_.CanRedo());
 }
 
@@ -69,7 +69,7 @@ void MainWindow::MoveDown() { MoveAction(actions_->Selected(), actions_->Selecte
 
 // What is typed into the grid is an edit like the others: the one that is undone.
 void MainWindow::Undo() {
-  if (wxTextEntry* text = FocusedText(); text != nullptr && text->CanUndo()) return text->Undo();
+  if (wxTextEntryBase* text = FocusedText(); text != nullptr && text->CanUndo()) return text->Undo();
   if (!IsIdle() || !properties_->Commit() || !document_.CanUndo()) return;
   int selected = actions_->Selected();
   Guarded("It was not undone", [&] { selected = Chosen(document_.Undo(), selected); });
@@ -78,7 +78,7 @@ void MainWindow::Undo() {
 }
 
 void MainWindow::Redo() {
-  if (wxTextEntry* text = FocusedText(); text != nullptr && text->CanRedo()) return text->Redo();
+  if (wxTextEntryBase* text = FocusedText(); text != nullptr && text->CanRedo()) return text->Redo();
   if (!IsIdle() || !properties_->Commit() || !document_.CanRedo()) return;
   int selected = actions_->Selected();
   Guarded("It was not done again", [&] { selected = Chosen(document_.Redo(), selected); });

@@ -86,6 +86,8 @@ def drag(start, end):
     x, y = start["x"] + 30, start["y"] + start["height"] // 2
     hands("mousemove", "--sync", x, y)
     hands("mousedown", 1)
+    for step in range(1, 5):  # a hand begins on the row
+        hands("mousemove", x + step, y)
     for step in range(1, 13):
         hands("mousemove", x + (end[0] - x) * step // 12, y + (end[1] - y) * step // 12)
         time.sleep(0.04)

@@ -69,7 +69,7 @@ def test_taking_back_what_is_typed(place):
         desktop.key("ctrl+z")
         wait_for("the number of before", lambda: value(desktop, "Count") == "0")
         expect("the edit", value(desktop, "Text"), "an edit")
-        desktop.key("ctrl+y")
+        desktop.key("ctrl+y", "Return")
         wait_for("the number again", lambda: value(desktop, "Count") == "41")
 
         desktop.focus("logFilter")
