@@ -9,18 +9,12 @@ from place import (
     expect, expect_same_file, answer_file_dialog, wait_for_state, expect_log, states)
 
 
-def take_the_keyboard(desktop):
-    """The window that has just been started has it for certain once a row is focused."""
-    wait_for("the action", lambda: desktop.texts("actions"))
-    desktop.focus_row("actions")
-
-
 def test_running_the_example(place):
     """F5 on the example, with a real engine: stamped, built, the raised numbers saved as the command line does."""
     place.host("options", "DevEnv2005Location=" + place.seen(place.path("work")), options="options.xml")
     shutil.copytree(place.path("work"), place.path("twin"))
     with place.desktop("Hello.build.xml") as desktop:
-        take_the_keyboard(desktop)
+        wait_for("the action", lambda: desktop.texts("actions"))
         desktop.key("F5")
         wait_for_state(desktop, "Succeeded", patience=120)
         expect_log(desktop, "Build VS.Net Solution: succeeded")
@@ -38,7 +32,7 @@ def test_stopping_a_run(place):
     place.host(*place.tiny(), "new", "slow.xml")
     place.host(*place.tiny(), "add", "slow.xml", "Tiny Task", "Deed=tdSleep", "Seconds=60")
     with place.desktop(*place.tiny(), place.seen(place.path("work", "slow.xml"))) as desktop:
-        take_the_keyboard(desktop)
+        wait_for("the action", lambda: desktop.texts("actions"))
         desktop.key("F5")
         wait_for_state(desktop, "Running")
         desktop.key("shift+F5")
@@ -62,7 +56,7 @@ def test_rehearsing(place):
     place.host("options", "DevEnv2005Location=" + place.seen(place.path("work")), options="options.xml")
     shutil.copytree(place.path("work"), place.path("before"))
     with place.desktop("Hello.build.xml") as desktop:
-        take_the_keyboard(desktop)
+        wait_for("the action", lambda: desktop.texts("actions"))
         desktop.key("ctrl+F5")
         desktop.window("dryRun")
         lines = wait_for("the difference", lambda: desktop.texts("diff"))
