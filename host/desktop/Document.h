@@ -23,8 +23,8 @@ struct HistoryLimits {
 
 // User-interface thread. Every operation that changes something raises Exception when it cannot, and the
 // document is then as it was. Actions, and references to them, are replaced by New, Open, Undo, Redo,
-// SetVariables, Renew, whatever changes their number or order, and an edit that failed: ask anew afterwards.
-// What an action does not save (properties that are not stored) is then as after opening.
+// SetVariables, DropOutsideEdits, Renew, whatever changes their number or order, and an edit that failed: ask
+// anew afterwards. What an action does not save (properties that are not stored) is then as after opening.
 //
 // A step of the history is the project's text before and after it, as it would be saved: no secret stands
 // there in clear.
