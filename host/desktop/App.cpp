@@ -59,10 +59,14 @@ Request RequestOf(const std::vector<std::string>& words) {
   return request;
 }
 
-// To a stream; into a box where that leads nowhere: on Windows a program with windows has no console.
+// False where the stream leads nowhere: on Windows a program with windows has no console.
+bool Print(std::FILE* stream, const std::string& text) {
+  return std::fputs(text.c_str(), stream) >= 0 && std::fflush(stream) == 0;
+}
+
+// To a stream, or into a box.
 void Tell(std::FILE* stream, const std::string& text, long style) {
-  const bool isTold = std::fputs(text.c_str(), stream) >= 0 && std::fflush(stream) == 0;
-  if (!isTold) wxMessageBox(ToWx(text), "qxhost", wxOK | style);
+  if (!Print(stream, text)) wxMessageBox(ToWx(text), "qxhost", wxOK | style);
 }
 
 std::string SettingsFile() {
@@ -84,10 +88,9 @@ class App final : public wxApp {
     try {
       return Begin();
     } catch (const std::exception& fault) {
-      if (isWindowed_)
+      const bool isTold = Print(stderr, std::string("qxhost-desktop: ") + fault.what() + "\n");
+      if (isWindowed_ || !isTold)
         wxMessageBox(ToWx(fault.what()), "qxhost cannot start", wxOK | wxICON_ERROR);
-      else
-        Tell(stderr, std::string("qxhost-desktop: ") + fault.what() + "\n", wxICON_ERROR);
       code_ = 2;
       delete GetTopWindow();  // before what it works with
       return ExitNow();

@@ -6,7 +6,7 @@ import subprocess
 
 from person import hands, in_front, wait_for
 from place import (
-    expect, expect_same_file, answer_file_dialog, wait_for_state, expect_log, states)
+    expect, expect_same_file, answer_file_dialog, wait_for_state, expect_log, states, tiny_project)
 
 
 def test_running_the_example(place):
@@ -29,10 +29,7 @@ def test_running_the_example(place):
 
 def test_stopping_a_run(place):
     """Shift+F5 ends an action that would take a minute; closing the window during a run asks, stops and waits."""
-    place.host(*place.tiny(), "new", "slow.xml")
-    place.host(*place.tiny(), "add", "slow.xml", "Tiny Task", "Deed=tdSleep", "Seconds=60")
-    with place.desktop(*place.tiny(), place.seen(place.path("work", "slow.xml"))) as desktop:
-        wait_for("the action", lambda: desktop.texts("actions"))
+    with tiny_project(place, "slow.xml", ["Deed=tdSleep", "Seconds=60"]) as desktop:
         desktop.key("F5")
         wait_for_state(desktop, "Running")
         desktop.key("shift+F5")
@@ -63,7 +60,7 @@ def test_rehearsing(place):
         expect("its first line", lines[0].startswith("Would run in"), True)
         desktop.key("Escape")
         desktop.gone("dryRun")
-        expect("the title", desktop.ask("windows")[0]["title"], "Hello.build.xml - qxhost")
+        expect("the title", desktop.title(), "Hello.build.xml - qxhost")
         expect("the exit code", desktop.close(), 0)
     expect("what has changed",
            subprocess.run(["diff", "-r", place.path("before"), place.path("work")], capture_output=True).stdout, b"")
@@ -100,7 +97,7 @@ def test_states_go_with_their_actions(place):
         wait_for("the end", lambda: "failed" in desktop.say("status"))
         desktop.key("ctrl+o")
         answer_file_dialog(desktop, place, "Open a build project", place.path("work", "other.xml"))
-        wait_for("the other project", lambda: desktop.ask("windows")[0]["title"] == "other.xml - qxhost")
+        wait_for("the other project", lambda: desktop.title() == "other.xml - qxhost")
         expect("its states", states(desktop), ["", ""])
         expect("the exit code", desktop.close(), 0)
 

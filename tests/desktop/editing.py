@@ -6,7 +6,7 @@ import time
 
 from person import hands, in_front, wait_for
 from place import (
-    ACTION, expect, read, expect_same_file, answer_file_dialog, open_pages, go_to_page, states)
+    ACTION, expect, read, expect_same_file, answer_file_dialog, open_pages, go_to_page, states, tiny_project)
 
 
 def add_action(desktop, name):
@@ -55,7 +55,7 @@ def save_as(desktop, place, name):
     desktop.key("ctrl+s")
     answer_file_dialog(desktop, place, "Save the build project", place.path("work", name))
     wait_for("the saved file", lambda: os.path.exists(place.path("work", name)))
-    wait_for("the title", lambda: desktop.ask("windows")[0]["title"] == f"{name} - qxhost")
+    wait_for("the title", lambda: desktop.title() == f"{name} - qxhost")
 
 
 def expected_project(place):
@@ -79,6 +79,14 @@ def type_value(desktop, caption, text):
     time.sleep(0.2)  # the editor is made with the click
     desktop.key("ctrl+a")
     desktop.type(text)
+
+
+def press_button_of(desktop, caption):
+    """The one at the end of a property's row, which comes when the row is selected."""
+    desktop.click_row("properties", caption + "=")
+    time.sleep(0.3)
+    row = next(row for row in desktop.rows("properties") if row["text"].startswith(caption + "="))
+    desktop.click_at({**row, "x": row["x"] + row["width"] - 20, "width": 16})
 
 
 def drag(start, end):
@@ -139,7 +147,7 @@ def test_undoing_and_redoing(place):
         for count in (1, 2, 2, 3):
             desktop.key("ctrl+y")
             wait_for(f"{count} actions again", lambda: len(desktop.texts("actions")) == count)
-        wait_for("the saved state", lambda: desktop.ask("windows")[0]["title"] == "three.xml - qxhost")
+        wait_for("the saved state", lambda: desktop.title() == "three.xml - qxhost")
         expect("the exit code", desktop.close(), 0)
     expect("the file", read(place.path("work", "three.xml")), three)
 
@@ -172,12 +180,8 @@ def test_changing_options(place):
 
 def test_editing_properties(place):
     """What is typed into the grid is kept wherever the user goes next, or refused with the reason."""
-    place.host(*place.tiny(), "new", "tiny.xml")
-    for text in ("first", "second"):
-        place.host(*place.tiny(), "add", "tiny.xml", "Tiny Task", "Text=" + text)
     saved = lambda: read(place.path("work", "tiny.xml")).decode()
-    with place.desktop(*place.tiny(), "tiny.xml") as desktop:
-        wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
+    with tiny_project(place, "tiny.xml", ["Text=first"], ["Text=second"]) as desktop:
         type_value(desktop, "Text", "another first")
         desktop.click_row("actions", "Tiny Task")  # the same one
         wait_for("the edit", lambda: value(desktop, "Text") == "another first")
@@ -213,10 +217,7 @@ def test_opening_pages_from_the_grid(place):
     """The button of a property opens the page that its editor names."""
     with place.desktop("Hello.build.xml") as desktop:
         wait_for("the action", lambda: desktop.texts("actions"))
-        desktop.click_row("properties", "AssemblyInfo=")
-        time.sleep(0.3)
-        row = next(row for row in desktop.rows("properties") if row["text"].startswith("AssemblyInfo="))
-        desktop.click_at({**row, "x": row["x"] + row["width"] - 20, "width": 16})
+        press_button_of(desktop, "AssemblyInfo")
         desktop.window("pages")
         expect("the page", desktop.say("Pages"), "Solution")  # its editor names none, so it is the first one
         desktop.key("Escape")
@@ -227,27 +228,22 @@ def test_opening_pages_from_the_grid(place):
 def test_dragging(place):
     """Dropped on a row an action comes before it, from the catalogue and from above and below; on its
     lower edge it comes behind it, under the last one last."""
-    place.host(*place.tiny(), "new", "drag.xml")
-    for letter in "abcd":
-        place.host(*place.tiny(), "add", "drag.xml", "Tiny Task", "Text=" + letter)
-
     def order():
         desktop.key("ctrl+s")
-        wait_for("the saved state", lambda: not desktop.ask("windows")[0]["title"].startswith("*"))
+        wait_for("the saved state", lambda: not desktop.title().startswith("*"))
         actions = read(place.path("work", "drag.xml")).decode().split("<Action ")[1:]
         return "".join((re.findall('name="Text">(.)<', action) or ["+"])[0] for action in actions)
 
     def drop(start, end, wanted):
         before = order()
         drag(start, end)
-        wait_for("the drop", lambda: desktop.ask("windows")[0]["title"].startswith("*"))
+        wait_for("the drop", lambda: desktop.title().startswith("*"))
         expect(f"the order after {before}", order(), wanted)
 
     def rows():
         return desktop.rows("actions")
 
-    with place.desktop(*place.tiny(), place.seen(place.path("work", "drag.xml"))) as desktop:
-        wait_for("the actions", lambda: len(desktop.texts("actions")) == 4)
+    with tiny_project(place, "drag.xml", *(["Text=" + letter] for letter in "abcd")) as desktop:
         desktop.widget("actions")
         drop(rows()[3], middle(rows()[1]), "adbc")
         drop(rows()[0], middle(rows()[3]), "dbac")
@@ -294,4 +290,4 @@ def test_keys_in_the_pages(place):
         wait_for("the focus in the dialog", lambda: desktop.where("pages")["focus"])
         desktop.key("Escape")
         desktop.gone("pages")
-        wait_for("the title", lambda: desktop.ask("windows")[0]["title"].startswith("*"))
+        wait_for("the title", lambda: desktop.title().startswith("*"))

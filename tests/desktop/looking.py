@@ -7,22 +7,12 @@ import time
 
 from person import hands, wait_for
 from place import (
-    expect, read, answer_file_dialog, wait_for_state, expect_log)
+    expect, read, answer_file_dialog, wait_for_state, expect_log, tiny_project)
 
 
 def click_in_menu(desktop, menu, letter):
     desktop.key("alt+" + menu)
     desktop.key(letter)
-
-
-def tiny_project(place, file, *actions):
-    """Makes a build project of the tests' actions, each of them a list of settings; the desktop that shows it."""
-    place.host(*place.tiny(), "new", file)
-    for settings in actions:
-        place.host(*place.tiny(), "add", file, "Tiny Task", *settings)
-    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", file)))
-    wait_for("the actions", lambda: len(desktop.texts("actions")) == len(actions))
-    return desktop
 
 
 def wait_for_count(desktop, lines):
@@ -41,10 +31,7 @@ def selected_in_log(desktop):
 
 def test_a_million_lines(place):
     """All of them are counted and kept in the file, the newest are in the list, and the list can be searched."""
-    place.host(*place.tiny(), "new", "flood.xml")
-    place.host(*place.tiny(), "add", "flood.xml", "Tiny Task", "Deed=tdFlood", "Seconds=1000")
-    with place.desktop(*place.tiny(), place.seen(place.path("work", "flood.xml"))) as desktop:
-        wait_for("the action", lambda: desktop.texts("actions"))
+    with tiny_project(place, "flood.xml", ["Deed=tdFlood", "Seconds=1000"]) as desktop:
         desktop.key("F5")
         wait_for_state(desktop, "Running")
         desktop.ask("ping")

@@ -101,6 +101,10 @@ class Desktop:
         self.titles.update(window["title"] for window in windows)
         return [window["name"] for window in windows]
 
+    def title(self):
+        """Of the main window."""
+        return self.ask("windows")[0]["title"]
+
     def window(self, name, patience=PATIENCE):
         return wait_for(f"the window {name}", lambda: name in self.windows(), patience)
 

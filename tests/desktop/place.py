@@ -76,6 +76,16 @@ def answer_file_dialog(desktop, place, title, path):
     wait_for(f"the end of the dialog {title}", lambda: not in_front(title))
 
 
+def tiny_project(place, file, *actions):
+    """Makes a build project of the tests' actions, each of them a list of settings; the desktop that shows it."""
+    place.host(*place.tiny(), "new", file)
+    for settings in actions:
+        place.host(*place.tiny(), "add", file, "Tiny Task", *settings)
+    desktop = place.desktop(*place.tiny(), place.seen(place.path("work", file)))
+    wait_for("the actions", lambda: len(desktop.texts("actions")) == len(actions))
+    return desktop
+
+
 def open_pages(desktop):
     desktop.focus_row("actions")
     desktop.key("alt+Return")
