@@ -20,6 +20,7 @@ def test_giving_up_pages_that_cannot_be_written(place):
     """A page refuses to write: what the pages before it have written by then goes with Cancel."""
     place.host("new", "half.xml")
     place.host("add", "half.xml", ACTION, "Solution=Hello/Hello.sln", "SolutionConFiguration=Debug|Mixed Platforms")
+    place.host("set", "half.xml", "--action", "1", "UseEnv=False")  # written by who has read it
     before = read(place.path("work", "half.xml"))
     with place.desktop("half.xml") as desktop:
         wait_for("the action", lambda: desktop.texts("actions"))
@@ -35,6 +36,8 @@ def test_giving_up_pages_that_cannot_be_written(place):
         press(desktop, "Cancel")
         desktop.gone("pages")
         expect("the title", desktop.title(), "half.xml - qxhost")
+        desktop.key("ctrl+s")  # whatever the action was left with
+        wait_for("the saving", lambda: "Saved" in (desktop.say("status") or ""))
         expect("the exit code", desktop.close(), 0)
     expect("the file", read(place.path("work", "half.xml")), before)
 
