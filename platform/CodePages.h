@@ -14,9 +14,8 @@ inline constexpr std::uint32_t kUtf8CodePage = 65001;
 // such setting (outside Windows).
 std::optional<std::uint32_t> SystemCodePage();
 
-// A UTF-8 text in the bytes of a Windows code page (1252, 932, 65001). None when the page has no place for
-// one of its characters (nothing is replaced by something like it), or when the system does not know the
-// page.
+// A UTF-8 text in the bytes of a Windows code page (1252, 932, 65001). None when the page has no place for one
+// of its characters (nothing is replaced by something like it), or when the system does not know the page.
 std::optional<std::string> EncodeInCodePage(std::string_view utf8, std::uint32_t codePage);
 
 }  // namespace qx

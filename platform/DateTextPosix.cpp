@@ -1,4 +1,3 @@
-#include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
 #include <time.h>
@@ -9,6 +8,7 @@
 #include <type_traits>
 
 #include "platform/DateText.h"
+#include "platform/Posix.h"
 
 namespace qx {
 namespace {
@@ -18,8 +18,7 @@ struct FreeLocale {
 };
 using Locale = std::unique_ptr<std::remove_pointer_t<locale_t>, FreeLocale>;
 
-// The user's settings as the environment names them (LC_ALL, LC_TIME, LANG); "C" where it names none that
-// exists.
+// The user's settings as the environment names them (LC_ALL, LC_TIME, LANG); "C" where it names none that exists.
 Locale UsersLocale() {
   locale_t locale = newlocale(LC_TIME_MASK | LC_CTYPE_MASK, "", nullptr);
   if (locale == nullptr) locale = newlocale(LC_TIME_MASK | LC_CTYPE_MASK, "C", nullptr);
@@ -29,17 +28,10 @@ Locale UsersLocale() {
 // A text in the locale's own encoding, which is Latin-1 in many an old one; as it stands where the system
 // cannot convert it.
 std::string ToUtf8(std::string text, locale_t locale) {
-  const iconv_t converter = iconv_open("UTF-8", nl_langinfo_l(CODESET, locale));
-  if (converter == reinterpret_cast<iconv_t>(-1)) return text;
-  std::string out(text.size() * 4, '\0');
-  char* from = text.data();
-  char* to = out.data();
-  std::size_t left = text.size(), room = out.size();
-  iconv(converter, &from, &left, &to, &room);
-  iconv_close(converter);
-  if (left != 0) return text;
-  out.resize(out.size() - room);
-  return out;
+  system::Converter converter("UTF-8", nl_langinfo_l(CODESET, locale));
+  std::string_view rest = text;
+  std::string out;
+  return converter.IsOpen() && converter.Convert(rest, out) ? out : text;
 }
 
 std::string Format(const char* format, std::time_t time, locale_t locale) {

@@ -41,53 +41,12 @@ char32_t Fold(char32_t c) {
   return c;
 }
 
-void AppendUtf8(std::string& out, char32_t c) {
-  const auto put = [&out](char32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
-  if (c < 0x80) return put(c);
-  if (c < 0x800) {
-    put(0xC0 | (c >> 6));
-    return put(0x80 | (c & 0x3F));
-  }
-  if (c < 0x10000) {
-    put(0xE0 | (c >> 12));
-  } else {
-    put(0xF0 | (c >> 18));
-    put(0x80 | ((c >> 12) & 0x3F));
-  }
-  put(0x80 | ((c >> 6) & 0x3F));
-  put(0x80 | (c & 0x3F));
-}
-
-constexpr char32_t kInvalid = 0xFFFFFFFF;
-
-// The code point at a position, which is moved past it; kInvalid, moved by one byte, where there is none.
-// Surrogates pass: the caller says whether it takes them.
-char32_t NextCodePoint(std::string_view text, std::size_t& at) {
-  const auto byte = [&](std::size_t i) -> char32_t { return static_cast<unsigned char>(text[i]); };
-  const char32_t lead = byte(at);
-  const std::size_t begin = at++;
-  if (lead < 0x80) return lead;
-  const std::size_t size = lead >= 0xF0 && lead < 0xF8 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
-  if (size == 0 || lead >= 0xF8 || begin + size > text.size()) return kInvalid;
-  char32_t c = lead & (0xFFu >> (size + 1));
-  for (std::size_t i = 1; i < size; ++i) {
-    if ((byte(begin + i) & 0xC0) != 0x80) return kInvalid;
-    c = (c << 6) | (byte(begin + i) & 0x3F);
-  }
-  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
-  if (c < kLeast[size] || c > 0x10FFFF) return kInvalid;
-  at = begin + size;
-  return c;
-}
-
-bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
-
 // False at the first byte that has no UTF-16 form, unless `lenient`.
 bool AppendUtf16(std::string_view text, bool lenient, std::u16string& out) {
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     const char32_t c = NextCodePoint(text, at);
-    if (c == kInvalid) {
+    if (c == kNoCodePoint) {
       if (!lenient) return false;
       out += u'\uFFFD';
     } else if (c >= 0x10000) {
@@ -98,6 +57,12 @@ bool AppendUtf16(std::string_view text, bool lenient, std::u16string& out) {
     }
   }
   return true;
+}
+
+std::string HexOf(std::uint32_t number, std::size_t digits, std::string_view alphabet) {
+  std::string text;
+  for (; number != 0 || text.size() < digits; number /= 16) text.insert(text.begin(), alphabet[number % 16]);
+  return text;
 }
 
 }  // namespace
@@ -147,6 +112,13 @@ std::string JoinLines(std::span<const std::string> lines) {
   std::string out;
   for (const std::string& line : lines) out.append(line).append("\r\n");
   return out;
+}
+
+std::string Quoted(std::string_view text) {
+  std::string quoted(1, '"');
+  quoted += text;
+  quoted += '"';
+  return quoted;
 }
 
 std::vector<std::string> SplitCommaText(std::string_view text) {
@@ -213,10 +185,59 @@ std::optional<std::int32_t> ToInteger(std::string_view text) {
   return value;
 }
 
+std::string UpperHex(std::uint32_t number, std::size_t digits) {
+  return HexOf(number, digits, "0123456789ABCDEF");
+}
+
+std::string LowerHex(std::uint32_t number, std::size_t digits) {
+  return HexOf(number, digits, "0123456789abcdef");
+}
+
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  const char lower = LowerAscii(c);
+  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+void AppendUtf8(std::string& out, char32_t c) {
+  const auto put = [&out](char32_t byte) { out += static_cast<char>(static_cast<unsigned char>(byte)); };
+  if (c < 0x80) return put(c);
+  if (c < 0x800) {
+    put(0xC0 | (c >> 6));
+    return put(0x80 | (c & 0x3F));
+  }
+  if (c < 0x10000) {
+    put(0xE0 | (c >> 12));
+  } else {
+    put(0xF0 | (c >> 18));
+    put(0x80 | ((c >> 12) & 0x3F));
+  }
+  put(0x80 | ((c >> 6) & 0x3F));
+  put(0x80 | (c & 0x3F));
+}
+
+char32_t NextCodePoint(std::string_view text, std::size_t& at) {
+  const auto byte = [&](std::size_t i) -> char32_t { return static_cast<unsigned char>(text[i]); };
+  const char32_t lead = byte(at);
+  const std::size_t begin = at++;
+  if (lead < 0x80) return lead;
+  const std::size_t size = lead >= 0xF0 && lead < 0xF8 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 0;
+  if (size == 0 || lead >= 0xF8 || begin + size > text.size()) return kNoCodePoint;
+  char32_t c = lead & (0xFFu >> (size + 1));
+  for (std::size_t i = 1; i < size; ++i) {
+    if ((byte(begin + i) & 0xC0) != 0x80) return kNoCodePoint;
+    c = (c << 6) | (byte(begin + i) & 0x3F);
+  }
+  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
+  if (c < kLeast[size] || c > 0x10FFFF) return kNoCodePoint;
+  at = begin + size;
+  return c;
+}
+
 bool IsValidUtf8(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const char32_t c = NextCodePoint(text, at);
-    if (c == kInvalid || IsSurrogate(c)) return false;
+    if (c == kNoCodePoint || IsSurrogate(c)) return false;
   }
   return true;
 }
@@ -226,7 +247,7 @@ std::string AsValidUtf8(std::string_view text) {
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
     const char32_t c = NextCodePoint(text, at);
-    AppendUtf8(out, c == kInvalid || IsSurrogate(c) ? U'\uFFFD' : c);
+    AppendUtf8(out, c == kNoCodePoint || IsSurrogate(c) ? U'\uFFFD' : c);
   }
   return out;
 }

@@ -61,6 +61,24 @@ TEST(Texts, JoinedLinesAllEndInCrLf) {
   EXPECT_EQ(JoinLines(Items{}), "");
 }
 
+TEST(Texts, JoiningPutsTheSeparatorBetweenAllOfThem) {
+  EXPECT_EQ(Join(Items{"a", "", "b"}, ", "), "a, , b");
+  EXPECT_EQ(Join(Items{"", "b"}, ";"), ";b");
+  EXPECT_EQ(Join(Items{}, ";"), "");
+  EXPECT_EQ(Quoted("a \"b"), "\"a \"b\"");
+}
+
+TEST(Texts, CursorsKnowWhereEachLineStands) {
+  LineCursor cursor("ab\r\nc\r\rd");
+  std::vector<std::size_t> begins, nexts;
+  for (Line line; cursor.Next(line);) {
+    begins.push_back(line.begin);
+    nexts.push_back(line.next);
+  }
+  EXPECT_EQ(begins, (std::vector<std::size_t>{0, 4, 6, 7}));
+  EXPECT_EQ(nexts, (std::vector<std::size_t>{4, 6, 7, 8}));
+}
+
 TEST(CommaText, SeparatesByCommasAndByBlanksOutsideQuotes) {
   EXPECT_EQ(SplitCommaText("a, b c\t\"d, e\""), (Items{"a", "b", "c", "d, e"}));
   EXPECT_EQ(SplitCommaText("  a  ,  b  "), (Items{"a", "b"}));
@@ -112,6 +130,35 @@ TEST(Integers, AreDecimalWithAnOptionalSignAndNothingElse) {
        {"", "+", "-", "+-1", "2147483648", "-2147483649", "$10", "0x10", " 1", "1 ", "1.0", "a"}) {
     EXPECT_EQ(ToInteger(text), std::nullopt) << text;
   }
+}
+
+TEST(Hexadecimal, HasAtLeastSoManyDigits) {
+  EXPECT_EQ(UpperHex(0xAB, 4), "00AB");
+  EXPECT_EQ(LowerHex(0xAB, 1), "ab");
+  EXPECT_EQ(UpperHex(0, 0), "");
+  EXPECT_EQ(LowerHex(0xFFFFFFFF, 2), "ffffffff");
+}
+
+TEST(Hexadecimal, DigitsOfEitherCaseHaveTheirValue) {
+  const std::string digits = "0123456789abcdefABCDEF";
+  for (int c = 0; c < 256; ++c) {
+    const std::size_t at = digits.find(static_cast<char>(c));
+    const int value = at == std::string::npos ? -1 : static_cast<int>(at < 16 ? at : at - 6);
+    EXPECT_EQ(HexDigit(static_cast<char>(c)), value) << c;
+  }
+}
+
+TEST(Utf, StepsFromOneCodePointToTheNext) {
+  const std::string text =
+      "a\xC3\xA4\xE2\x82\xAC\xF0\x9D\x84\x9E"
+      "\xED\xA0\xB4\xFF\xE2\x82";
+  std::vector<char32_t> found;
+  for (std::size_t at = 0; at < text.size();) found.push_back(NextCodePoint(text, at));
+  EXPECT_EQ(found, (std::vector<char32_t>{U'a', U'ä', U'€', U'𝄞', 0xD834, kNoCodePoint, kNoCodePoint,
+                                          kNoCodePoint}));
+  EXPECT_TRUE(IsSurrogate(found[4]));
+  EXPECT_TRUE(BeginsCharacter('\xE2'));
+  EXPECT_FALSE(BeginsCharacter('\x82'));
 }
 
 TEST(Utf, KnowsWhatIsUtf8) {

@@ -36,4 +36,13 @@ std::string ErrorText(unsigned long error) {
   return text.substr(0, text.find_last_not_of("\r\n .") + 1);
 }
 
+std::string LastError() { return ErrorText(GetLastError()); }
+
+Handle::Handle(void* handle) : handle_(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
+
+bool Handle::Close() {
+  void* const handle = Release();
+  return handle == nullptr || CloseHandle(handle) != 0;
+}
+
 }  // namespace qx::system

@@ -1,7 +1,0 @@
-#include "platform/ComObject.h"
-
-namespace qx {
-
-std::unique_ptr<ComObject> BindComObject(const std::string&) { return nullptr; }
-
-}  // namespace qx

@@ -1,0 +1,82 @@
+#include "platform/Posix.h"
+
+#include <iconv.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+namespace qx::system {
+namespace {
+
+// The C library's sign for encodings that it does not know.
+iconv_t NoConverter() { return reinterpret_cast<iconv_t>(-1); }
+
+}  // namespace
+
+std::string ErrorText(int error) { return std::generic_category().message(error); }
+std::string LastError() { return ErrorText(errno); }
+
+bool Descriptor::Close() {
+  const int number = Release();
+  return number < 0 || close(number) == 0;
+}
+
+Converter::Converter(const char* to, const char* from) : handle_(iconv_open(to, from)) {}
+
+Converter::~Converter() {
+  if (IsOpen()) iconv_close(handle_);
+}
+
+bool Converter::IsOpen() const { return handle_ != NoConverter(); }
+
+bool Converter::Convert(std::string_view& bytes, std::string& out) {
+  std::array<char, 4096> buffer;
+  while (!bytes.empty()) {
+    char* from = const_cast<char*>(bytes.data());  // the interface is older than const; it only reads
+    char* to = buffer.data();
+    std::size_t left = bytes.size();
+    std::size_t room = buffer.size();
+    const std::size_t replaced = iconv(handle_, &from, &left, &to, &room);
+    const bool isFull = replaced == static_cast<std::size_t>(-1) && errno == E2BIG;
+    bytes.remove_prefix(bytes.size() - left);
+    out.append(buffer.data(), buffer.size() - room);
+    if (replaced != 0 && !isFull) return false;
+  }
+  return true;
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
+  for (std::string& text : texts) pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+void BecomeProgram(std::vector<std::string> command) {
+  const std::vector<char*> words = Pointers(command);
+  execv(words.front(), words.data());
+}
+
+SpawnOrders::SpawnOrders(short flags) {
+  posix_spawn_file_actions_init(&actions);
+  posix_spawnattr_init(&attributes);
+  sigset_t none;
+  sigset_t all;
+  sigemptyset(&none);
+  sigfillset(&all);
+  posix_spawnattr_setsigmask(&attributes, &none);
+  posix_spawnattr_setsigdefault(&attributes, &all);
+  posix_spawnattr_setflags(&attributes,
+                           static_cast<short>(flags | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+}
+
+SpawnOrders::~SpawnOrders() {
+  posix_spawn_file_actions_destroy(&actions);
+  posix_spawnattr_destroy(&attributes);
+}
+
+}  // namespace qx::system
