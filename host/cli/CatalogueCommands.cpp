@@ -2,22 +2,20 @@
 #include <algorithm>
 #include <array>
 
+#include "host/actions/PropertyText.h"
 #include "host/cli/Commands.h"
 #include "host/cli/Report.h"
 #include "host/cli/Session.h"
-#include "host/runtime/HostSettings.h"
-#include "host/runtime/Nearest.h"
-#include "host/runtime/PropertyText.h"
-#include "platform/Files.h"
-#include "platform/Paths.h"
+#include "host/settings/HostSettings.h"
+#include "platform/Nearest.h"
 #include "platform/Texts.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 
 namespace qx::cli {
 namespace {
 
 constexpr std::array<std::string_view, 5> kKindNames{"text", "integer", "boolean", "enumeration", "list"};
-constexpr std::string_view kRegistryName = "Registry";
-constexpr std::string_view kTimeoutName = "WebDavTimeout";
 constexpr std::array<std::string_view, 3> kStorageNames{"stored", "not stored", "secret"};
 
 Json PropertyRowAsJson(const PublishedProperty& property) {
@@ -33,9 +31,8 @@ Json PropertyRowAsJson(const PublishedProperty& property) {
 std::string CallAsText(const RegistrationCall& call) {
   std::string text = "    " + call.operation;
   for (const RegistrationCall::Argument& argument : call.arguments) {
-    std::string values;
-    for (const std::string& value : argument.values) values += (values.empty() ? "" : ", ") + value;
-    text += " " + argument.name + "=" + (argument.isList ? "[" + values + "]" : "\"" + values + "\"");
+    const std::string values = Join(argument.values, ", ");
+    text += " " + argument.name + "=" + (argument.isList ? "[" + values + "]" : Quoted(values));
   }
   return text + "\n";
 }
@@ -112,26 +109,15 @@ struct PendingOption {
   const PublishedProperty* property;
   PropertyValue value;
   std::string hostName;
-  std::string hostValue;
+  std::string hostValue;  // empty: the setting is taken out
 };
 
-PendingOption CheckHostSetting(const std::string& name, const std::string& value) {
-  PendingOption option{nullptr, nullptr, {}, name, value};
-  if (value.empty()) return option;  // taken out
-  if (name == kRegistryName) {
-    option.hostValue = ExpandPath("", value);
-    if (!FileExists(option.hostValue)) throw Exception("Registry: there is no file " + option.hostValue);
-  }
-  const std::pair<std::string, std::string> setting{name, value};
-  if (name == kTimeoutName && ToInteger(value) != HostSettings::From({&setting, 1}).webDavTimeout) {
-    throw Exception("WebDavTimeout takes a whole number of seconds, a day's at most, not \"" + value + "\"");
-  }
-  return option;
-}
-
 PendingOption FindOption(Catalogue& catalogue, const std::string& name, const std::string& value) {
-  if (IsHostSettingName(name)) return CheckHostSetting(CheckHostSettingName(name), value);
-  std::vector<std::string> names{std::string(kRegistryName), std::string(kTimeoutName), "Framework.v2.0"};
+  if (IsHostSettingName(name)) {
+    const std::string stored = CheckHostSettingName(name);
+    return {nullptr, nullptr, {}, stored, value.empty() ? "" : CheckHostSettingValue(stored, value)};
+  }
+  std::vector<std::string> names = HostSettingNames();
   for (const RegisteredOptions& entry : catalogue.Options()) {
     for (const PublishedProperty& property : entry.optionsClass->properties)
       names.emplace_back(property.name);
@@ -201,8 +187,8 @@ int ShowPackages(Session& session, const Invocation& invocation) {
   std::string text;
   bool failed = loader.Packages().empty();
   for (const auto& package : loader.Packages()) {
-    text += PackageAsText(*package, TheCatalogue());
-    json.push_back(PackageAsJson(*package, TheCatalogue()));
+    text += PackageAsText(*package, session.Catalogue());
+    json.push_back(PackageAsJson(*package, session.Catalogue()));
     if (package->Error().empty()) continue;
     failed = true;
     Session::Complain(package->Error());

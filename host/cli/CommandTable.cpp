@@ -2,13 +2,17 @@
 
 #include <array>
 
+#include "host/HostArguments.h"
 #include "host/cli/Commands.h"
+#include "host/settings/HostSettings.h"
+#include "platform/Texts.h"
 
 namespace qx::cli {
 namespace {
 
 constexpr std::array<std::string_view, 3> kColours{"auto", "always", "never"};
 constexpr std::array<std::string_view, 2> kLogStyles{"text", "json"};
+constexpr std::array<std::string_view, 3> kChecks{"fail", "warn", "off"};
 
 constexpr OptionRow kSet{
     "--set", "NAME=VALUE", ValueKind::Assignment,
@@ -16,21 +20,11 @@ constexpr OptionRow kSet{
 constexpr OptionRow kJson{"--json", "", ValueKind::None, {}, false, "print JSON"};
 
 constexpr std::array kGlobals{
-    OptionRow{"--package",
-              "PATH",
-              ValueKind::File,
-              {},
-              true,
-              "load this package library instead of the one beside the program"},
-    OptionRow{"--options",
-              "FILE",
-              ValueKind::File,
-              {},
-              false,
-              "the options store (default: $QXHOST_OPTIONS, else options.xml in the user's configuration)"},
+    kPackageOption,
+    kOptionsOption,
     OptionRow{"--color", "WHEN", ValueKind::Choice, kColours, false, "colour the log: auto, always or never"},
-    OptionRow{"--help", "", ValueKind::None, {}, false, "show help, of a command when one is named"},
-    OptionRow{"--version", "", ValueKind::None, {}, false, "show the version"},
+    kHelpOption,
+    kVersionOption,
 };
 
 constexpr OperandRow kFile{"FILE", ValueKind::File, 1, 1};
@@ -48,6 +42,9 @@ constexpr std::array kRunOptions{
               {},
               false,
               "change nothing; show the programs that would run and a diff of the files that would change"},
+    OptionRow{
+        "--check-built", "WHAT", ValueKind::Choice, kChecks, false,
+        "what becomes of a run that left a program missing, stale or of another version: fail, warn or off"},
     OptionRow{"--timeout", "SECONDS", ValueKind::Seconds, {}, false, "stop the build after this time"},
 };
 constexpr std::array kValidateOptions{kSet};
@@ -55,8 +52,7 @@ constexpr std::array kValidateOptions{kSet};
 constexpr std::array kAddOperands{kFile, OperandRow{"ACTION", ValueKind::Action, 1, 1},
                                   OperandRow{"NAME=VALUE", ValueKind::Assignment, 0, kAny}};
 constexpr std::array kSetOperands{kFile, OperandRow{"NAME=VALUE", ValueKind::Assignment, 1, kAny}};
-constexpr std::array kSetOptions{
-    OptionRow{"--action", "N", ValueKind::Number, {}, false, "which action, counted from 1 (default: 1)"}};
+constexpr std::array kSetOptions{kActionOption};
 constexpr std::array kShowOptions{
     kJson, OptionRow{"--all", "", ValueKind::None, {}, false, "hidden properties too"}};
 constexpr std::array kActionsOptions{kJson};
@@ -69,18 +65,7 @@ constexpr std::array kExpandOperands{OperandRow{"TEXT", ValueKind::Text, 1, 1}};
 constexpr std::array kExpandOptions{
     OptionRow{"--project", "FILE", ValueKind::File, {}, false, "take the variables of this build project"},
     kSet};
-constexpr std::array kDriveOptions{
-    OptionRow{"--action", "N", ValueKind::Number, {}, false, "which action, counted from 1 (default: 1)"},
-    OptionRow{"--property",
-              "NAME",
-              ValueKind::Text,
-              {},
-              false,
-              "open at the page that this property's editor names"},
-    OptionRow{"--options-page", "", ValueKind::None, {}, false, "the pages of the options instead"},
-    OptionRow{"--input", "COMMANDS", ValueKind::File, {}, false, "read the commands from this file"},
-    kSet,
-};
+constexpr std::array kDriveOptions{kActionOption, kPropertyOption, kOptionsPageOption, kInputOption, kSet};
 constexpr std::array kScriptOperands{OperandRow{"FILE", ValueKind::File, 0, 1},
                                      OperandRow{"ARGUMENT", ValueKind::Text, 0, kAny}};
 constexpr std::array kScriptOptions{
@@ -161,15 +146,10 @@ constexpr std::array kCommands{
                ShowPackages},
     CommandRow{
         "options", kOptionsOperands, kOptionsOptions, "show or change the options",
-        "Without an assignment shows the options objects of the packages and the host's own settings. The "
-        "host's "
-        "settings are Framework.VERSION=FOLDER, the folder that holds MSBuild.exe for a framework version; "
-        "Unc.\\\\SERVER\\SHARE=FOLDER, where a network share is mounted (outside Windows); Registry=FILE, a "
-        ".reg "
-        "export that stands in for the registry (outside Windows); and WebDavTimeout=SECONDS. An empty value "
-        "takes a setting of the "
-        "host out.",
-        "qxhost options Framework.v2.0=/opt/msbuild", "names the folder of a framework", ShowOptions},
+        "Without an assignment shows the options objects of the packages and the host's own settings, which "
+        "these are. An empty value takes a setting of the host out.",
+        "qxhost options Framework.v2.0=/opt/msbuild", "names the folder of a framework", ShowOptions,
+        HostSettingsHelp},
     CommandRow{"expand", kExpandOperands, kExpandOptions, "print a text with its variables expanded",
                "%NAME% is replaced by --set, the project's variables or the environment, in this order; %% "
                "is one percent "
@@ -223,6 +203,8 @@ constexpr std::array kCommands{
                ShowHelp},
 };
 
+constexpr ProgramRow kProgram{"qxhost", kGlobals, kCommands, {}};
+
 constexpr std::array kExitCodes{
     ExitCodeRow{0, "success"},
     ExitCodeRow{1, "an action or a script failed"},
@@ -234,15 +216,15 @@ constexpr std::array kExitCodes{
 
 }  // namespace
 
-std::span<const OptionRow> GlobalOptions() { return kGlobals; }
-std::span<const CommandRow> Commands() { return kCommands; }
+const ProgramRow& TheProgram() { return kProgram; }
 std::span<const ExitCodeRow> ExitCodes() { return kExitCodes; }
 
-const CommandRow* FindCommand(std::string_view name) {
-  for (const CommandRow& row : kCommands) {
-    if (row.name == name) return &row;
+std::vector<std::string> DetailsOf(const CommandRow& command) {
+  std::vector<std::string> paragraphs = SplitLines(command.details);
+  if (command.furtherDetails != nullptr) {
+    for (std::string& line : SplitLines(command.furtherDetails())) paragraphs.push_back(std::move(line));
   }
-  return nullptr;
+  return paragraphs;
 }
 
 }  // namespace qx::cli

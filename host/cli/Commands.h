@@ -1,5 +1,5 @@
-// What each command does. All return the exit code; a usage error or an input that cannot be read leaves as
-// Exception.
+// What each command does. All return the exit code; a usage error or an input that cannot be
+// read leaves as Exception.
 #pragma once
 
 namespace qx::cli {

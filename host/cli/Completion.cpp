@@ -1,24 +1,15 @@
+#include <ranges>
+
 #include "host/cli/Documents.h"
+#include "platform/Texts.h"
 
 namespace qx::cli {
 namespace {
 
-std::string Joined(std::span<const std::string_view> words) {
-  std::string text;
-  for (const std::string_view word : words) text.append(text.empty() ? "" : " ").append(word);
-  return text;
-}
-
-std::string OptionWords(std::span<const OptionRow> rows) {
-  std::string text;
-  for (const OptionRow& row : rows) text.append(text.empty() ? "" : " ").append(row.name);
-  return text;
-}
-
-std::string CommandWords() {
-  std::string text;
-  for (const CommandRow& row : Commands()) text.append(text.empty() ? "" : " ").append(row.name);
-  return text;
+// The names of a table's rows.
+template <class Rows>
+std::string NamesIn(const Rows& rows) {
+  return Join(rows | std::views::transform([](const auto& row) { return row.name; }), " ");
 }
 
 // What bash runs to offer values of a kind.
@@ -26,12 +17,10 @@ std::string BashOffer(ValueKind kind, std::span<const std::string_view> choices)
   switch (kind) {
     case ValueKind::File:
       return "compopt -o filenames; COMPREPLY=($(compgen -f -- \"$word\"))";
-    case ValueKind::Folder:
-      return "compopt -o filenames; COMPREPLY=($(compgen -d -- \"$word\"))";
     case ValueKind::Choice:
-      return "COMPREPLY=($(compgen -W '" + Joined(choices) + "' -- \"$word\"))";
+      return "COMPREPLY=($(compgen -W '" + Join(choices, " ") + "' -- \"$word\"))";
     case ValueKind::Command:
-      return "COMPREPLY=($(compgen -W '" + CommandWords() + "' -- \"$word\"))";
+      return "COMPREPLY=($(compgen -W '" + NamesIn(TheProgram().commands) + "' -- \"$word\"))";
     case ValueKind::Action:
       return "_qxhost_actions";
     default:
@@ -58,7 +47,7 @@ std::string BashCommand(const CommandRow& command) {
   if (!command.options.empty()) {
     text += "      case $before in\n" + BashOptionBranches(command.options, "        ") + "      esac\n";
   }
-  text += "      options=\"$globals " + OptionWords(command.options) + "\"\n";
+  text += "      options=\"$globals " + NamesIn(command.options) + "\"\n";
   if (!command.operands.empty()) {
     text += "      case $operand in\n";
     int first = 1;
@@ -94,12 +83,10 @@ std::string ZshAction(ValueKind kind, std::span<const std::string_view> choices)
   switch (kind) {
     case ValueKind::File:
       return "_files";
-    case ValueKind::Folder:
-      return "_files -/";
     case ValueKind::Choice:
-      return "(" + Joined(choices) + ")";
+      return "(" + Join(choices, " ") + ")";
     case ValueKind::Command:
-      return "(" + CommandWords() + ")";
+      return "(" + NamesIn(TheProgram().commands) + ")";
     case ValueKind::Action:
       return "_qxhost_actions";
     default:
@@ -126,6 +113,22 @@ std::string ZshCommand(const CommandRow& command) {
   return text + "\n      ;;\n";
 }
 
+// Every option that takes a value, once, as a pattern of case: "--set|--options".
+std::string OptionsWithValues() {
+  std::string valued;
+  const auto add = [&](std::span<const OptionRow> rows) {
+    for (const OptionRow& row : rows) {
+      const std::string name(row.name);
+      if (row.kind == ValueKind::None || ("|" + valued + "|").find("|" + name + "|") != std::string::npos)
+        continue;
+      valued += (valued.empty() ? "" : "|") + name;
+    }
+  };
+  add(TheProgram().options);
+  for (const CommandRow& row : TheProgram().commands) add(row.options);
+  return valued;
+}
+
 }  // namespace
 
 std::string BashCompletion() {
@@ -142,24 +145,13 @@ std::string BashCompletion() {
       "_qxhost() {\n"
       "  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
       "  local command= operand=0 offer= i globals='" +
-      OptionWords(GlobalOptions()) +
+      NamesIn(TheProgram().options) +
       "'\n"
       "  local options=$globals\n"
       "  COMPREPLY=()\n"
       "  for ((i = 1; i < COMP_CWORD; i++)); do\n"
       "    case ${COMP_WORDS[i]} in\n";
-  std::string valued;
-  const auto addValued = [&](std::span<const OptionRow> rows) {
-    for (const OptionRow& row : rows) {
-      const std::string name(row.name);
-      if (row.kind == ValueKind::None || ("|" + valued + "|").find("|" + name + "|") != std::string::npos)
-        continue;
-      valued += (valued.empty() ? "" : "|") + name;
-    }
-  };
-  addValued(GlobalOptions());
-  for (const CommandRow& row : Commands()) addValued(row.options);
-  text += "      " + valued +
+  text += "      " + OptionsWithValues() +
           ") ((i++)) ;;\n"
           "      -*) ;;\n"
           "      *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; else ((operand++)); fi ;;\n"
@@ -167,12 +159,12 @@ std::string BashCompletion() {
           "  done\n"
           "  ((operand++))\n"
           "  case $before in\n" +
-          BashOptionBranches(GlobalOptions(), "    ") +
+          BashOptionBranches(TheProgram().options, "    ") +
           "  esac\n"
           "  case $command in\n"
           "    '') [[ $word == -* ]] || { COMPREPLY=($(compgen -W '" +
-          CommandWords() + "' -- \"$word\")); return; } ;;\n";
-  for (const CommandRow& row : Commands()) text += BashCommand(row);
+          NamesIn(TheProgram().commands) + "' -- \"$word\")); return; } ;;\n";
+  for (const CommandRow& row : TheProgram().commands) text += BashCommand(row);
   return text +
          "  esac\n"
          "  if [[ $word == -* ]]; then COMPREPLY=($(compgen -W \"$options\" -- \"$word\")); return; fi\n"
@@ -205,11 +197,11 @@ std::string ZshCompletion() {
       "  typeset -A opt_args\n"
       "  local -a commands\n"
       "  commands=(\n";
-  for (const CommandRow& row : Commands()) {
+  for (const CommandRow& row : TheProgram().commands) {
     text += "    '" + ZshText(row.name) + ":" + ZshText(row.summary) + "'\n";
   }
   text += "  )\n  _arguments -C";
-  for (const OptionRow& row : GlobalOptions()) text += " \\\n    " + ZshOption(row);
+  for (const OptionRow& row : TheProgram().options) text += " \\\n    " + ZshOption(row);
   text +=
       " \\\n    '1:command:->command' \\\n    '*::argument:->argument'\n"
       "  case $state in\n"
@@ -218,7 +210,7 @@ std::string ZshCompletion() {
       "    *) return ;;\n"
       "  esac\n"
       "  case $words[1] in\n";
-  for (const CommandRow& row : Commands()) text += ZshCommand(row);
+  for (const CommandRow& row : TheProgram().commands) text += ZshCommand(row);
   return text + "  esac\n}\n\n_qxhost \"$@\"\n";
 }
 

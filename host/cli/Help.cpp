@@ -3,7 +3,7 @@
 #include "host/cli/Commands.h"
 #include "host/cli/Documents.h"
 #include "host/cli/Session.h"
-#include "host/runtime/Nearest.h"
+#include "platform/Nearest.h"
 
 namespace qx::cli {
 namespace {
@@ -65,8 +65,8 @@ std::string ProgramHelp() {
   std::string text =
       "usage: qxhost [GLOBAL OPTION]... COMMAND ...\n\nRuns build projects with the actions of "
       "packages.\n\nCommands:\n";
-  for (const CommandRow& row : Commands()) text += Row(std::string(row.name), row.summary);
-  text += "\nGlobal options:\n" + OptionRows(GlobalOptions()) + "\nExit codes:\n";
+  for (const CommandRow& row : TheProgram().commands) text += Row(std::string(row.name), row.summary);
+  text += "\nGlobal options:\n" + OptionRows(TheProgram().options) + "\nExit codes:\n";
   for (const ExitCodeRow& row : ExitCodes()) text += Row(std::to_string(row.code), row.meaning);
   return text +
          "\nThe first three commands of a project:\n"
@@ -86,12 +86,7 @@ std::string CommandHelp(const CommandRow& command) {
   std::string summary(command.summary);
   summary[0] = static_cast<char>(summary[0] - 'a' + 'A');
   text += summary + ".\n";
-  std::string_view details = command.details;
-  while (!details.empty()) {
-    const std::size_t end = std::min(details.find('\n'), details.size());
-    text += "\n" + Wrapped(details.substr(0, end), 0, 0);
-    details.remove_prefix(std::min(end + 1, details.size()));
-  }
+  for (const std::string& paragraph : DetailsOf(command)) text += "\n" + Wrapped(paragraph, 0, 0);
   if (!command.options.empty()) text += "\nOptions:\n" + OptionRows(command.options);
   text += "\nExample:\n  " + std::string(command.example) + "\n    " + std::string(command.outcome) + "\n";
   return text + "\nSee qxhost --help for the global options and the exit codes.\n";
@@ -102,10 +97,10 @@ int ShowHelp(Session& session, const Invocation& invocation) {
     session.Print(ProgramHelp());
     return 0;
   }
-  const CommandRow* command = FindCommand(invocation.operands[0]);
+  const CommandRow* command = FindCommand(TheProgram(), invocation.operands[0]);
   if (command == nullptr) {
     std::vector<std::string> names;
-    for (const CommandRow& row : Commands()) names.emplace_back(row.name);
+    for (const CommandRow& row : TheProgram().commands) names.emplace_back(row.name);
     throw Exception("Unknown command \"" + invocation.operands[0] +
                     "\" (nearest: " + NearestName(invocation.operands[0], names) + ")");
   }

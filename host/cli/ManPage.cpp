@@ -38,12 +38,7 @@ std::string CommandItem(const CommandRow& row) {
   std::string summary = Troff(row.summary);
   summary[0] = static_cast<char>(summary[0] - 'a' + 'A');
   text += summary + ".\n";
-  std::string_view details = row.details;
-  while (!details.empty()) {
-    const std::size_t end = std::min(details.find('\n'), details.size());
-    text += ".PP\n" + Troff(details.substr(0, end)) + "\n";
-    details.remove_prefix(std::min(end + 1, details.size()));
-  }
+  for (const std::string& paragraph : DetailsOf(row)) text += ".PP\n" + Troff(paragraph) + "\n";
   text += OptionItems(row.options);
   return text + ".PP\nExample: " + Troff(row.outcome) + "\n.PP\n.EX\n" + Troff(row.example) + "\n.EE\n";
 }
@@ -63,8 +58,8 @@ std::string ManPage() {
                      "from packages, libraries that "
                      "are loaded at start. Results go to standard output, complaints to standard error.\n"
                      ".SH GLOBAL OPTIONS\n";
-  text += OptionItems(GlobalOptions()) + ".SH COMMANDS\n";
-  for (const CommandRow& row : Commands()) text += CommandItem(row);
+  text += OptionItems(TheProgram().options) + ".SH COMMANDS\n";
+  for (const CommandRow& row : TheProgram().commands) text += CommandItem(row);
   text += ".SH EXIT STATUS\n";
   for (const ExitCodeRow& row : ExitCodes()) {
     text += ".TP\n.B " + std::to_string(row.code) + "\n" + Troff(row.meaning) + "\n";

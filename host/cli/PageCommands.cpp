@@ -1,10 +1,11 @@
 // drive.
+#include "host/HostArguments.h"
 #include "host/cli/Commands.h"
 #include "host/cli/Session.h"
-#include "host/runtime/HostProgram.h"
-#include "host/runtime/PageDriver.h"
-#include "platform/Files.h"
-#include "platform/Paths.h"
+#include "host/pages/PageDriver.h"
+#include "host/system/HostProgram.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 
 namespace qx::cli {
 namespace {
@@ -36,9 +37,9 @@ int DriveAction(Session& session, DriverCommands& commands, const std::string& f
   SetCurrentFolder(FolderPart(file));  // where a run takes relative paths from
   DrivenUser user;
   const std::unique_ptr<PageDialog> dialog =
-      PageDialog::ForAction(TheCatalogue().NeedAction(project.ActionType(number - 1)), action);
+      PageDialog::ForAction(session.Catalogue().NeedAction(project.ActionType(number - 1)), action);
   if (const auto property = invocation.Value("--property"))
-    dialog->Activate(PageOfProperty(TheCatalogue(), *dialog, action, *property));
+    dialog->Activate(PageOfProperty(session.Catalogue(), *dialog, action, *property));
   PageDriver driver(*dialog, user, [&] {
     const FileLock lock(file);
     for (const std::string& warning : project.Save()) Session::Warn(warning);

@@ -1,13 +1,14 @@
 // new, add, set, show and expand.
 #include <nlohmann/json.hpp>
 
+#include "host/HostArguments.h"
+#include "host/actions/PropertyText.h"
 #include "host/cli/Commands.h"
 #include "host/cli/Report.h"
 #include "host/cli/Session.h"
-#include "host/runtime/PropertyText.h"
-#include "platform/Files.h"
-#include "platform/Paths.h"
 #include "platform/Texts.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 
 namespace qx::cli {
 namespace {

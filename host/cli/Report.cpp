@@ -1,6 +1,6 @@
 #include "host/cli/Report.h"
 
-#include "host/runtime/PropertyText.h"
+#include "host/actions/PropertyText.h"
 #include "platform/Texts.h"
 
 namespace qx::cli {

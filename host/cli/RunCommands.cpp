@@ -1,13 +1,16 @@
 // run and validate.
+#include <chrono>
 #include <cmath>
 
 #include "host/cli/Commands.h"
-#include "host/runtime/DryRun.h"
 #include "host/cli/Session.h"
-#include "host/runtime/HostProgram.h"
-#include "host/runtime/Runner.h"
-#include "platform/Files.h"
-#include "platform/Paths.h"
+#include "host/project/DryRun.h"
+#include "host/project/RunSummary.h"
+#include "host/project/Runner.h"
+#include "host/settings/HostSettings.h"
+#include "host/system/HostProgram.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 
 namespace qx::cli {
 namespace {
@@ -18,8 +21,7 @@ constexpr int kUsageError = 2;
 std::unique_ptr<FileLock> LockForRun(const std::string& file, bool saves) {
   try {
     return std::make_unique<FileLock>(file);
-  } catch (const Exception& fault) {
-    if (!fault.Message().starts_with("Cannot lock")) throw;
+  } catch (const FileNotLockable& fault) {
     if (saves) throw Exception(fault.Message() + "; run it with --no-save where nothing can be saved");
     return nullptr;
   }
@@ -32,10 +34,10 @@ std::optional<std::chrono::milliseconds> TimeoutOf(const Invocation& invocation)
 }
 
 // True when everything was saved; complains otherwise.
-bool SaveAfterwards(OpenProject& project, bool dry) {
+bool SaveAfterwards(Session& session, OpenProject& project, bool dry) {
   try {
     for (const std::string& warning : project.Save()) Session::Warn(warning);
-    if (!dry) TheCatalogue().SaveOptions();
+    if (!dry) session.Catalogue().SaveOptions();
     return true;
   } catch (const Exception& fault) {
     Session::Complain(fault.Message());
@@ -71,6 +73,27 @@ class RunLog {
   std::vector<const StreamSink*> sinks_;
 };
 
+// Tells at the log's end what the actions that began report of the run. The outcome, which faults of programs
+// turn red where `check` is "fail".
+RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const std::string& check,
+                     RunOutcome outcome, double seconds, ActionLog& log) {
+  RunSummary summary;
+  for (const int number : begun) {
+    IQXRunReport* report = RunReportOf(*project.Action(number - 1));
+    if (report != nullptr) summary.reports.emplace_back(number, report->ReportRun(check != "off"));
+  }
+  if (outcome == RunOutcome::Succeeded && HasFaults(summary)) {
+    const bool fails = check == "fail";
+    if (fails) outcome = RunOutcome::ActionFailed;
+    summary.verdict = fails ? "The run failed: not every program is as it should be"
+                            : "warning: not every program is as it should be";
+  }
+  summary.success = outcome == RunOutcome::Succeeded;
+  summary.seconds = seconds;
+  log.AddSummary(SummaryAsText(summary), SummaryAsJson(summary));
+  return outcome;
+}
+
 }  // namespace
 
 int RunProject(Session& session, const Invocation& invocation) {
@@ -87,15 +110,24 @@ int RunProject(Session& session, const Invocation& invocation) {
   if (dry) rehearsal.emplace();
   StopRequests requests;
   Runner runner(project, log.Log(), session.Stopping());
+  if (rehearsal) runner.SetRehearsal(&*rehearsal);
   RunOutcome outcome = runner.Validate();
   bool saved = true;
   if (outcome == RunOutcome::Succeeded) {
     if (project.ActionCount() == 0) Session::Warn(file + " holds no action");
+    std::vector<int> begun;
+    runner.SetObserver([&begun](int number, ActionEvent event) {
+      if (event == ActionEvent::Begins) begun.push_back(number);
+    });
+    const auto start = std::chrono::steady_clock::now();
     outcome = runner.Execute(requests, TimeoutOf(invocation));
-    if (saves) saved = SaveAfterwards(project, dry);
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
+    const std::string check = invocation.Value("--check-built").value_or(CurrentHostSettings().checkBuilt);
+    if (!dry) outcome = Summarise(project, begun, check, outcome, passed.count(), log.Log());
+    if (saves) saved = SaveAfterwards(session, project, dry);
   }
   log.Finish();
-  if (rehearsal) session.Print(rehearsal->Report(project));
+  if (rehearsal) session.Print(TextOf(LinesOf(rehearsal->Result(project))));
   if (outcome == RunOutcome::Stopped) {
     const bool timeOut = runner.StoppedBy() == StopRequests::Event::TimeOut;
     Session::Complain(file + (timeOut ? ": stopped by the time-out" : ": stopped by the user"));

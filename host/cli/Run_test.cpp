@@ -99,7 +99,9 @@ TEST_F(RunCommand, LogsOneJsonObjectALine) {
   EXPECT_EQ(result.code, 4);
   std::vector<nlohmann::json> records;
   for (const std::string& line : SplitLines(result.out)) records.push_back(nlohmann::json::parse(line));
-  ASSERT_EQ(records.size(), 6u);
+  ASSERT_EQ(records.size(), 7u);
+  EXPECT_EQ(records[6]["kind"], "summary");
+  EXPECT_EQ(records[6]["success"], false);
   EXPECT_EQ(records[0]["action"], 1);
   EXPECT_EQ(records[0]["kind"], "message");
   EXPECT_EQ(records[1]["heading"], "Lines");

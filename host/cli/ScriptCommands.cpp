@@ -1,9 +1,9 @@
 // script.
 #include "host/cli/Commands.h"
 #include "host/cli/Session.h"
-#include "host/runtime/Script.h"
-#include "platform/Files.h"
-#include "platform/Paths.h"
+#include "host/script/Script.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 
 namespace qx::cli {
 namespace {

@@ -2,19 +2,15 @@
 
 #include <cstdio>
 
+#include "host/HostArguments.h"
 #include "host/cli/Commands.h"
-#include "platform/Paths.h"
 
 namespace qx::cli {
 
 namespace {
 
 Host::Settings SettingsOf(const Invocation& invocation) {
-  Host::Settings settings;
-  for (const std::string& file : invocation.Values("--package"))
-    settings.packageFiles.push_back(ExpandPath("", file));
-  settings.defaultPackage = QXHOST_DEFAULT_PACKAGE;
-  if (const auto file = invocation.Value("--options")) settings.optionsFile = ExpandPath("", *file);
+  Host::Settings settings = HostSettingsOf(invocation, QXHOST_DEFAULT_PACKAGE);
   settings.mendsSettings = invocation.command != nullptr && invocation.command->run == ShowOptions;
   settings.warn = Session::Warn;
   return settings;
@@ -41,7 +37,7 @@ void Session::UseVariables(const Invocation& invocation, const BuildProject* pro
     auto [name, value] = SplitAssignment(text);
     Variables().SetOverride(std::move(name), std::move(value));
   }
-  TheCatalogue().UseDesignVariables(&Variables());
+  Catalogue().UseDesignVariables(&Variables());
 }
 
 OpenProject Session::Open(const std::string& file, const Invocation& invocation, ActionLog* log) {

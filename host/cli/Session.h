@@ -1,13 +1,12 @@
-// One invocation of the host: where its words go, the options store, the packages, and the project it works
-// on.
+// One invocation of the host: where its words go, the options store, the packages, and the project it works on.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-#include "host/cli/Arguments.h"
-#include "host/runtime/Host.h"
-#include "host/runtime/LogStream.h"
+#include "host/Host.h"
+#include "host/log/LogStream.h"
+#include "platform/commandline/Invocation.h"
 
 namespace qx::cli {
 

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "host/cli/testdata/CliFixture.h"
-#include "host/runtime/BuildProject.h"
+#include "host/project/BuildProject.h"
 
 namespace qx::cli {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "host/cli/Documents.h"
 #include "host/cli/Session.h"
-#include "host/runtime/HostProgram.h"
+#include "host/system/HostProgram.h"
 #include "platform/Arguments.h"
 
 namespace qx::cli {
@@ -36,7 +36,8 @@ int Dispatch(Session& session, const Invocation& invocation) {
 
 int Main(const std::vector<std::string>& arguments) {
   IgnoreBrokenStreams();
-  const Invocation invocation = PrintedDocument(arguments).empty() ? ParseArguments(arguments) : Invocation();
+  const Invocation invocation =
+      PrintedDocument(arguments).empty() ? ParseArguments(TheProgram(), arguments) : Invocation();
   Session session(invocation);
   if (const std::string document = PrintedDocument(arguments); !document.empty()) {
     session.Print(document);

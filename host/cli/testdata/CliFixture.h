@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "tests/support/RunProgram.h"
 
 namespace qx::cli {

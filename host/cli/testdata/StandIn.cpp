@@ -3,9 +3,9 @@
 #include <chrono>
 #include <thread>
 
-#include "host/runtime/HostProgram.h"
+#include "host/system/HostProgram.h"
 #include "platform/Arguments.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 int main(int count, char** arguments) {
   const std::string folder = qx::ProgramFolder();

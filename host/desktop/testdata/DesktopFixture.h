@@ -1,5 +1,4 @@
-// A host with the tiny package and an action class of the tests' own, a folder, and the real qxhost beside
-// it.
+// A host with the tiny package and an action class of the tests' own, a folder, and the real qxhost beside it.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,11 +11,11 @@
 #include <string>
 #include <vector>
 
-#include "host/desktop/Document.h"
-#include "host/runtime/HostProgram.h"
-#include "host/runtime/PropertyText.h"
-#include "platform/Paths.h"
-#include "platform/TestFolder.h"
+#include "host/actions/PropertyText.h"
+#include "host/desktop/core/Document.h"
+#include "host/system/HostProgram.h"
+#include "host/testing/TestFolder.h"
+#include "platform/files/Paths.h"
 #include "tests/support/RunProgram.h"
 
 namespace qx::desktop {

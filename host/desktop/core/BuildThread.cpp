@@ -1,0 +1,297 @@
+#include "host/desktop/core/BuildThread.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include "host/system/HostProgram.h"
+#include "platform/files/Paths.h"
+
+namespace qx::desktop {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// How often somebody who waits for the end asks again for it: the action may have begun another program meanwhile.
+constexpr std::chrono::milliseconds kAskAgain{200};
+
+ActionState StateAfter(ActionEvent event, BuildKind kind) {
+  switch (event) {
+    case ActionEvent::Validates:
+      return kind == BuildKind::Validate ? ActionState::Running : ActionState::NotRun;
+    case ActionEvent::Valid:
+      return kind == BuildKind::Validate ? ActionState::Succeeded : ActionState::NotRun;
+    case ActionEvent::Begins:
+      return ActionState::Running;
+    case ActionEvent::Invalid:
+      return ActionState::Invalid;
+    case ActionEvent::Succeeded:
+      return kind == BuildKind::DryRun ? ActionState::NotRun : ActionState::Succeeded;
+    case ActionEvent::Failed:
+      break;
+  }
+  return kind == BuildKind::DryRun ? ActionState::NotRun : ActionState::Failed;
+}
+
+}  // namespace
+
+struct BuildThread::State {
+  State(Host& itsHost, ActionLog& itsLog, std::function<void()> callback)
+      : host(itsHost), log(itsLog), ended(std::move(callback)) {}
+
+  Host& host;
+  ActionLog& log;
+  std::function<void()> ended;
+  std::atomic<bool> tellsEnd{true};
+
+  // Of one build, from Start to Finish.
+  BuildKind kind = BuildKind::Validate;
+  Document* document = nullptr;
+  std::unique_ptr<FileLock> lock;     // of a run
+  std::unique_ptr<OpenProject> copy;  // of any other
+  std::optional<DryRun> rehearsal;
+  std::optional<StopRequests> requests;
+  std::optional<Runner> runner;
+  bool executed = false;
+  bool wasStopped = false;  // the last build; until the next run
+  BuildResult result;
+  std::thread thread;
+
+  // What both threads see.
+  mutable std::mutex mutex;
+  std::condition_variable hasEnded;
+  bool running = false;
+  BuildProgress progress;
+  std::vector<ActionState> states;
+  Clock::time_point begin;
+
+  void Prepare();
+  void PrepareRun();
+  void Work();
+  void Rehearsed();
+  void End();
+  void Save();
+  void Clear();
+  void Observe(int number, ActionEvent event);
+};
+
+// What a run begins with. The document is saved under the lock that the run then keeps.
+void BuildThread::State::PrepareRun() {
+  if (document->File().empty()) throw Exception("The project has no file yet: save it before it is run");
+  lock = std::make_unique<FileLock>(document->File());
+  document->TakeEdit("Change");
+  if (document->IsModified() || !FileExists(document->File())) {
+    result.warnings = document->SaveLocked(*lock);
+  } else if (document->IsChangedOnDisk()) {
+    throw Exception(document->File() + " was changed by somebody else since it was opened: open it anew");
+  }
+  // An action that had ended when it was asked to stop would stop as soon as it begins.
+  if (std::exchange(wasStopped, false)) document->Renew();
+}
+
+void BuildThread::State::Prepare() {
+  OpenProject* project = nullptr;
+  if (kind == BuildKind::Run) {
+    PrepareRun();
+    project = &document->Project();
+  } else {
+    copy = document->Copy(log);
+    project = copy.get();
+  }
+  if (!document->File().empty()) SetCurrentFolder(FolderPart(document->File()));
+  requests.emplace();
+  runner.emplace(*project, log, host.Stopping());
+  runner->SetObserver([this](int number, ActionEvent event) { Observe(number, event); });
+}
+
+// On the build's thread.
+void BuildThread::State::Work() {
+  try {
+    if (kind == BuildKind::DryRun) runner->SetRehearsal(&rehearsal.emplace());
+    result.outcome = runner->Validate();
+    if (result.outcome == RunOutcome::Succeeded && kind != BuildKind::Validate) {
+      executed = true;
+      result.outcome = runner->Execute(*requests, std::nullopt);
+    }
+    if (rehearsal) Rehearsed();
+  } catch (const std::exception& fault) {
+    result.error = fault.what();
+  }
+}
+
+// The project's own file is among what a run would have written.
+void BuildThread::State::Rehearsed() {
+  try {
+    if (executed && !document->File().empty()) ReplaceFile(document->File(), copy->TextToSave());
+  } catch (const Exception& fault) {
+    result.error = fault.Message();
+  }
+  result.dryRun = rehearsal->Result(*copy);
+}
+
+void BuildThread::State::Observe(int number, ActionEvent event) {
+  const std::lock_guard guard(mutex);
+  if (kind == BuildKind::Validate || event == ActionEvent::Begins) progress.action = number;
+  states[static_cast<std::size_t>(number - 1)] = StateAfter(event, kind);
+}
+
+void BuildThread::State::End() {
+  rehearsal.reset();  // on the thread that it captures
+  log.Flush();
+  {
+    const std::lock_guard guard(mutex);
+    progress.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    running = false;
+  }
+  hasEnded.notify_all();
+  if (ended && tellsEnd) ended();
+}
+
+// What an action did while it was only asked is a step too, but not saved: nothing was run.
+void BuildThread::State::Save() {
+  if (kind != BuildKind::Run || lock == nullptr) return;
+  try {
+    document->TakeEdit("Run");
+    if (!executed) return;
+    for (std::string& warning : document->SaveLocked(*lock)) {
+      if (std::find(result.warnings.begin(), result.warnings.end(), warning) == result.warnings.end())
+        result.warnings.push_back(std::move(warning));
+    }
+    host.Catalogue().SaveOptions();
+  } catch (const std::exception& fault) {
+    result.error = fault.what();
+  }
+}
+
+// The thread is over, or never was.
+void BuildThread::State::Clear() {
+  running = false;
+  runner.reset();
+  requests.reset();
+  copy.reset();
+  lock.reset();
+  document = nullptr;
+  host.Stopping() = false;
+}
+
+BuildThread::BuildThread(Host& host, ActionLog& log, std::function<void()> ended)
+    : state_(std::make_unique<State>(host, log, std::move(ended))) {}
+
+BuildThread::~BuildThread() {
+  if (!state_->thread.joinable()) return;
+  state_->tellsEnd = false;
+  std::unique_lock guard(state_->mutex);
+  while (state_->running) {
+    guard.unlock();
+    Stop();
+    guard.lock();
+    state_->hasEnded.wait_for(guard, kAskAgain, [&] { return !state_->running; });
+  }
+  guard.unlock();
+  try {
+    Finish();
+  } catch (const std::exception&) {
+    // Nobody is left to tell.
+  }
+}
+
+void BuildThread::Start(BuildKind kind, Document& document) {
+  State& state = *state_;
+  if (state.thread.joinable()) throw Exception("A build is running already");
+  state.kind = kind;
+  state.document = &document;
+  state.result = {};
+  state.executed = false;
+  state.host.Stopping() = false;
+  try {
+    state.Prepare();
+  } catch (const std::exception& fault) {
+    state.result.error = fault.what();
+    state.runner.reset();
+  }
+  {
+    const std::lock_guard guard(state.mutex);
+    state.progress = {0, document.ActionCount(), 0};
+    state.states.assign(static_cast<std::size_t>(document.ActionCount()), ActionState::NotRun);
+    state.begin = Clock::now();
+    state.running = true;
+  }
+  try {
+    state.thread = std::thread([&state] {
+      if (state.runner) state.Work();
+      state.End();
+    });
+  } catch (const std::exception& fault) {
+    state.Clear();
+    throw Exception(std::string("A build cannot begin: ") + fault.what());
+  }
+}
+
+bool BuildThread::IsRunning() const {
+  const std::lock_guard guard(state_->mutex);
+  return state_->running;
+}
+
+BuildKind BuildThread::Kind() const { return state_->kind; }
+
+void BuildThread::Stop() {
+  if (!state_->thread.joinable() || !state_->requests) return;
+  state_->host.Stopping() = true;
+  state_->wasStopped = true;
+  state_->requests->Stop();
+}
+
+BuildResult BuildThread::Finish() {
+  State& state = *state_;
+  if (!state.thread.joinable()) throw Exception("No build was started");
+  state.thread.join();
+  if (state.runner) state.Save();
+  state.Clear();
+  return std::exchange(state.result, {});
+}
+
+BuildProgress BuildThread::Progress() const {
+  const std::lock_guard guard(state_->mutex);
+  BuildProgress progress = state_->progress;
+  if (state_->running) progress.seconds = std::chrono::duration<double>(Clock::now() - state_->begin).count();
+  return progress;
+}
+
+ActionState BuildThread::StateOf(int index) const {
+  const std::lock_guard guard(state_->mutex);
+  const bool known = index >= 0 && index < static_cast<int>(state_->states.size());
+  return known ? state_->states[static_cast<std::size_t>(index)] : ActionState::NotRun;
+}
+
+void BuildThread::Moved(int from, int to) {
+  const std::lock_guard guard(state_->mutex);
+  std::vector<ActionState>& states = state_->states;
+  const auto count = static_cast<std::size_t>(std::max(from, to)) + 1;
+  if (states.size() < count) states.resize(count, ActionState::NotRun);  // actions it did not have
+  const ActionState moved = states[static_cast<std::size_t>(from)];
+  states.erase(states.begin() + from);
+  states.insert(states.begin() + to, moved);
+}
+
+void BuildThread::Removed(int index) {
+  const std::lock_guard guard(state_->mutex);
+  if (index < static_cast<int>(state_->states.size())) state_->states.erase(state_->states.begin() + index);
+}
+
+void BuildThread::Inserted(int index) {
+  const std::lock_guard guard(state_->mutex);
+  if (index < static_cast<int>(state_->states.size()))
+    state_->states.insert(state_->states.begin() + index, ActionState::NotRun);
+}
+
+void BuildThread::ForgetStates() {
+  const std::lock_guard guard(state_->mutex);
+  state_->states.clear();
+}
+
+}  // namespace qx::desktop

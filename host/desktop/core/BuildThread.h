@@ -1,0 +1,85 @@
+// A build beside the window: validates, runs or rehearses an open project on a thread of its own and tells
+// how far it is. No pixel.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/desktop/core/Document.h"
+#include "host/project/DryRun.h"
+#include "host/project/Runner.h"
+
+namespace qx::desktop {
+
+enum class BuildKind { Validate, Run, DryRun };
+
+enum class ActionState { NotRun, Running, Succeeded, Failed, Invalid };
+
+struct BuildResult {
+  RunOutcome outcome = RunOutcome::Succeeded;  // of what began; look at `error` first
+  DryRunResult dryRun;                         // what a run would do; of a dry run
+  std::vector<std::string> warnings;           // of saving, once a run has ended
+  std::string error;                           // why it could not begin, or could not save; empty
+};
+
+struct BuildProgress {
+  int action = 0;  // 1-based; 0: none has begun
+  int actionCount = 0;
+  double seconds = 0;
+};
+
+// User-interface thread, but for what the callback is. Between Start and Finish nobody else may touch the
+// document: a run works with its actions, which stay the same objects, but are made anew by a run that
+// follows a stopped build. Validation and dry runs work with a copy.
+//
+// A dry run captures what its own threads write through platform/files/Files.h, and starts none of their
+// programs; what the window saves meanwhile (options, a second document) is saved.
+class BuildThread {
+ public:
+  // `ended` is called on the build's thread when Finish would not wait; the window comes back to its own
+  // thread from it. Host and log outlive it, and so does a document until Finish.
+  BuildThread(Host& host, ActionLog& log, std::function<void()> ended);
+  // Stops a running build, waits for its end and finishes it; what cannot be saved then is lost. `ended` is
+  // not called any more.
+  ~BuildThread();
+  BuildThread(const BuildThread&) = delete;
+  BuildThread& operator=(const BuildThread&) = delete;
+
+  // Raises Exception when one was started and not finished. A run holds the lock on the project's file until
+  // Finish, as the command line's does; a run that somebody else holds is the result's error, and so is all
+  // else that keeps it from beginning. The document is saved before and after a run (the caller has asked
+  // what there is to ask), before it when it is modified; a dry run changes nothing on disk nor in the
+  // document, and its diff of the project's file holds the edits that are not saved yet.
+  void Start(BuildKind kind, Document& document);
+  // From Start until Finish would not wait.
+  bool IsRunning() const;
+  // Of the last Start.
+  BuildKind Kind() const;
+  // Asks the action that runs to end, again with each call; no further one begins.
+  void Stop();
+  // Waits for the end and gives what came of it; once per Start, raises Exception otherwise. What a run did
+  // to the actions' properties (raised numbers) becomes the step "Run" of the document and is saved, whatever
+  // the outcome. Not to be called from `ended`.
+  BuildResult Finish();
+
+  BuildProgress Progress() const;
+  // What the last run or validation made of the action that stands there now; NotRun when it had no part in
+  // it. A dry run runs nothing: what it leaves is which actions are not valid.
+  ActionState StateOf(int index) const;
+  // The states go with their actions: to be called, while nothing runs, when the document's actions were
+  // moved, taken out or put in; with Document's indexes.
+  void Moved(int from, int to);
+  void Removed(int index);
+  void Inserted(int index);
+  // To be called when the actions are others (another project) or their order is not known to be the same
+  // (undone, redone): no state belongs to any of them.
+  void ForgetStates();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace qx::desktop

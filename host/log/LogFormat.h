@@ -1,0 +1,26 @@
+// How a record of the log is written: as text for people, or as one JSON object a line. Text in, text out;
+// the streams and the list in memory share it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "host/log/ActionLog.h"
+
+namespace qx {
+
+enum class LogColour { Off, On };
+
+// Appends the record as text with its line ends (LF): a message as it is; a status's heading on a line of its
+// own and its details under it, indented by four blanks when there is a heading; an exception's text;
+// "SUBJECT: MESSAGE" of a validation error; "NAME: succeeded (1.2 s)" or "NAME: failed (1.2 s)" of a result.
+// Bytes stay as they stand.
+void AppendAsText(std::string& out, const LogRecord& record, LogColour colour);
+
+// Appends the record as a JSON object and LF. A byte that is not valid UTF-8 becomes U+FFFD; the rest stays.
+void AppendAsJson(std::string& out, const LogRecord& record);
+
+// The text as the inside of a JSON string.
+void AppendJsonEscaped(std::string& out, std::string_view text);
+
+}  // namespace qx

@@ -1,0 +1,62 @@
+// The log's sink into a stream: standard output or a log file, as text or JSON, through a buffer of 64 KiB.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "host/log/ActionLog.h"
+#include "host/log/LogFormat.h"
+
+namespace qx {
+
+enum class LogStyle { Text, Json };
+enum class ColourChoice { Automatic, Always, Never };
+
+// A file or standard output opened for writing. Its two systems are LogFilePosix.cpp and LogFileWindows.cpp.
+class LogFile {
+ public:
+  // This process's standard output; it is not closed.
+  static LogFile StandardOutput();
+  // Creates the file or empties it. Raises Exception "Cannot write FILE: reason".
+  static LogFile Create(const std::string& path);
+  LogFile(LogFile&& other) noexcept;
+  LogFile& operator=(LogFile&&) = delete;
+  ~LogFile();
+
+  // Writes all of it, or tells the reason why not; empty: written.
+  std::string Write(std::string_view bytes);
+  bool IsTerminal() const { return terminal_; }
+  const std::string& Name() const { return name_; }
+
+ private:
+  LogFile(std::string name, std::intptr_t native, bool terminal, bool owned)
+      : name_(std::move(name)), native_(native), terminal_(terminal), owned_(owned) {}
+  std::string name_;
+  std::intptr_t native_;
+  bool terminal_;
+  bool owned_;
+};
+
+class StreamSink : public LogSink {
+ public:
+  // Colour: always, never, or when the stream is a terminal, NO_COLOR is unset or empty and TERM is not
+  // "dumb". JSON is never coloured.
+  StreamSink(LogFile file, LogStyle style, ColourChoice colour);
+
+  void Take(const LogRecord& record) override;
+  void Flush() override;
+  bool IsBuffered() const override { return true; }
+  // Why the first write that failed did, naming the stream; empty when none failed. What comes after it is dropped.
+  const std::string& Error() const { return error_; }
+
+ private:
+  LogFile file_;
+  LogStyle style_;
+  LogColour colour_;
+  std::string buffer_;
+  std::string error_;
+};
+
+}  // namespace qx

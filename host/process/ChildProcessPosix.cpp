@@ -1,0 +1,257 @@
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <vector>
+
+#include "host/process/ProcessTreePosix.h"
+#include "host/process/RunningChild.h"
+#include "platform/CommandLine.h"
+#include "platform/Posix.h"
+#include "platform/files/Paths.h"
+
+namespace qx {
+namespace {
+
+using system::Descriptor;
+using system::ErrorText;
+
+// What an abandoned pipe's reader is woken with; it never reaches a line.
+constexpr char kWakeByte = '\0';
+// How often an abandoned pipe is still read: far more than a pipe holds.
+constexpr int kLastReads = 32;
+
+struct Pipe {
+  Descriptor read_end;
+  std::atomic<bool> abandoned = false;
+  std::atomic<bool> wake_byte_sent = false;
+  int last_reads = 0;
+};
+
+// The host's environment with the tree's mark behind the marks that are there (a host started by a host).
+std::vector<std::string> MarkedEnvironment(const std::string& mark) {
+  const std::string name = std::string(kTreeMarkVariable) + "=";
+  std::vector<std::string> variables;
+  std::string marks = name;
+  for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
+    const std::string_view text(*variable);
+    if (text.starts_with(name)) {
+      marks = text;
+    } else {
+      variables.emplace_back(text);
+    }
+  }
+  variables.push_back(marks + mark);
+  return variables;
+}
+
+// The file or folder that `path` names, absolute, for a path counts from the host's current folder. What does
+// not exist stays as it is, for the error to name.
+std::string FileOf(const std::string& path) {
+  const std::string found = FindExisting(path);
+  return found.empty() ? path : ExpandPath("", found);
+}
+
+// A bare name is left for the search along PATH.
+std::string ProgramFile(const std::string& executable) {
+  return executable.find_first_of("/\\") == std::string::npos ? executable : FileOf(executable);
+}
+
+// Whether a folder can be made the current one; an errno, 0 for yes.
+int FolderError(const std::string& folder) {
+  const Descriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (!opened.IsOpen()) return errno;
+  return faccessat(AT_FDCWD, folder.c_str(), X_OK, AT_EACCESS) == 0 ? 0 : errno;
+}
+
+[[noreturn]] void RaiseCannotStart(const ChildProcess& what, const std::string& program,
+                                   const std::string& folder, int error) {
+  const std::string beginning = "Cannot start \"" + what.executable + "\"";
+  if (!folder.empty()) {
+    if (const int folder_error = FolderError(folder); folder_error != 0) {
+      throw Exception(beginning + " in the folder \"" + what.directory + "\": " + ErrorText(folder_error));
+    }
+  }
+  struct stat status;
+  if (error == EACCES && stat(program.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) error = EISDIR;
+  throw Exception(beginning + ": " + ErrorText(error));
+}
+
+void CheckTexts(const ChildProcess& what) {
+  for (const std::string* text : {&what.executable, &what.parameters, &what.directory}) {
+    if (text->find('\0') == std::string::npos) continue;
+    throw Exception("Cannot start \"" + std::string(what.executable.c_str()) +
+                    "\": a zero byte in its command line");
+  }
+}
+
+}  // namespace
+
+struct RunningChild::System {
+  std::string executable;
+  std::string mark = MakeTreeMark();
+  pid_t pid = 0;
+  Descriptor exit;  // polls as readable once the child has ended; none on systems older than it
+  bool reaped = false;
+  std::array<Pipe, 2> pipes;
+
+  Pipe& PipeOf(OutputStream stream) { return pipes[static_cast<std::size_t>(stream)]; }
+  Descriptor OpenPipe(OutputStream stream);
+  void Start(const ChildProcess& what);
+  bool HasExited() const;
+  void SignalTree(const std::vector<pid_t>& tree, int signal) const;
+};
+
+// Keeps the end to read from; the other, for the child, is the result. In a host without standard streams a
+// pipe may get their numbers; the end to read from gets the lower one, so the other is never 0, and error's
+// never 1: what the child does to its streams, in their order, does not run over what it still needs.
+Descriptor RunningChild::System::OpenPipe(OutputStream stream) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) {
+    throw Exception("Cannot start \"" + executable + "\": " + system::LastError());
+  }
+  PipeOf(stream).read_end = Descriptor(ends[0]);
+  return Descriptor(ends[1]);
+}
+
+void RunningChild::System::Start(const ChildProcess& what) {
+  CheckTexts(what);
+  // A session of its own rather than just a process group: a background group of the host's terminal would be
+  // stopped when it asks it something.
+  system::SpawnOrders orders(POSIX_SPAWN_SETSID);
+  posix_spawn_file_actions_addopen(&orders.actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  Descriptor output;
+  Descriptor error;
+  if (what.redirect_output) {
+    output = OpenPipe(OutputStream::kOutput);
+    error = OpenPipe(OutputStream::kError);
+    posix_spawn_file_actions_adddup2(&orders.actions, output.Number(), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&orders.actions, error.Number(), STDERR_FILENO);
+  }
+  const std::string folder = what.directory.empty() ? std::string() : FileOf(what.directory);
+  if (!folder.empty()) posix_spawn_file_actions_addchdir_np(&orders.actions, folder.c_str());
+#if defined(__GLIBC__) && __GLIBC_PREREQ(2, 34)
+  // Our own are closed on exec anyway; this is for those of the host's other libraries.
+  posix_spawn_file_actions_addclosefrom_np(&orders.actions, STDERR_FILENO + 1);
+#endif
+  const std::string program = ProgramFile(what.executable);
+  std::vector<std::string> arguments = SplitCommandLine(what.parameters);
+  arguments.insert(arguments.begin(), program);
+  std::vector<std::string> variables = MarkedEnvironment(mark);
+  // It reports what exec refuses as its own error, and what it does between fork and exec is safe with threads.
+  const int failure = posix_spawnp(&pid, program.c_str(), &orders.actions, &orders.attributes,
+                                   system::Pointers(arguments).data(), system::Pointers(variables).data());
+  if (failure != 0) RaiseCannotStart(what, program, folder, failure);
+#ifdef SYS_pidfd_open
+  exit = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
+#endif
+}
+
+bool RunningChild::System::HasExited() const {
+  siginfo_t info{};
+  // WNOWAIT leaves it to be reaped, so that until then its number means nobody else. An error means that
+  // somebody else reaped it.
+  return waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid == pid;
+}
+
+void RunningChild::System::SignalTree(const std::vector<pid_t>& tree, int signal) const {
+  kill(-pid, signal);  // the child's group at one blow, even without /proc
+  for (const pid_t member : tree) kill(member, signal);
+}
+
+RunningChild::RunningChild(const ChildProcess& what) : system_(std::make_unique<System>()) {
+  system_->executable = what.executable;
+  system_->Start(what);
+}
+
+RunningChild::~RunningChild() {
+  if (system_->reaped) return;
+  KillTree();
+  // One that the kernel holds (a dead network drive) is left to whoever reaps orphans.
+  for (int round = 0; round < 50 && waitpid(system_->pid, nullptr, WNOHANG) == 0; ++round) {
+    poll(nullptr, 0, 10);
+  }
+}
+
+std::size_t RunningChild::Read(OutputStream stream, std::span<char> space) {
+  Pipe& pipe = system_->PipeOf(stream);
+  for (;;) {
+    if (pipe.abandoned && ++pipe.last_reads > kLastReads) return 0;
+    const ssize_t result = read(pipe.read_end.Number(), space.data(), space.size());
+    if (result < 0 && errno == EINTR) continue;
+    if (result <= 0) return 0;  // the end, or nothing left in an abandoned pipe
+    const auto count = static_cast<std::size_t>(result);
+    const bool woken = space[count - 1] == kWakeByte && pipe.wake_byte_sent.exchange(false);
+    if (!woken) return count;
+    if (count > 1) return count - 1;
+  }
+}
+
+Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool for_exit, std::chrono::milliseconds patience) {
+  // A negative descriptor is passed over by poll.
+  const auto native = [](const TEvent* event) {
+    return event ? static_cast<int>(event->NativeHandle()) : -1;
+  };
+  std::array<pollfd, 3> waited{{{native(stop), POLLIN, 0},
+                                {native(&notice), POLLIN, 0},
+                                {for_exit ? system_->exit.Number() : -1, POLLIN, 0}}};
+  const bool must_look = for_exit && !system_->exit.IsOpen();
+  const auto end = std::chrono::steady_clock::now() + patience;
+  for (;;) {
+    auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    if (left.count() <= 0) return Woken::kTime;
+    if (must_look) left = std::min(left, std::chrono::milliseconds(20));
+    if (poll(waited.data(), waited.size(), static_cast<int>(left.count())) < 0) continue;  // interrupted
+    if (waited[0].revents != 0 && stop->WaitFor(0)) return Woken::kStop;
+    if (waited[1].revents != 0 && notice.WaitFor(0)) return Woken::kNotice;
+    if (waited[2].revents != 0 || (must_look && system_->HasExited())) return Woken::kExit;
+  }
+}
+
+bool RunningChild::AskTreeToEnd() {
+  const std::vector<pid_t> tree = LivingTree(system_->pid, system_->mark);
+  system_->SignalTree(tree, SIGTERM);
+  system_->SignalTree(tree, SIGCONT);  // one that is halted would not hear it
+  return !tree.empty();
+}
+
+void RunningChild::KillTree() { system_->SignalTree(LivingTree(system_->pid, system_->mark), SIGKILL); }
+
+bool RunningChild::TreeIsAlive() { return !LivingTree(system_->pid, system_->mark).empty(); }
+
+void RunningChild::AbandonPipes() {
+  for (Pipe& pipe : system_->pipes) {
+    const int read_end = pipe.read_end.Number();
+    if (read_end < 0 || pipe.abandoned.exchange(true)) continue;
+    fcntl(read_end, F_SETFL, O_NONBLOCK);
+    // A reader that is blocked already needs something to read.
+    const std::string name = "/proc/self/fd/" + std::to_string(read_end);
+    const Descriptor write_end(open(name.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+    pipe.wake_byte_sent = true;
+    if (write(write_end.Number(), &kWakeByte, 1) != 1)
+      pipe.wake_byte_sent = false;  // full: nobody is blocked
+  }
+}
+
+int RunningChild::ExitCode() {
+  int status = 0;
+  while (waitpid(system_->pid, &status, 0) < 0) {
+    if (errno == EINTR) continue;
+    system_->reaped = true;
+    throw Exception("The exit code of \"" + system_->executable + "\" is lost: " + system::LastError());
+  }
+  system_->reaped = true;
+  constexpr int kSignalBase = 128;  // as shells report it
+  return WIFSIGNALED(status) ? kSignalBase + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+}  // namespace qx

@@ -1,0 +1,29 @@
+// What a run did, told behind its last action: what the actions that answer it report, whether that makes a
+// green run red, and how it is written, as text or as one JSON object. Values in, text out.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "plugin/Qxrunreport.h"
+
+namespace qx {
+
+struct RunSummary {
+  bool success = false;  // of the whole run, faults of programs counted
+  double seconds = 0;
+  std::string verdict;  // the last line, where the programs decide about the run; without a line end
+  std::vector<std::pair<int, RunReport>> reports;  // by the 1-based number of the action
+};
+
+// Whether any program is not as the run should have made it.
+bool HasFaults(const RunSummary& summary);
+
+// {"kind":"summary",...} and LF. What is not UTF-8 becomes U+FFFD.
+std::string SummaryAsJson(const RunSummary& summary);
+// The last lines of the log: versions and files, programs, and each project that is neither ok nor skipped.
+// Empty when no action reported anything.
+std::string SummaryAsText(const RunSummary& summary);
+
+}  // namespace qx

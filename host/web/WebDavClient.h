@@ -1,0 +1,62 @@
+// What stands behind the contract's WebDAV client: the connection to one server, one source a system
+// (WebDavClientPosix.cpp on libcurl, WebDavClientWindows.cpp on WinHTTP), and the texts that both need. No
+// redirect is followed, so no server can have the password sent to another one, and no proxy is asked.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "plugin/Qxtypes.h"
+
+namespace qx {
+
+struct WebDavServer {
+  std::string host;  // a name or an address, of IPv6 without brackets
+  int port = 80;     // 443 is spoken to over TLS, its certificate checked
+  std::string userName;
+  std::string password;
+  int timeoutSeconds = 60;  // how long nothing may happen, while connecting and between two bytes
+};
+
+struct WebDavReply {
+  int status = 0;        // 200
+  std::string reason;    // the server's words for it, may be empty
+  std::string location;  // where a redirect leads
+  std::string body;
+};
+
+// Used on one thread. May keep its connection open between requests.
+class WebDavConnection {
+ public:
+  virtual ~WebDavConnection() = default;
+  // Sends one request and waits for the whole reply. `target` is a path encoded already. Raises Exception
+  // with the reason when there is no whole reply; a status of 400 or above is a reply.
+  virtual WebDavReply Send(const std::string& method, const std::string& target,
+                           std::optional<std::string_view> body) = 0;
+};
+
+// Sends nothing yet. Raises Exception for a host or port that cannot be one.
+std::unique_ptr<WebDavConnection> OpenWebDavConnection(const WebDavServer& server);
+
+// No reply may be longer; project files are a thousandth of it.
+inline constexpr std::size_t kLongestReply = std::size_t{256} << 20;
+
+// A remote path as it goes onto the wire: every byte but letters, digits and "-._~/" percent-encoded (a percent
+// sign too: the path is plain text, not part of a URL), backslashes made slashes, runs of slashes one slash.
+std::string EncodeRemotePath(std::string_view path);
+
+// The host as it stands in a URL, an IPv6 address in brackets. Raises Exception "Not a host name: ..." for
+// what could lead a request elsewhere or add to its head.
+std::string HostForUrl(const std::string& host);
+// Raises Exception "Not a port: 70000".
+void RequirePort(int port);
+
+// "404 Not Found"; of a redirect also where it leads.
+std::string DescribeStatus(const WebDavReply& reply);
+// The text for a server that kept silent.
+std::string DescribeTimeout(int seconds);
+
+}  // namespace qx
