@@ -1,6 +1,5 @@
-// Opens real solutions that nobody of this house wrote, and compares what the reader sees with a second,
-// simple reading by regular expressions. The solutions lie in ../shared/corpus beside the source, or in
-// $QX_CORPUS.
+// Opens real solutions that nobody of this house wrote, and compares what the reader sees with a second, simple
+// reading by regular expressions. The solutions lie in ../shared/corpus beside the source, or in $QX_CORPUS.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -9,7 +8,7 @@
 #include <optional>
 #include <regex>
 
-#include "platform/Paths.h"
+#include "platform/files/Paths.h"
 #include "plugin/Qxtypes.h"
 #include "solution/Vsnetsln.h"
 

@@ -4,7 +4,8 @@
 #include <map>
 #include <string>
 
-#include "platform/Paths.h"
+#include "platform/System.h"
+#include "platform/files/Paths.h"
 #include "solution/SolutionFile.h"
 
 namespace qx {
@@ -36,9 +37,7 @@ class MemoryFiles final : public SolutionFiles {
 
   // The full path that a name has in the model.
   static std::string Full(const std::string& name) { return ExpandPath(FolderPart(Solution()), name); }
-  static std::string Solution() {
-    return NativeDelimiter() == '/' ? "/code/here/App.sln" : "C:\\code\\here\\App.sln";
-  }
+  static std::string Solution() { return kIsWindows ? "C:\\code\\here\\App.sln" : "/code/here/App.sln"; }
 
   // The bytes of a file that exists and cannot be read.
   static constexpr const char* kUnreadable = "(unreadable)";

@@ -6,23 +6,22 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "platform/Paths.h"
-#include "platform/TextFile.h"
-#include "platform/TextSearch.h"
 #include "platform/Texts.h"
+#include "platform/files/Paths.h"
+#include "platform/files/TextFile.h"
+#include "platform/files/TextSearch.h"
 #include "plugin/Qxtypes.h"
+#include "solution/ProjectLine.h"
 #include "solution/VcprojScan.h"
 
 namespace qx {
 namespace {
 
 constexpr std::string_view kHeader = "Microsoft Visual Studio Solution File, Format Version";
-constexpr std::string_view kProjectStart = "Project(\"";
 constexpr std::size_t kGuidSize = 38;  // braces included; what stands there is not examined
 constexpr std::string_view kVersionInfo = "VERSIONINFO";
 
-// Exact beginnings of section heads. The first of a pair does not match the second: its last character
-// differs.
+// Exact beginnings of section heads. The first of a pair does not match the second: its last character differs.
 constexpr std::array<std::string_view, 2> kConfigurationSections = {
     "GlobalSection(SolutionConfiguration)", "GlobalSection(SolutionConfigurationPlatforms)"};
 constexpr std::array<std::string_view, 2> kProjectConfigurationSections = {
@@ -79,22 +78,16 @@ class Reader {
   void ReadProjects() {
     for (; Line() != "Global"; ++cursor_) {
       const std::string_view line = TrimmedLine();
-      if (line.starts_with(kProjectStart)) ReadProject(line.substr(kProjectStart.size()));
+      if (IsProjectLine(line)) ReadProject(ReadProjectLine(line));
     }
   }
 
-  void ReadProject(std::string_view rest) {
+  void ReadProject(ProjectLine line) {
     SolutionProject project;
-    project.type_guid = rest.substr(0, kGuidSize);
-    rest.remove_prefix(std::min(kGuidSize, rest.size()));
-    const std::size_t equals = rest.find('=');
-    if (equals == std::string_view::npos) throw Exception("Error parsing project string");
-    std::vector<std::string> items = SplitCommaText(TrimView(rest.substr(equals + 1)));
-    if (items.size() < 3) throw Exception("Error parsing project string");
-    project.name = std::move(items[0]);
-    project.path = std::move(items[1]);
-    project.guid = std::move(items[2]);
-
+    project.name = std::move(line.name);
+    project.path = std::move(line.path);
+    project.type_guid = std::move(line.type_guid);
+    project.guid = std::move(line.guid);
     // Web projects are known by their URL, wherever it stands in the path; their files are not looked for.
     const bool web = project.path.find("http://") != std::string::npos ||
                      project.path.find("https://") != std::string::npos;

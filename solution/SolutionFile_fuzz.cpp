@@ -1,6 +1,6 @@
 // Solutions of any bytes: the reader gives a model or raises its exception, whatever stands in the file. The
 // files that projects may name exist: one C# project, one C++ project with a resource script.
-#include "platform/TextFile.h"
+#include "platform/files/TextFile.h"
 #include "plugin/Qxtypes.h"
 #include "solution/MemoryFiles.h"
 

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "platform/TestFolder.h"
+#include "host/testing/TestFolder.h"
 #include "solution/MemoryFiles.h"
 
 namespace qx {

@@ -1,6 +1,6 @@
 #include "solution/VcprojScan.h"
 
-#include "platform/Paths.h"
+#include "platform/files/Paths.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {

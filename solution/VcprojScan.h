@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/XmlDocument.h"
+#include "platform/xml/XmlDocument.h"
 
 namespace qx {
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <utility>
 
-#include "platform/Paths.h"
-#include "platform/TestFolder.h"
+#include "host/testing/TestFolder.h"
+#include "platform/files/Paths.h"
 #include "plugin/Qxtypes.h"
 #include "solution/Vsnetsln.h"
 

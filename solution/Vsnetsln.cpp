@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "platform/Files.h"
-#include "platform/Paths.h"
-#include "platform/TextFile.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
+#include "platform/files/TextFile.h"
 #include "solution/SolutionFile.h"
 
 namespace qx {
@@ -153,8 +153,7 @@ class FilesOnDisk final : public SolutionFiles {
 }  // namespace
 
 InterfacePtr<IVSDotNetSolution> OpenSolution(const std::string& fileName) {
-  // By the rules of the host's LoadUnicodeFile, without a copy of every line: there may be hundreds of
-  // thousands.
+  // By the rules of the host's LoadUnicodeFile, without a copy of every line: there may be hundreds of thousands.
   const std::string bytes = ReadFile(fileName);
   std::string scratch;
   FilesOnDisk files;

@@ -1,0 +1,18 @@
+// The line of a solution that begins a project's block: Project("{TYPE}") = "NAME", "PATH", "{IDENTIFIER}".
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qx {
+
+struct ProjectLine {
+  std::string name, path, type_guid, guid;  // as written; type_guid: the 38 characters behind `Project("`
+};
+
+// Whether a trimmed line begins a project's block.
+bool IsProjectLine(std::string_view line);
+// Reads such a line. Raises "Error parsing project string".
+ProjectLine ReadProjectLine(std::string_view line);
+
+}  // namespace qx
