@@ -1,6 +1,4 @@
-#include "tools/msbuild/HandOver.h"
-
-#include <unistd.h>
+#include "engine/front/HandOver.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -12,32 +10,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Candidate {
-  const char* program;
-  const char* argument;  // null when the program is the engine itself
-};
-
-// In the order of preference: the newest engine first.
-constexpr Candidate kCandidates[] = {{"msbuild", nullptr}, {"dotnet", "msbuild"}, {"xbuild", nullptr}};
-
-std::vector<std::string_view> Split(std::string_view text, char separator) {
-  std::vector<std::string_view> parts;
-  for (;;) {
-    const std::size_t end = text.find(separator);
-    parts.push_back(text.substr(0, end));
-    if (end == std::string_view::npos) return parts;
-    text.remove_prefix(end + 1);
-  }
-}
-
 bool Exists(const std::string& name) {
   std::error_code ignored;
   return fs::exists(name, ignored);
-}
-
-bool IsProgram(const std::string& name) {
-  std::error_code ignored;
-  return fs::is_regular_file(name, ignored) && access(name.c_str(), X_OK) == 0;
 }
 
 char LowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
@@ -62,19 +37,6 @@ std::string FindEntry(const std::string& folder, std::string_view name) {
 
 }  // namespace
 
-std::optional<Engine> FindEngine(std::string_view search_path) {
-  const std::vector<std::string_view> folders = Split(search_path, ':');
-  for (const Candidate& candidate : kCandidates) {
-    for (const std::string_view folder : folders) {
-      std::string program = std::string(folder.empty() ? "." : folder) + "/" + candidate.program;
-      if (!IsProgram(program)) continue;
-      if (candidate.argument == nullptr) return Engine{std::move(program), {}};
-      return Engine{std::move(program), {candidate.argument}};
-    }
-  }
-  return std::nullopt;
-}
-
 bool IsSwitch(std::string_view argument) {
   if (argument.starts_with('-') || argument.starts_with('@')) return true;
   if (!argument.starts_with('/')) return false;
@@ -91,17 +53,19 @@ std::string FindProjectFile(std::string_view name) {
   std::ranges::replace(turned, '\\', '/');
 
   std::string found;
-  const std::vector<std::string_view> parts = Split(turned, '/');
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    if (i > 0) found += '/';
-    found += FindEntry(found, parts[i]);
+  for (std::size_t begin = 0;;) {
+    const std::size_t end = std::min(turned.find('/', begin), turned.size());
+    found += FindEntry(found, std::string_view(turned).substr(begin, end - begin));
+    if (end == turned.size()) return found;
+    found += '/';
+    begin = end + 1;
   }
-  return found;
 }
 
 std::vector<std::string> EngineCommand(const Engine& engine, std::vector<std::string> arguments) {
   const auto project = std::ranges::find_if_not(arguments, IsSwitch);
   if (project != arguments.end()) *project = FindProjectFile(*project);
+  for (std::string& argument : arguments) argument = WithTurnedPaths(argument);
 
   std::vector<std::string> command = {engine.program};
   command.insert(command.end(), engine.arguments.begin(), engine.arguments.end());

@@ -1,8 +1,6 @@
-#include "tools/msbuild/HandOver.h"
+#include "engine/front/HandOver.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -33,8 +31,7 @@ class HandOver : public testing::Test {
     std::ofstream(name, std::ios::binary) << text;
   }
 
-  // A stand-in engine that writes its name, its process id and its arguments, one a line, and ends with
-  // `code`.
+  // A stand-in engine that writes its name, its process id and its arguments, one a line, and ends with `code`.
   static void WriteEngine(const fs::path& name, int code = 0) {
     Write(name, "#!/bin/sh\necho " + name.filename().string() +
                     " $$\nfor a in \"$@\"; do echo \"<$a>\"; done\nexit " + std::to_string(code) + "\n");
@@ -46,44 +43,6 @@ class HandOver : public testing::Test {
  private:
   fs::path before_;
 };
-
-struct Outcome {
-  int code;
-  pid_t pid;
-  std::string output;
-};
-
-// Runs the program with `path` as its PATH; both its outputs in one text.
-Outcome Start(const std::string& path, const std::vector<std::string>& arguments) {
-  std::vector<std::string> texts = {QX_HANDOVER};
-  texts.insert(texts.end(), arguments.begin(), arguments.end());
-  std::vector<char*> argv;
-  argv.reserve(texts.size() + 1);
-  for (std::string& text : texts) argv.push_back(text.data());
-  argv.push_back(nullptr);
-  std::string variable = "PATH=" + path;
-  char* environment[] = {variable.data(), nullptr};
-
-  int ends[2];
-  if (pipe(ends) != 0) return {-1, 0, "no pipe"};
-  const pid_t pid = fork();
-  if (pid == 0) {
-    dup2(ends[1], STDOUT_FILENO);
-    dup2(ends[1], STDERR_FILENO);
-    execve(argv[0], argv.data(), environment);
-    _exit(99);
-  }
-  close(ends[1]);
-  std::string output;
-  char block[4096];
-  for (ssize_t count; (count = read(ends[0], block, sizeof block)) > 0;) {
-    output.append(block, static_cast<std::size_t>(count));
-  }
-  close(ends[0]);
-  int status = 0;
-  waitpid(pid, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, pid, output};
-}
 
 TEST(HandOverSwitch, KnowsSwitchesOfBothKindsAndResponseFiles) {
   for (const char* text :
@@ -134,13 +93,13 @@ TEST_F(HandOver, KeepsWhatIsNotFoundAsWritten) {
   EXPECT_EQ(FindProjectFile(""), "");
 }
 
-TEST_F(HandOver, TouchesTheProjectFileOnly) {
+TEST_F(HandOver, TouchesTheProjectFileAndThePathsInPropertiesOnly) {
   Write("Lib/Lib.csproj", "");
-  const std::vector<std::string> command =
-      EngineCommand({"/opt/dotnet", {"msbuild"}},
-                    {"/nologo", "Lib\\Lib.csproj", "/p:OutputPath=bin\\Release", "Lib\\Lib.csproj"});
+  const std::vector<std::string> command = EngineCommand(
+      {"/opt/dotnet", {"msbuild"}},
+      {"/nologo", "Lib\\Lib.csproj", "/p:OutputPath=bin\\Release;Text=a\\b", "Lib\\Lib.csproj"});
   EXPECT_EQ(command, (std::vector<std::string>{"/opt/dotnet", "msbuild", "/nologo", "Lib/Lib.csproj",
-                                               "/p:OutputPath=bin\\Release", "Lib\\Lib.csproj"}));
+                                               "/p:OutputPath=bin/Release;Text=a\\b", "Lib\\Lib.csproj"}));
 }
 
 TEST_F(HandOver, TakesTheFirstEngineOfTheOrderWhereverItStands) {
@@ -160,40 +119,6 @@ TEST_F(HandOver, PassesOverFoldersAndFilesThatAreNoPrograms) {
   EXPECT_FALSE(FindEngine("a"));
   WriteEngine("xbuild");
   EXPECT_EQ(FindEngine("a:").value().program, "./xbuild");
-}
-
-TEST_F(HandOver, BecomesTheEngineAndEndsWithItsCode) {
-  WriteEngine("bin/xbuild", 7);
-  Write("Lib/Lib.csproj", "");
-  const Outcome outcome =
-      Start("bin", {"Lib\\Lib.csproj", "/t:Build", "/p:Platform=Any CPU;OutputPath=bin\\Release"});
-  EXPECT_EQ(outcome.code, 7);
-  EXPECT_EQ(outcome.output,
-            "xbuild " + std::to_string(outcome.pid) +
-                "\n<Lib/Lib.csproj>\n</t:Build>\n</p:Platform=Any CPU;OutputPath=bin\\Release>\n");
-}
-
-TEST_F(HandOver, HandsTheVerbToTheSecondEngine) {
-  WriteEngine("bin/dotnet");
-  const Outcome outcome = Start("bin", {"App.sln"});
-  EXPECT_EQ(outcome.output, "dotnet " + std::to_string(outcome.pid) + "\n<msbuild>\n<App.sln>\n");
-}
-
-TEST_F(HandOver, SaysWhatToInstallWhenThereIsNoEngine) {
-  const Outcome outcome = Start("bin", {"App.sln"});
-  EXPECT_EQ(outcome.code, 127);
-  EXPECT_EQ(
-      outcome.output,
-      "MSBuild.exe: no build engine was found on the PATH (msbuild, dotnet or xbuild). Install one of them: "
-      "Debian's package mono-devel has xbuild.\n");
-}
-
-TEST_F(HandOver, NamesAnEngineThatCannotBeStarted) {
-  Write("bin/xbuild", "#!/nowhere/sh\n");
-  fs::permissions("bin/xbuild", fs::perms::owner_all);
-  const Outcome outcome = Start("bin", {"App.sln"});
-  EXPECT_EQ(outcome.code, 126);
-  EXPECT_EQ(outcome.output, "MSBuild.exe: cannot start bin/xbuild: No such file or directory\n");
 }
 
 }  // namespace

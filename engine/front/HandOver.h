@@ -3,22 +3,13 @@
 // core: it looks at files and folders, starts nothing and prints nothing.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "engine/MsBuildEngine.h"
+
 namespace qx {
-
-// An engine that was found: the program's path, and the arguments that come before the caller's own.
-struct Engine {
-  std::string program;
-  std::vector<std::string> arguments;
-};
-
-// The first of "msbuild", "dotnet msbuild" and "xbuild" that stands in a folder of the search path (the
-// folders separated by colons, an empty one meaning the current folder). Nothing when there is none.
-std::optional<Engine> FindEngine(std::string_view search_path);
 
 // Whether an engine would take the argument for a switch (-t:Build, /t:Build, /nologo) or a response file
 // (@FILE) rather than for a file to build. A path from the root such as /home/me/App.sln is none.
@@ -30,8 +21,8 @@ bool IsSwitch(std::string_view argument);
 // was written.
 std::string FindProjectFile(std::string_view name);
 
-// The whole command line for the engine: its program, its own arguments, then the caller's, of which only the
-// first that is no switch is touched (FindProjectFile).
+// The whole command line for the engine: its program, its own arguments, then the caller's: of those the
+// first that is no switch (FindProjectFile) and the paths in properties are as this system has them.
 std::vector<std::string> EngineCommand(const Engine& engine, std::vector<std::string> arguments);
 
 }  // namespace qx

@@ -1,0 +1,176 @@
+#include "engine/ChildCommand.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+
+#include "platform/Posix.h"
+
+namespace qx {
+namespace {
+
+constexpr int kSignalled = 128;
+
+std::atomic<pid_t> running_child = 0;  // leads a process group of its own
+std::atomic<int> stop_signal = 0;
+
+// Only what may be done in a signal handler. The child's group gets the same signal: Ninja ends its compilers
+// by it and removes what they had half written.
+void Forward(int number) {
+  const int error = errno;
+  stop_signal = number;
+  if (const pid_t child = running_child; child > 0) kill(-child, number);
+  errno = error;
+}
+
+std::vector<std::string> MergedEnvironment(const std::map<std::string, std::string>& added) {
+  std::vector<std::string> all;
+  for (char** at = environ; at != nullptr && *at != nullptr; ++at) {
+    const std::string variable(*at);
+    if (!added.contains(variable.substr(0, variable.find('=')))) all.push_back(variable);
+  }
+  for (const auto& [name, value] : added) all.push_back(name + "=" + value);
+  return all;
+}
+
+// 0, or an errno; `child` then leads a group of its own, with signals as the system has them.
+int Spawn(const ChildCommand& command, const std::string& program, int output, pid_t& child) {
+  std::vector<std::string> arguments = command.arguments;
+  std::vector<std::string> environment = MergedEnvironment(command.environment);
+  system::SpawnOrders orders(POSIX_SPAWN_SETPGROUP);
+  posix_spawn_file_actions_addopen(&orders.actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_adddup2(&orders.actions, output, STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&orders.actions, output, STDERR_FILENO);
+  if (!command.folder.empty()) {
+    posix_spawn_file_actions_addchdir_np(&orders.actions, command.folder.c_str());
+  }
+  posix_spawnattr_setpgroup(&orders.attributes, 0);
+  return posix_spawn(&child, program.c_str(), &orders.actions, &orders.attributes,
+                     system::Pointers(arguments).data(), system::Pointers(environment).data());
+}
+
+// Hands on whole lines as their bytes come, without LF or CR LF.
+class LineReader {
+ public:
+  explicit LineReader(const std::function<void(std::string_view)>& line) : line_(line) {}
+
+  // False at the end of the pipe.
+  bool ReadFrom(int pipe) {
+    char buffer[16384];
+    const ssize_t count = read(pipe, buffer, sizeof buffer);
+    if (count < 0 && errno == EINTR) return true;
+    if (count <= 0) return false;
+    kept_.append(buffer, static_cast<std::size_t>(count));
+    std::size_t begin = 0;
+    for (std::size_t end; (end = kept_.find('\n', begin)) != std::string::npos; begin = end + 1) {
+      Hand(std::string_view(kept_).substr(begin, end - begin));
+    }
+    kept_.erase(0, begin);
+    return true;
+  }
+  // The last line, when it has no end.
+  void Finish() {
+    if (!kept_.empty()) Hand(kept_);
+  }
+
+ private:
+  void Hand(std::string_view text) {
+    if (text.ends_with('\r')) text.remove_suffix(1);
+    line_(text);
+  }
+
+  const std::function<void(std::string_view)>& line_;
+  std::string kept_;
+};
+
+// Reads until the child has ended and what it had written is read. The pipe's end is not waited for: what the
+// child leaves behind (Wine's server, a build engine's nodes) keeps it open.
+void ReadLines(int pipe, pid_t child, const std::function<void(std::string_view)>& line) {
+  LineReader reader(line);
+  const system::Descriptor end_of_child(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+  pollfd waits[] = {{pipe, POLLIN, 0}, {end_of_child.Number(), POLLIN, 0}};
+  for (bool open = true; open;) {
+    const bool has_ended = waits[1].revents != 0;
+    waits[0].revents = 0;
+    if (poll(waits, end_of_child.IsOpen() ? 2 : 1, has_ended ? 0 : -1) < 0 && errno != EINTR) break;
+    if (waits[0].revents != 0) {
+      open = reader.ReadFrom(pipe);
+    } else if (has_ended) {
+      break;
+    }
+  }
+  reader.Finish();
+}
+
+int WaitFor(pid_t child) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return WIFSIGNALED(status) ? kSignalled + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+}  // namespace
+
+ChildResult RunChild(const ChildCommand& command, const std::function<void(std::string_view)>& line) {
+  if (IsStopped()) return {-1, "stopped"};
+  if (command.arguments.empty()) return {-1, "no program is named"};
+  const std::string program = FindProgram(command.arguments.front());
+  if (program.empty()) return {-1, command.arguments.front() + " was not found on the PATH"};
+
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0) return {-1, system::LastError()};
+  const system::Descriptor read_end(ends[0]);
+  system::Descriptor write_end(ends[1]);
+  pid_t child = 0;
+  const int error = Spawn(command, program, write_end.Number(), child);
+  write_end.Close();
+  if (error != 0) return {-1, "cannot start " + program + ": " + system::ErrorText(error)};
+  running_child = child;
+  if (const int number = stop_signal; number != 0) kill(-child, number);  // it came between the two
+  ReadLines(read_end.Number(), child, line);
+  const int code = WaitFor(child);
+  running_child = 0;
+  return {code, ""};
+}
+
+std::string_view SearchPath() {
+  constexpr const char* kUsual = "/usr/local/bin:/usr/bin:/bin";
+  const char* variable = std::getenv("PATH");
+  return variable == nullptr ? kUsual : variable;
+}
+
+std::string FindProgram(const std::string& name) {
+  if (name.find('/') != std::string::npos) return name;
+  std::string_view folders = SearchPath();
+  for (;;) {
+    const std::size_t end = folders.find(':');
+    const std::string_view folder = folders.substr(0, end);
+    std::string program = (folder.empty() ? std::string(".") : std::string(folder)) + "/" + name;
+    if (access(program.c_str(), X_OK) == 0) return program;
+    if (end == std::string_view::npos) return "";
+    folders.remove_prefix(end + 1);
+  }
+}
+
+int StopSignal() { return stop_signal; }
+
+void ForwardSignals() {
+  struct sigaction action = {};
+  action.sa_handler = Forward;
+  sigemptyset(&action.sa_mask);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    struct sigaction before = {};
+    sigaction(number, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);  // nohup's wish is kept
+  }
+}
+
+}  // namespace qx

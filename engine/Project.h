@@ -1,0 +1,51 @@
+// What the front asks of whoever builds one project, and what it is told of the outcome. The front calls one
+// function a project, in the order of their dependencies; each prints through the console as it goes.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "engine/Console.h"
+
+namespace qx {
+
+enum class Goal { Build, Rebuild, Clean };
+
+// What became of one project; handed to those that depend on it.
+struct BuiltProject {
+  enum class Status { Succeeded, UpToDate, Failed, Skipped };
+  std::string name, guid, file;         // as the solution has them; file: the path on disk
+  std::string configuration, platform;  // in which it was built, as in its task
+  Status status = Status::Failed;
+  std::string reason;  // of Failed or Skipped, one line
+  // Of Failed: the key of what is not to be had here ("vb", "mfc", "atl", "managed" ...), under which the
+  // user may ask for such projects to be skipped; empty: an ordinary failure.
+  std::string limit;
+  std::string output;                  // the program or library, absolute; empty: none
+  std::string import_library;          // a DLL's; empty: none
+  std::vector<std::string> libraries;  // a static library's: what those who link it must link besides
+  int errors = 0, warnings = 0;        // filled in by the front from what the console counted
+};
+
+// One project, in the configuration in which it is to be built.
+struct ProjectTask {
+  std::string name, guid, file, type_guid;
+  std::string configuration;  // the project's own: "Release"
+  std::string platform;       // "Win32", "Any CPU"; empty in C# projects of 2002 and 2003
+  std::string solution_file;  // empty: built by itself
+  Goal goal = Goal::Build;
+  // All that it depends on, directly or not, already built, in the order they were built.
+  std::vector<const BuiltProject*> needs;
+  std::map<std::string, std::string> properties;  // MSBuild's /p: (OutputPath ...), names as they were given
+  std::string launcher;  // stands before every C and C++ compile: "ccache"; empty: none
+  int jobs = 0;          // compilers at a time; 0: as many as there are processors
+};
+
+// Both print errors and warnings as they come and leave name, guid and file to the front. A project that
+// cannot be built here is Failed with the reason, or Skipped where its configuration makes nothing; neither
+// raises for what a file says.
+BuiltProject BuildVisualCpp(const ProjectTask& task, Console& console);  // engine/vc
+BuiltProject BuildDotNet(const ProjectTask& task, Console& console);     // engine/dotnet
+
+}  // namespace qx

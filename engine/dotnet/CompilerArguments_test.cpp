@@ -1,0 +1,66 @@
+#include "engine/dotnet/CompilerArguments.h"
+
+#include <gtest/gtest.h>
+
+namespace qx {
+namespace {
+
+TEST(CompilerArguments, AreMcssOwn) {
+  NetProject project;
+  project.output_type.value = "WinExe";
+  project.defines = " DEBUG, TRACE;;X ";
+  project.no_warn = "0618, 1591;";
+  project.debug = project.allow_unsafe = project.check_overflow = project.warnings_as_errors = true;
+  project.startup_object = "A.B";
+  project.warning_level = 9;
+  CompilePlan plan;
+  plan.sources = {"/p/a b.cs"};
+  plan.references = {{"/lib/System.dll", false}};
+  plan.resources = {{"/p/x.bmp", "/p/x.bmp", "P.x.bmp", ""},
+                    {"/p/y.resx", "/o/y.resources", "P.y.de.resources", "de"}};
+  plan.icon = "/p/a.ico";
+  plan.key_file = "/p/k.snk";
+  plan.code_page = "1252";
+  plan.documentation_file = "/p/a.xml";
+  EXPECT_EQ(
+      McsArguments(project, plan, "/o/a.exe"),
+      (std::vector<std::string>{"-out:/o/a.exe", "-target:winexe", "-warn:4", "-debug+", "-optimize-",
+                                "-nowarn:0618,1591,1616,1699", "-define:DEBUG;TRACE;X", "-unsafe+",
+                                "-checked+", "-warnaserror+", "-warnaserror-:612,618", "-doc:/p/a.xml",
+                                "-main:A.B", "-win32icon:/p/a.ico", "-keyfile:/p/k.snk", "-codepage:1252",
+                                "-reference:/lib/System.dll", "-resource:/p/x.bmp,P.x.bmp", "/p/a b.cs"}));
+}
+
+TEST(CompilerArguments, AreVbncsOwn) {
+  NetProject project;
+  project.output_type.value = "Library";
+  project.root_namespace = "Root";
+  project.imports = "System,System.Data";
+  project.defines = "DEBUG=True;TRACE=True";
+  project.option_strict = "On";
+  project.check_overflow = true;
+  const std::vector<std::string> arguments = VbncArguments(project, {}, "/o/a.dll");
+  EXPECT_EQ(arguments,
+            (std::vector<std::string>{"-out:/o/a.dll", "-target:library", "-debug-", "-optimize-",
+                                      "-removeintchecks-", "-rootnamespace:Root",
+                                      "-imports:System,System.Data", "-define:DEBUG=True,TRACE=True",
+                                      "-optionstrict+", "-optionexplicit+", "-optioncompare:binary"}));
+}
+
+TEST(CompilerArguments, AreAlsOwn) {
+  CompilePlan plan;
+  plan.resources = {{"/p/y.resx", "/o/y.resources", "P.y.de.resources", "de"}};
+  EXPECT_EQ(
+      AlArguments(plan, "de", "/o/a.exe", "/o/de/a.resources.dll"),
+      (std::vector<std::string>{"-nologo", "-target:library", "-culture:de", "-out:/o/de/a.resources.dll",
+                                "-template:/o/a.exe", "-embed:/o/y.resources,P.y.de.resources"}));
+}
+
+TEST(CompilerArguments, StandInQuotesInAResponseFile) {
+  EXPECT_EQ(ResponseFileText({"-out:/a b/c.dll", "/p/it's.cs"}), "\"-out:/a b/c.dll\"\n\"/p/it's.cs\"\n");
+  EXPECT_EQ(ResponseFileText({"-main:A\" \"-out:/x", "-main:A\n-out:/x"}),
+            "\"-main:A -out:/x\"\n\"-main:A-out:/x\"\n");
+}
+
+}  // namespace
+}  // namespace qx

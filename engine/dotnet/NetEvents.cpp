@@ -1,0 +1,84 @@
+#include "engine/dotnet/NetEvents.h"
+
+#include <map>
+
+#include "engine/CommandSteps.h"
+#include "platform/Texts.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
+
+namespace qx {
+namespace {
+
+std::string Stem(const std::string& file) {
+  const std::string name = FilePart(file);
+  return name.substr(0, name.size() - ExtensionOf(name).size());
+}
+
+using Macros = std::map<std::string, std::string>;
+
+// Of one file: NAME + "Path", "Dir", "FileName", "Name", "Ext".
+void AddFile(Macros& macros, const std::string& name, const std::string& file) {
+  macros[name + "path"] = WinePath(file);
+  macros[name + "dir"] = WinePath(FolderPart(file));
+  macros[name + "filename"] = FilePart(file);
+  macros[name + "name"] = Stem(file);
+  macros[name + "ext"] = ExtensionOf(file);
+}
+
+Macros MacrosOf(const NetProject& project, const ProjectTask& task, const std::string& output) {
+  Macros macros;
+  AddFile(macros, "target", output);
+  AddFile(macros, "project", project.file);
+  if (!task.name.empty()) macros["projectname"] = task.name;
+  if (!task.solution_file.empty()) AddFile(macros, "solution", task.solution_file);
+  macros["configurationname"] = task.configuration;
+  macros["platformname"] = task.platform.empty() ? ".NET" : task.platform;
+  macros["outdir"] = project.output_path.value;
+  macros["devenvdir"] = "";
+  return macros;
+}
+
+}  // namespace
+
+WhenToRun WhenPostBuildEventRuns(const NetProject& project) {
+  if (SameText(project.run_post_build_event, "Always")) return WhenToRun::Always;
+  if (SameText(project.run_post_build_event, "OnOutputUpdated")) return WhenToRun::OnOutputUpdated;
+  return WhenToRun::OnBuildSuccess;
+}
+
+std::string RunBuildEvent(const char* name, const NetProject& project, const ProjectTask& task,
+                          const std::string& output, const std::string& intermediate, Console& console) {
+  const bool is_first = std::string_view(name) == "PreBuildEvent";
+  const std::string& commands = is_first ? project.pre_build_event : project.post_build_event;
+  if (TrimView(commands).empty()) return {};
+  CreateFolders(FolderPart(output));
+  CreateFolders(intermediate);
+  const CommandStep step{is_first ? "Performing Pre-Build Event..." : "Performing Post-Build Event...",
+                         ExpandEventMacros(commands, project, task, output), FolderPart(output),
+                         intermediate + name + ".bat"};
+  const std::string reason = RunCommandStep(step, console);
+  return reason.empty() ? reason : std::string(name) + ": " + reason;
+}
+
+std::string ExpandEventMacros(std::string_view commands, const NetProject& project, const ProjectTask& task,
+                              const std::string& output) {
+  const Macros macros = MacrosOf(project, task, output);
+  std::string out;
+  for (std::size_t at = 0; at < commands.size();) {
+    const std::size_t end =
+        commands.substr(at).starts_with("$(") ? commands.find(')', at) : std::string_view::npos;
+    if (end != std::string_view::npos) {
+      const auto found = macros.find(LowerCase(commands.substr(at + 2, end - at - 2)));
+      if (found != macros.end()) {
+        out += found->second;
+        at = end + 1;
+        continue;
+      }
+    }
+    out += commands[at++];
+  }
+  return out;
+}
+
+}  // namespace qx

@@ -1,0 +1,10 @@
+namespace Shop.Windows
+{
+	public class MainForm
+	{
+	}
+
+	public class Second
+	{
+	}
+}

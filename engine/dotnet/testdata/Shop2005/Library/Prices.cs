@@ -1,0 +1,1 @@
+public class Prices { public static string Kind() { return "two"; } }

@@ -1,0 +1,4 @@
+class Start
+{
+    static void Main() { System.Console.WriteLine(Prices.Kind()); }
+}
