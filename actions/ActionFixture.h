@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "actions/Qxvsdotnetaction.h"
-#include "host/runtime/ActionHost.h"
+#include "host/testing/TestHost.h"
 
 namespace qx {
 

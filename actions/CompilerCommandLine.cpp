@@ -18,8 +18,6 @@ constexpr BuildSwitch kBuildSwitches[] = {
     {"/deploy", "/t:Deploy"},
 };
 
-std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
-
 std::string DevEnvSwitches(const CompilerSettings& settings, std::string_view configuration) {
   const std::string_view build = kBuildSwitches[static_cast<std::size_t>(settings.action)].devenv;
   return (settings.useEnvironment ? "/useenv " : "") + std::string(build) + " " + Quoted(configuration);
@@ -34,10 +32,10 @@ std::string MSBuildParameters(const CompilerSettings& settings, std::string_view
   out += " /p:Configuration=" + Quoted(name);
   if (name.size() == configuration.size()) return out;
 
-  const std::string_view platform = configuration.substr(name.size() + 1);
-  out += ";Platform=" + Quoted(platform);
-  // The one platform whose projects would otherwise build into a folder of the platform's name.
-  if (LowerCase(platform) == "any cpu") out += ";OutputPath=" + Quoted("bin\\" + std::string(name));
+  out += ";Platform=" + Quoted(configuration.substr(name.size() + 1));
+  for (const auto& [property, value] : EngineProperties(settings, configuration)) {
+    out += ";" + property + "=" + Quoted(value);
+  }
   return out;
 }
 
@@ -56,6 +54,16 @@ std::string ProjectParameters(const CompilerSettings& settings, std::string_view
     return MSBuildParameters(settings, configuration, projectFile);
   return DevEnvSwitches(settings, configuration) + " /project " + Quoted(projectFile) + " " +
          Quoted(solutionFile);
+}
+
+std::map<std::string, std::string> EngineProperties(const CompilerSettings& settings,
+                                                    std::string_view configuration) {
+  const std::string_view name = WithoutPlatform(configuration);
+  // The one platform whose projects would otherwise build into a folder of the platform's name.
+  const bool isAnyCpu =
+      name.size() < configuration.size() && LowerCase(configuration.substr(name.size() + 1)) == "any cpu";
+  if (settings.syntax != CompilerSyntax::MSBuild || !isAnyCpu) return {};
+  return {{"OutputPath", "bin\\" + std::string(name)}};
 }
 
 std::string_view WithoutPlatform(std::string_view configuration) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -33,6 +34,10 @@ std::string SolutionParameters(const CompilerSettings& settings, std::string_vie
 // Builds one project of a solution, `projectFile` as it is written there. MSBuild is not told the solution.
 std::string ProjectParameters(const CompilerSettings& settings, std::string_view configuration,
                               std::string_view projectFile, std::string_view solutionFile);
+
+// The properties by which the engine is told where programs go (MSBuild's /p:); none for devenv.
+std::map<std::string, std::string> EngineProperties(const CompilerSettings& settings,
+                                                    std::string_view configuration);
 
 // The configuration up to its first bar.
 std::string_view WithoutPlatform(std::string_view configuration);

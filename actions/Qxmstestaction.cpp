@@ -1,8 +1,8 @@
 #include "actions/Qxmstestaction.h"
 
 #include "options/Qxvsdotnetoptions.h"
-#include "platform/Files.h"
-#include "platform/Paths.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 
 namespace qx {
 namespace {

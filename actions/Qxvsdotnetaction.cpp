@@ -5,8 +5,7 @@
 namespace qx {
 namespace {
 
-// "UpdateVersionComment" names no property and stays: the list is what installed hosts have always been
-// given.
+// "UpdateVersionComment" names no property and stays: the list is what installed hosts have always been given.
 constexpr std::string_view kHiddenProperties[] = {"UpdateVersionComment",
                                                   "UpdateAssemblyTitle",
                                                   "UpdateAssemblyComment",
@@ -169,8 +168,7 @@ void TQXCustomVSDotNetAction::SetAutoIncAssemblyRevisionNo(bool value) {
 void TQXCustomVSDotNetAction::SetAutoIncAssemblyBuildNo(bool value) {
   if (autoIncAssemblyBuildNo_ == value) return;
   autoIncAssemblyBuildNo_ = value;
-  // The name taken away is one that is never registered, so "AssemblyVersion" stays: saved projects depend on
-  // it.
+  // The name taken away is one that is never registered, so "AssemblyVersion" stays: saved projects depend on it.
   if (value)
     RegisterDynamicProperty("AssemblyVersion");
   else if (!autoIncAssemblyRevisionNo_)

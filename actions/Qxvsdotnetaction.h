@@ -1,6 +1,7 @@
 // The action "Build VS.Net Solution": every setting it keeps (66 published properties), the version numbers
 // among them, and its run. State and properties are defined in Qxvsdotnetaction.cpp, their table in
-// Qxvsdotnetproperties.cpp, the run in Qxvsdotnetbuild.cpp and Qxvsdotnetstamping.cpp.
+// Qxvsdotnetproperties.cpp, the run in Qxvsdotnetbuild.cpp and Qxvsdotnetstamping.cpp, and what it tells
+// afterwards in Qxvsdotnetreport.cpp.
 #pragma once
 
 #include <array>
@@ -17,6 +18,7 @@
 #include "plugin/Qxaction.h"
 #include "plugin/Qxframe.h"
 #include "plugin/Qxprocess.h"
+#include "plugin/Qxrunreport.h"
 #include "versioning/Qxassemblyinfo.h"
 #include "versioning/Qxvc7versioninfo.h"
 
@@ -55,8 +57,7 @@ template <class Value>
 using PerAttribute = std::array<Value, static_cast<std::size_t>(AssemblyAttribute::Version) + 1>;
 
 // The settings that are kept just as they are set; those with a rule of their own stand in the action.
-// Projects are named by their identifiers, the GUID texts of the solution file. Texts may hold host
-// variables.
+// Projects are named by their identifiers, the GUID texts of the solution file. Texts may hold host variables.
 struct VSDotNetSettings {
   std::string solutionConfiguration;  // "Debug" or "Debug|Win32"
   bool updateWin32Resource = false;
@@ -108,7 +109,7 @@ struct AssemblyVersionState {
 // All state and behaviour. The host owns the action: references to its interfaces are not counted.
 // Properties are set on the thread that edits or builds; see each callback for its own.
 class TQXCustomVSDotNetAction
-    : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo, IAssemblyInfoSource>,
+    : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo, IAssemblyInfoSource, IQXRunReport>,
       public TQXAction {
  public:
   static std::string ActionName();  // "Build VS.Net Solution"
@@ -199,6 +200,10 @@ class TQXCustomVSDotNetAction
   ProjectLocationSettings GetProjectLocation() override;
   std::string ExpandText(const std::string& text) override;
   InterfacePtr<IQXApplicationServices> GetServices() override;
+  void FileStamped(const std::string& path, const std::string& backup, bool changed) override;
+
+  // IQXRunReport.
+  RunReport ReportRun(bool looksForPrograms) override;
 
   // The whole version with its last part expanded and raised by one; a part that is no number becomes 0.
   // Raises Exception when it cannot be expanded. A utility: runs do not use it.
@@ -270,11 +275,15 @@ class TQXCustomVSDotNetAction
   std::string DevEnvFolder() const;  // trimmed; empty when not configured
   bool FindCompiler(std::string& compiler);
   bool RunStampingPhase(const InterfacePtr<IVSDotNetSolution>& solution);
+  bool Stamp(const InterfacePtr<IVSDotNetSolution>& solution);
   void RaiseAssemblyNumbers();
   bool UpdateAssemblyAttributes(const InterfacePtr<IVSDotNetSolution>& solution);
   CompilerSettings CommandLineSettings() const;
   void LogRun(const std::string& compiler, const std::string& parameters);
   void LogOutput(std::string_view text);
+  std::string DottedForReport(const std::string& version);
+  std::vector<RunVersion> VersionsForReport();  // those that are stamped, as they are now: in `to`
+  void NoteVersionsAfterStamping();
 
   std::string solution_;
   VSDotNetSettings settings_;
@@ -286,7 +295,14 @@ class TQXCustomVSDotNetAction
   bool autoIncAssemblyFileRevisionNo_ = false;
   bool autoIncBuild_ = false;
   TVSDotNetVersionRecord record_;
-  TEvent stopEvent_;                      // auto-reset; signalled by TerminateAction, consumed by the process
+  TEvent stopEvent_;  // auto-reset; signalled by TerminateAction, consumed by the process
+  // What the report of the last Execute needs and would not find afterwards.
+  struct RunNotes {
+    std::vector<RunVersion> versions;
+    std::vector<RunFile> files;
+    std::string solutionFile, configuration;  // empty until the compiler was started
+  };
+  RunNotes run_;
   std::atomic<bool> buildFailed_{false};  // set by the output, cleared once an Execute
 };
 

@@ -4,9 +4,9 @@
 #include <thread>
 
 #include "actions/Qxvsdotnetaction.h"
-#include "platform/Files.h"
-#include "platform/Paths.h"
 #include "platform/Texts.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 #include "plugin/Qxdotnetinfo.h"
 #include "solution/Vsnetsln.h"
 
@@ -23,7 +23,7 @@ constexpr std::chrono::milliseconds kPauseAfterRun{10};
 std::string CommandLinePath(const std::string& path) {
   const bool leadsAstray = !IsAbsolute(path) && !FolderPart(path).empty();
   const std::string reachable = leadsAstray ? ExpandPath("", path) : path;
-  return NativeDelimiter() == '\\' ? reachable : FindExisting(reachable);
+  return SystemPassesOverSpelling() ? reachable : FindExisting(reachable);
 }
 
 }  // namespace
@@ -45,6 +45,7 @@ bool TQXCustomVSDotNetAction::Validate(IQXActionValidationError& errors) {
 // An exception of the version resource update is the only one that leaves: the host reports it.
 bool TQXCustomVSDotNetAction::Execute() {
   buildFailed_ = false;
+  run_ = {};
   std::string solutionFile;
   if (!Expand("Error Expanding Solution File Name : ", solution_, solutionFile)) return false;
   if (!FileExists(solutionFile)) return Fail("Solution File does not exist");
@@ -64,6 +65,8 @@ bool TQXCustomVSDotNetAction::Execute() {
   }
   if ((settings_.updateAssemblyInfo || settings_.updateWin32Resource) && !RunStampingPhase(solution))
     return false;
+  run_.solutionFile = ExpandPath("", solutionFile);
+  run_.configuration = configuration;
   if (settings_.buildType == TVSDotNetBuildType::btSelectedProjects)
     return BuildSelected(*solution, solutionFile, compiler, configuration);
   return BuildAll(*solution, solutionFile, compiler, configuration);

@@ -1,12 +1,19 @@
-// The stamping phase of a run: raises the numbers, has the assembly attributes and the version resources of
-// the chosen projects rewritten. It comes before any compiler run, and a failure keeps the compiler from
-// running.
+// The stamping phase of a run: raises the numbers, has the assembly attributes and the version resources of the
+// chosen projects rewritten. It comes before any compiler run, and a failure keeps the compiler from running.
 #include "actions/Qxvsdotnetaction.h"
+#include "platform/files/Files.h"
 #include "solution/Vsnetsln.h"
 
 namespace qx {
 
 bool TQXCustomVSDotNetAction::RunStampingPhase(const InterfacePtr<IVSDotNetSolution>& solution) {
+  run_.versions = VersionsForReport();
+  const bool stamped = Stamp(solution);
+  NoteVersionsAfterStamping();
+  return stamped;
+}
+
+bool TQXCustomVSDotNetAction::Stamp(const InterfacePtr<IVSDotNetSolution>& solution) {
   if (settings_.updateAssemblyInfo) {
     RaiseAssemblyNumbers();
     if (!UpdateAssemblyAttributes(solution)) return false;
@@ -76,7 +83,12 @@ bool TQXCustomVSDotNetAction::DoUpdateWin32VersionInfo(IVSDotNetSolution& soluti
 bool TQXCustomVSDotNetAction::ApplyVersionInfo(const std::string& fileName) {
   const InterfacePtr<IQXVC7VersionInfoParser> parser = GetVersionInfoParser(*this, fileName);
   SendMessage("Updating Version info in file : " + fileName);
-  return parser->UpdateVersionInfo(*this);
+  // Bytes that stay the same are not written: then the time stays, too.
+  const auto before = TimeWritten(fileName);
+  const bool updated = parser->UpdateVersionInfo(*this);
+  if (updated)
+    run_.files.push_back({fileName, "ResourceScript", TimeWritten(fileName) != before, fileName + ".orig"});
+  return updated;
 }
 
 }  // namespace qx

@@ -2,9 +2,6 @@
 
 #include <atomic>
 
-#include "host/runtime/Catalogue.h"
-#include "host/runtime/HostSettings.h"
-
 namespace qx {
 namespace {
 
@@ -46,8 +43,6 @@ RunFixture::RunFixture() : root_(NewFolder()) {
   fs::create_directories(root_ / "vs");
   for (const char* name : {"devenv.com", "MSBuild.exe"}) fs::copy_file(QX_RECORDER, root_ / "vs" / name);
 
-  ApplyHostSettings({});
-  TheCatalogue().Forget();
   RegisterOptions();
   for (const auto set : {&IQXVSDotNetOptions::SetDevEnvLocation, &IQXVSDotNetOptions::SetDevEnv2003Location,
                          &IQXVSDotNetOptions::SetDevEnv2005Location})
@@ -56,8 +51,6 @@ RunFixture::RunFixture() : root_(NewFolder()) {
 }
 
 RunFixture::~RunFixture() {
-  ApplyHostSettings({});
-  TheCatalogue().Forget();
   std::error_code ignored;  // a stopped child may still let go of its file
   fs::remove_all(root_, ignored);
 }
@@ -92,7 +85,7 @@ Lines RunFixture::Calls() const {
 void RunFixture::UseMSBuild() {
   HostSettings settings;
   settings.frameworks["v2.0"] = Path("vs");
-  ApplyHostSettings(settings);
+  settings_.emplace(std::move(settings));
   action->Settings().useMSBuild = true;
 }
 

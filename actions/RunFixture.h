@@ -7,13 +7,15 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "actions/Qxvsdotnetaction.h"
-#include "host/runtime/ActionHost.h"
-#include "platform/Paths.h"
+#include "host/settings/HostSettings.h"
+#include "host/testing/TestHost.h"
+#include "platform/files/Paths.h"
 
 namespace qx {
 
@@ -52,6 +54,7 @@ class RunFixture : public testing::Test {
   std::string solution() const { return Path("src/App.sln"); }
 
   std::filesystem::path root_;
+  std::optional<HostSettingsInUse> settings_;
   TestHost host;
   std::unique_ptr<TQXVSDotNetAction> action;
 };

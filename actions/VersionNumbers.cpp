@@ -4,20 +4,31 @@
 #include "plugin/Qxstrings.h"
 
 namespace qx {
+namespace {
 
-VersionParts SplitVersion(std::string_view whole) {
-  VersionParts parts;
-  for (std::string* part : {&parts.major, &parts.minor, &parts.build, &parts.revision}) {
-    const std::size_t bar = whole.find('|');
-    *part = whole.substr(0, bar);
+constexpr char kBar = '|';
+
+}  // namespace
+
+std::vector<std::string_view> PartsOfVersion(std::string_view whole) {
+  std::vector<std::string_view> parts;
+  while (parts.size() < 4) {
+    const std::size_t bar = whole.find(kBar);
+    parts.push_back(whole.substr(0, bar));
     if (bar == std::string_view::npos) break;
     whole.remove_prefix(bar + 1);
   }
   return parts;
 }
 
+VersionParts SplitVersion(std::string_view whole) {
+  std::vector<std::string_view> parts = PartsOfVersion(whole);
+  parts.resize(4);
+  return {std::string(parts[0]), std::string(parts[1]), std::string(parts[2]), std::string(parts[3])};
+}
+
 std::string JoinVersion(const VersionParts& parts) {
-  return parts.major + "|" + parts.minor + "|" + parts.build + "|" + parts.revision;
+  return parts.major + kBar + parts.minor + kBar + parts.build + kBar + parts.revision;
 }
 
 std::string NextNumber(std::string_view part, std::int32_t otherwise) {
@@ -29,7 +40,7 @@ std::int32_t NextNumber(std::int32_t number) {
 }
 
 std::size_t LastPartOf(std::string_view whole) {
-  const std::size_t bar = whole.rfind('|');
+  const std::size_t bar = whole.rfind(kBar);
   return bar == std::string_view::npos ? 0 : bar + 1;
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qx {
 
@@ -16,6 +17,9 @@ struct VersionParts {
   std::string revision;
   friend bool operator==(const VersionParts&, const VersionParts&) = default;
 };
+
+// The parts that the text has, at most four; at least one, which may be empty.
+std::vector<std::string_view> PartsOfVersion(std::string_view whole);
 
 // The first four parts of the text; missing ones are empty, a fifth and later ones are dropped. A dotted
 // version has no bar and is the major part whole.

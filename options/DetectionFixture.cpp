@@ -5,14 +5,13 @@
 #include <filesystem>
 #include <thread>
 
-#include "platform/Paths.h"
-#include "platform/Registry.h"
+#include "platform/System.h"
+#include "platform/files/Paths.h"
+#include "platform/registry/Registry.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
 namespace {
-
-bool HasRegistry() { return NativeDelimiter() == '\\'; }
 
 bool Command(const std::string& line) { return std::system((line + " >nul 2>nul").c_str()) == 0; }
 
@@ -43,18 +42,18 @@ DetectionFixture::DetectionFixture() {
 
 // A machine in use keeps its registry: only a Wine prefix is written to.
 void DetectionFixture::SetUp() {
-  if (HasRegistry() && !Command("reg query HKCU\\Software\\Wine"))
+  if (kIsWindows && !Command("reg query HKCU\\Software\\Wine"))
     GTEST_SKIP() << "this would change the registry of a machine in use";
 }
 
 DetectionFixture::~DetectionFixture() {
   SetRegistryFile("");
   RemoveFile(exportFile_);
-  if (HasRegistry() && !IsSkipped()) RemoveAll();
+  if (kIsWindows && !IsSkipped()) RemoveAll();
 }
 
 void DetectionFixture::Install(const std::vector<std::pair<std::string, std::string>>& products) {
-  if (HasRegistry()) {
+  if (kIsWindows) {
     RemoveAll();
     for (const auto& [version, folder] : products) {
       // A backslash before the closing quote is doubled, as every program's command line wants it.

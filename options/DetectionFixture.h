@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 namespace qx {
 

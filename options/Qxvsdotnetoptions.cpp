@@ -1,6 +1,6 @@
 #include "options/Qxvsdotnetoptions.h"
 
-#include "platform/Registry.h"
+#include "platform/registry/Registry.h"
 #include "plugin/Qxservices.h"
 
 namespace qx {

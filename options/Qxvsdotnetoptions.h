@@ -17,8 +17,7 @@ enum class TVSDotNetVersion : std::uint8_t { vs2002, vs2003, vs2005 };
 template <>
 inline constexpr std::array<std::string_view, 3> ValueNames<TVSDotNetVersion>{"vs2002", "vs2003", "vs2005"};
 
-// What a new action uses where no options object is registered, and what an unstored default version reads
-// as.
+// What a new action uses where no options object is registered, and what an unstored default version reads as.
 inline constexpr TVSDotNetVersion kFirstDefaultVersion = TVSDotNetVersion::vs2003;
 
 // The settings as the rest of the package sees them. Folders come and go exactly as the registry or the user

@@ -4,7 +4,7 @@
 
 #include <variant>
 
-#include "host/runtime/Catalogue.h"
+#include "host/actions/Catalogue.h"
 #include "options/DetectionFixture.h"
 
 namespace qx {
@@ -218,8 +218,8 @@ TEST_F(Detection, ComesAgainForAFolderThatWasSavedEmpty) {
 
 class Registration : public testing::Test {
  protected:
-  Registration() { TheCatalogue().Forget(); }
-  ~Registration() override { TheCatalogue().Forget(); }
+  Catalogue catalogue_;
+  CatalogueInUse use_{catalogue_};
 };
 
 TEST_F(Registration, FindsNothingBeforeIt) { EXPECT_FALSE(VSDotNetOptions()); }
@@ -232,21 +232,20 @@ TEST_F(Registration, BearsBeingDoneTwice) {
   RegisterOptions();
   EXPECT_EQ(VSDotNetOptions(), first);
   EXPECT_EQ(VSDotNetOptions()->GetMSTestLocation(), "kept");
-  ASSERT_EQ(TheCatalogue().Options().size(), 1u);
-  EXPECT_EQ(TheCatalogue().Options()[0].bitmap, "DEVENV");
-  ASSERT_EQ(TheCatalogue().Functions().size(), 1u);
-  EXPECT_EQ(TheCatalogue().Functions()[0].name, "VSDotNetOptions");
-  ASSERT_EQ(TheCatalogue().Enumerations().size(), 1u);
-  EXPECT_EQ(TheCatalogue().Enumerations()[0].name, "TVSDotNetVersion");
-  EXPECT_EQ(TheCatalogue().Enumerations()[0].values,
-            (std::vector<std::string>{"vs2002", "vs2003", "vs2005"}));
+  ASSERT_EQ(catalogue_.Options().size(), 1u);
+  EXPECT_EQ(catalogue_.Options()[0].bitmap, "DEVENV");
+  ASSERT_EQ(catalogue_.Functions().size(), 1u);
+  EXPECT_EQ(catalogue_.Functions()[0].name, "VSDotNetOptions");
+  ASSERT_EQ(catalogue_.Enumerations().size(), 1u);
+  EXPECT_EQ(catalogue_.Enumerations()[0].name, "TVSDotNetVersion");
+  EXPECT_EQ(catalogue_.Enumerations()[0].values, (std::vector<std::string>{"vs2002", "vs2003", "vs2005"}));
 }
 
 TEST_F(Registration, GoesInTheSameOrderEachTime) {
   RegisterOptions();
   RegisterOptions();
   std::vector<std::string> operations;
-  for (const RegistrationCall& call : TheCatalogue().Calls()) operations.push_back(call.operation);
+  for (const RegistrationCall& call : catalogue_.Calls()) operations.push_back(call.operation);
   EXPECT_EQ(operations,
             (std::vector<std::string>{"RegisterOptions", "RegisterFunction", "RegisterEnumeration",
                                       "RegisterOptions", "RegisterFunction", "RegisterEnumeration"}));
@@ -254,8 +253,8 @@ TEST_F(Registration, GoesInTheSameOrderEachTime) {
 
 TEST_F(Registration, GivesScriptsNothingWithoutAnObject) {
   RegisterOptions();
-  const TQXScriptHandler handler = TheCatalogue().Functions()[0].handler;
-  TheCatalogue().Forget();
+  const TQXScriptHandler handler = catalogue_.Functions()[0].handler;
+  catalogue_.Forget();
   struct Call : IQXScriptCall {
     void SetResult(TQXOptionsObject* object) override { isNothing = object == nullptr; }
     bool isNothing = false;
@@ -266,9 +265,9 @@ TEST_F(Registration, GivesScriptsNothingWithoutAnObject) {
 
 TEST_F(Registration, GivesScriptsTheOneObject) {
   RegisterOptions();
-  EXPECT_EQ(dynamic_cast<TVSDotNetOptions*>(TheCatalogue().CallFunction("VSDotNetOptions")),
+  EXPECT_EQ(dynamic_cast<TVSDotNetOptions*>(catalogue_.CallFunction("VSDotNetOptions")),
             dynamic_cast<TVSDotNetOptions*>(VSDotNetOptions().get()));
-  EXPECT_TRUE(TheCatalogue().CallFunction("VSDotNetOptions"));
+  EXPECT_TRUE(catalogue_.CallFunction("VSDotNetOptions"));
 }
 
 }  // namespace

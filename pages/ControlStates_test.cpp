@@ -2,7 +2,7 @@
 // enabled and value, in their order, before anything is read and after a new action was.
 
 #include "actions/Qxmstestaction.h"
-#include "host/runtime/ControlState.h"
+#include "host/pages/ControlState.h"
 #include "options/Qxvsdotnetoptions.h"
 #include "pages/PagesFixture.h"
 #include "pages/Qxmstestframe.h"
@@ -34,8 +34,7 @@ void ExpectActionPage(Action& action) {
 
 TEST(ControlStates, AreThoseOfTheTable) {
   DrivenUser user;
-  TheCatalogue().Forget();  // no options: a new action is one for 2003
-  TestHost host;
+  TestHost host;  // without options: a new action is one for 2003
   const auto build = host.Make<TQXVSDotNetAction>(TQXVSDotNetAction::Class());
   ExpectActionPage<TVSDotNetProjectFrame>(*build);
   ExpectActionPage<TVSDotNetAssemblyFrame>(*build);

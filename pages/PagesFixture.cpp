@@ -31,14 +31,11 @@ const TFrameClass& PlainPage() {
 }
 
 PagesFixture::PagesFixture() {
-  TheCatalogue().Forget();
-  TheCatalogue().UseDesignVariables(&variables);
+  host.catalogue.UseDesignVariables(&variables);
   action = host.Make<TQXVSDotNetAction>(TQXVSDotNetAction::Class());
   registered.pages = {&TVSDotNetProjectFrame::Class(), &TVSDotNetAssemblyFrame::Class(),
                       &TVSDotNetOutputLocationFrame::Class(), &TVC7VersionInfoFrame::Class()};
 }
-
-PagesFixture::~PagesFixture() { TheCatalogue().UseDesignVariables(nullptr); }
 
 std::string PagesFixture::WriteSolution(const std::string& name, const std::vector<TestProject>& projects,
                                         const Texts& configurations) const {

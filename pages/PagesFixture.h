@@ -10,12 +10,12 @@
 #include <vector>
 
 #include "actions/Qxvsdotnetaction.h"
-#include "host/runtime/ActionHost.h"
-#include "host/runtime/Catalogue.h"
-#include "host/runtime/PageDriver.h"
-#include "host/runtime/Pages.h"
-#include "platform/Files.h"
-#include "platform/TestFolder.h"
+#include "host/actions/Catalogue.h"
+#include "host/pages/PageDriver.h"
+#include "host/pages/Pages.h"
+#include "host/testing/TestFolder.h"
+#include "host/testing/TestHost.h"
+#include "platform/files/Files.h"
 
 namespace qx {
 
@@ -41,7 +41,6 @@ const TFrameClass& PlainPage();
 class PagesFixture : public testing::Test {
  protected:
   PagesFixture();
-  ~PagesFixture() override;
 
   // Writes a solution with its projects' files and returns its path.
   std::string WriteSolution(const std::string& name, const std::vector<TestProject>& projects,

@@ -22,8 +22,7 @@ class ProjectCheckList {
   // Shows the solution's projects in its order. A project keeps its tick by its name, letter case aside; one
   // whose name was not listed before is ticked. Projects of one name take the first one's former tick.
   void Rebuild(IVSDotNetSolution& solution);
-  // Ticks the projects with these identifiers, letter case aside, and no others; unknown ones are passed
-  // over.
+  // Ticks the projects with these identifiers, letter case aside, and no others; unknown ones are passed over.
   void TickOnly(const TStringList& identifiers);
   void TickAll() { list_.CheckAll(); }
   // To be called when somebody else has changed the list's items.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "actions/VersionNumbers.h"
 #include "pages/ActionOf.h"
 
 namespace qx {
@@ -132,17 +133,12 @@ void TVSDotNetAssemblyFrame::UpdateSolution(bool changed, IVSDotNetSolution& sol
 // A version of fewer parts leaves the later edits as they were, one of more parts loses them: users' saved
 // versions have always been shown so.
 void TVSDotNetAssemblyFrame::Split(const std::string& version, const VersionRow& row) {
-  std::size_t begin = 0;
-  for (TEdit* edit : row) {
-    if (begin > version.size()) return;
-    const std::size_t end = std::min(version.find('|', begin), version.size());
-    edit->SetText(version.substr(begin, end - begin));
-    begin = end + 1;
-  }
+  const std::vector<std::string_view> parts = PartsOfVersion(version);
+  for (std::size_t i = 0; i < parts.size(); ++i) row[i]->SetText(std::string(parts[i]));
 }
 
 std::string TVSDotNetAssemblyFrame::Join(const VersionRow& row) {
-  return row[0]->Text() + "|" + row[1]->Text() + "|" + row[2]->Text() + "|" + row[3]->Text();
+  return JoinVersion({row[0]->Text(), row[1]->Text(), row[2]->Text(), row[3]->Text()});
 }
 
 void TVSDotNetAssemblyFrame::Enable(const VersionRow& row, bool enabled) {

@@ -5,8 +5,8 @@
 #include "options/Qxvsdotnetoptions.h"
 #include "pages/ActionOf.h"
 #include "pages/Browsing.h"
-#include "platform/Paths.h"
 #include "platform/Texts.h"
+#include "platform/files/Paths.h"
 
 namespace qx {
 

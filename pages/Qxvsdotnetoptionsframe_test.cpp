@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "host/runtime/PageDriver.h"
+#include "host/pages/PageDriver.h"
+#include "host/testing/TestFolder.h"
 #include "options/Qxvsdotnetoptions.h"
-#include "platform/TestFolder.h"
 
 namespace qx {
 namespace {

@@ -17,8 +17,7 @@ class TVSDotNetOutputLocationFrame final : public Page<TFrame> {
   int GetHelpContext() const override { return 1300; }
   // Both take a TQXCustomVSDotNetAction and raise Exception for anything else. What belongs to the methods
   // that are not chosen is written too, so that it is there when the user comes back to them. A kept password
-  // that cannot be decrypted here raises Exception on reading, last of all, and stays unless another is
-  // typed.
+  // that cannot be decrypted here raises Exception on reading, last of all, and stays unless another is typed.
   void ReadActionData(TPersistent& object) override;
   void WriteActionData(TPersistent& object) override;
 

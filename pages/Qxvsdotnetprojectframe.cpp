@@ -4,7 +4,7 @@
 
 #include "actions/Qxvsdotnetaction.h"
 #include "pages/ActionOf.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "plugin/Qxservices.h"
 #include "solution/Vsnetsln.h"
 

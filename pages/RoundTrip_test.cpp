@@ -7,7 +7,7 @@
 #include <random>
 #include <set>
 
-#include "host/runtime/BuildProject.h"
+#include "host/project/BuildProject.h"
 #include "pages/PagesFixture.h"
 #include "platform/Texts.h"
 #include "plugin/Qxlanguages.h"

@@ -54,8 +54,7 @@ class QX_API TQXOptionsObject : public AnswersUncounted<IInterface>, public TPer
   explicit TQXOptionsObject(const TQXOptionsClass& optionsClass);
   ~TQXOptionsObject() override;
 
-  // Called by the host with a reader in the object's section; overriders call this first. Clears the modified
-  // flag.
+  // Called by the host with a reader in the object's section; overriders call this first. Clears the modified flag.
   virtual void LoadOptions(IQXOptionsReader& reader);
   // Called by the host when the modified flag is set; overriders call this first. Clears the modified flag.
   virtual void SaveOptions(IQXOptionsWriter& writer);

@@ -28,6 +28,13 @@ using QXPackageUnitsEntry = TQXUnitTable (*)();
 using QXRegisterEntry = void (*)(bool design);
 }
 
+// Before each entry of a package: QX_PACKAGE_ENTRY void QXRegister(bool design) { ... }
+#ifdef __ELF__
+#define QX_PACKAGE_ENTRY extern "C" __attribute__((visibility("default")))
+#else
+#define QX_PACKAGE_ENTRY extern "C" __declspec(dllexport)
+#endif
+
 inline constexpr const char* kPackageLoadName = "QXPackageLoad";
 inline constexpr const char* kPackageUnloadName = "QXPackageUnload";
 inline constexpr const char* kPackageUnitsName = "QXPackageUnits";

@@ -25,8 +25,7 @@ class QX_API TEvent {
   void SetEvent();
   // Waits up to the given time and consumes the signal; false when the time ran out.
   bool WaitFor(unsigned milliseconds);
-  // What the system's own waits take: a HANDLE on Windows, a pollable descriptor elsewhere. Stays the
-  // event's.
+  // What the system's own waits take: a HANDLE on Windows, a pollable descriptor elsewhere. Stays the event's.
   std::intptr_t NativeHandle() const;
 
  private:

@@ -11,13 +11,11 @@
 namespace qx {
 
 // Reads a text file into lines. A byte order mark (UTF-8, UTF-16 LE or BE) is honoured and is not part of the
-// first line; UTF-16 becomes UTF-8; other files keep their bytes. Raises Exception naming the file and the
-// reason.
+// first line; UTF-16 becomes UTF-8; other files keep their bytes. Raises Exception naming the file and the reason.
 QX_API void LoadUnicodeFile(const std::string& path, TStringList& lines);
 
-// The absolute path of a path given relative to a folder, "." and ".." resolved, in the system's own
-// delimiters and, where a file of that name exists, in the letter case it has on disk. Absolute paths pass
-// through.
+// The absolute path of a path given relative to a folder, "." and ".." resolved, in the system's own delimiters
+// and, where a file of that name exists, in the letter case it has on disk. Absolute paths pass through.
 QX_API std::string ExpandRelativePath(const std::string& baseFolder, const std::string& relativePath);
 
 // Show the host's file or folder picker; false when the user cancelled. User-interface thread.

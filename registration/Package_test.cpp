@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
-#include "host/runtime/ActionHost.h"
-#include "host/runtime/PackageLoader.h"
-#include "host/runtime/PageDriver.h"
-#include "host/runtime/SharedLibrary.h"
+#include "host/actions/PackageLoader.h"
+#include "host/pages/PageDriver.h"
+#include "host/system/SharedLibrary.h"
+#include "host/testing/TestHost.h"
 
 namespace qx {
 namespace {
@@ -15,9 +15,9 @@ namespace {
 const char* const kPackageFile = QX_BINARY_DIR "/vsdotnet" QX_LIBRARY_ENDING;
 
 // Every action is made and its pages are opened, driven and written; so are the options'.
-void UseEverything(Catalogue& catalogue) {
+void UseEverything(TestHost& host) {
   DrivenUser user;
-  TestHost host;
+  Catalogue& catalogue = host.catalogue;
   for (const RegisteredAction& registered : catalogue.Actions()) {
     const std::unique_ptr<TQXAction> action = host.Make(*registered.actionClass);
     const std::unique_ptr<PageDialog> dialog = PageDialog::ForAction(registered, *action);
@@ -41,16 +41,17 @@ void ExpectStarts(const std::vector<TQXUnit>& units, int count) {
 }
 
 TEST(Package, IsLoadedUsedUnloadedAndLoadedAgain) {
+  TestHost host;
   for (int round = 0; round < 2; ++round) {
-    PackageLoader loader(TheCatalogue());
+    PackageLoader loader(host.catalogue);
     const LoadedPackage& package = loader.Load(kPackageFile, Registration::Design);
     ASSERT_EQ(package.Error(), "");
     ExpectStarts(package.Units(), 1);
-    EXPECT_EQ(TheCatalogue().Calls().size(), 20u);
-    UseEverything(TheCatalogue());
+    EXPECT_EQ(host.catalogue.Calls().size(), 20u);
+    UseEverything(host);
   }
-  EXPECT_TRUE(TheCatalogue().Actions().empty());
-  EXPECT_TRUE(TheCatalogue().Functions().empty());
+  EXPECT_TRUE(host.catalogue.Actions().empty());
+  EXPECT_TRUE(host.catalogue.Functions().empty());
 }
 
 TEST(Package, ReturnsItsStartCountsToZero) {
@@ -60,11 +61,12 @@ TEST(Package, ReturnsItsStartCountsToZero) {
     return std::vector<TQXUnit>(table.units, table.units + table.count);
   };
   ExpectStarts(units(), 0);
+  TestHost host;
   {
-    PackageLoader loader(TheCatalogue());
+    PackageLoader loader(host.catalogue);
     ASSERT_EQ(loader.Load(kPackageFile, Registration::Runtime).Error(), "");
     ExpectStarts(units(), 1);
-    EXPECT_EQ(TheCatalogue().Calls().size(), 8u);
+    EXPECT_EQ(host.catalogue.Calls().size(), 8u);
   }
   ExpectStarts(units(), 0);
 }

@@ -1,6 +1,5 @@
 // What the package gives the host: its units, started and stopped in order, and everything it registers. The
-// library's four entries (Qxpackage.h) call these; nobody else does. All on the thread that loads the
-// package.
+// library's four entries (Qxpackage.h) call these; nobody else does. All on the thread that loads the package.
 #pragma once
 
 #include "plugin/Qxpackage.h"

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "actions/Qxvsdotnetaction.h"
-#include "host/runtime/ActionHost.h"
-#include "host/runtime/Pages.h"
+#include "host/pages/Pages.h"
+#include "host/testing/TestHost.h"
 
 namespace qx {
 namespace {
@@ -28,13 +28,14 @@ std::string Text(const RegistrationCall& call) {
 
 class PackageRegistration : public testing::Test {
  protected:
-  PackageRegistration() { TheCatalogue().Forget(); }
-  ~PackageRegistration() override { TheCatalogue().Forget(); }
-  static Calls Made() {
+  Calls Made() const {
     Calls calls;
-    for (const RegistrationCall& call : TheCatalogue().Calls()) calls.push_back(Text(call));
+    for (const RegistrationCall& call : catalogue_.Calls()) calls.push_back(Text(call));
     return calls;
   }
+
+  Catalogue catalogue_;
+  CatalogueInUse use_{catalogue_};
 };
 
 const Calls kWithoutDesign = {
@@ -73,13 +74,13 @@ TEST_F(PackageRegistration, GivesEditorsAndPagesForDesign) {
 
 TEST_F(PackageRegistration, LeavesOneOptionsObject) {
   RegisterPackage(true);
-  EXPECT_EQ(TheCatalogue().Options().size(), 1u);
+  EXPECT_EQ(catalogue_.Options().size(), 1u);
   EXPECT_TRUE(VSDotNetOptions());
 }
 
 TEST_F(PackageRegistration, ServesTheConfigurationsOddSpelling) {
   RegisterPackage(true);
-  EXPECT_EQ(TheCatalogue().FindEditor(TQXVSDotNetAction::Class(), "SolutionConFiguration"),
+  EXPECT_EQ(catalogue_.FindEditor(TQXVSDotNetAction::Class(), "SolutionConFiguration"),
             &TSolutionEditor::Class());
 }
 
@@ -87,14 +88,14 @@ TEST_F(PackageRegistration, OpensThePagesOfTheSolutionAtTheSolutionPage) {
   RegisterPackage(true);
   TestHost host;
   const std::unique_ptr<TQXAction> action = host.Make(TQXVSDotNetAction::Class());
-  const auto dialog = PageDialog::ForAction(TheCatalogue().Actions()[0], *action);
+  const auto dialog = PageDialog::ForAction(catalogue_.Actions()[0], *action);
   for (const char* property : {"Solution", "SolutionConFiguration"}) {
-    const auto page = EditorPage(TheCatalogue(), TQXVSDotNetAction::Class(), property);
+    const auto page = EditorPage(catalogue_, TQXVSDotNetAction::Class(), property);
     ASSERT_TRUE(page) << property;
     EXPECT_EQ(dialog->Find(*page), 0) << property;
     EXPECT_EQ(dialog->Name(0), "Solution");
   }
-  EXPECT_FALSE(EditorPage(TheCatalogue(), TQXVSDotNetAction::Class(), "SharePath"));
+  EXPECT_FALSE(EditorPage(catalogue_, TQXVSDotNetAction::Class(), "SharePath"));
 }
 
 TEST_F(PackageRegistration, PresetsTheOptionsVersionInNewActions) {

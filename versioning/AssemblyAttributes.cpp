@@ -2,36 +2,28 @@
 
 #include <bitset>
 
+#include "platform/Lines.h"
 #include "platform/Texts.h"
-#include "versioning/Lines.h"
 
 namespace qx {
 namespace {
 
-struct Row {
-  std::string_view name;
-  AssemblyAttribute attribute;
+struct Names {
+  std::string_view read;   // in attribute lines; empty: in none
+  std::string_view added;  // in the entries that are appended
 };
 
-// The rows in the order they are tried. Deliberate, saved projects depend on it: the comment has no row, so
-// that no comment attribute is ever rewritten or added.
-constexpr Row kRows[] = {
-    {"AssemblyTitle", AssemblyAttribute::Title},
-    {"AssemblyDescription", AssemblyAttribute::Description},
-    {"AssemblyCompany", AssemblyAttribute::Company},
-    {"AssemblyProduct", AssemblyAttribute::Product},
-    {"AssemblyCopyright", AssemblyAttribute::Copyright},
-    {"AssemblyTrademark", AssemblyAttribute::Trademark},
-    {"AssemblyFileVersion", AssemblyAttribute::FileVersion},
-    {"AssemblyVersion", AssemblyAttribute::Version},
+// By the ordinal of AssemblyAttribute. Deliberate, saved projects depend on it: the comment is read nowhere,
+// so that no comment attribute is ever rewritten or added, and "CopyRight" and "TradeMark" differ in case
+// from what is read, so that these two are never added.
+constexpr Names kNames[] = {
+    {"AssemblyTitle", "AssemblyTitle"},         {"", "AssemblyComment"},
+    {"AssemblyCompany", "AssemblyCompany"},     {"AssemblyDescription", "AssemblyDescription"},
+    {"AssemblyCopyright", "AssemblyCopyRight"}, {"AssemblyTrademark", "AssemblyTradeMark"},
+    {"AssemblyProduct", "AssemblyProduct"},     {"AssemblyFileVersion", "AssemblyFileVersion"},
+    {"AssemblyVersion", "AssemblyVersion"},
 };
-
-// The names of added entries by bit. Deliberate, saved projects depend on it: "CopyRight" and "TradeMark"
-// differ in case from the rows, so that these two are never added.
-constexpr std::string_view kAddedNames[] = {"AssemblyTitle",       "AssemblyComment",     "AssemblyCompany",
-                                            "AssemblyDescription", "AssemblyCopyRight",   "AssemblyTradeMark",
-                                            "AssemblyProduct",     "AssemblyFileVersion", "AssemblyVersion"};
-constexpr std::size_t kAttributes = std::size(kAddedNames);
+constexpr std::size_t kAttributes = std::size(kNames);
 
 bool IsAttributeLine(std::string_view line) {
   return FindWord(line, "assembly", ':') != std::string_view::npos;
@@ -45,6 +37,7 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
 struct AttributeLine {
   std::string_view prefix;
   std::string_view name;
+  std::string_view value;  // of a quoted one
   std::string_view suffix;
   bool quoted = false;
 };
@@ -69,8 +62,8 @@ std::optional<AttributeLine> ParseAttributeLine(std::string_view line) {
   }
   const std::size_t quote = value.find('"', 1);
   if (quote == std::string_view::npos) return std::nullopt;
-  // The character behind the quote, which is the closing parenthesis, is passed over; so are blanks before
-  // one.
+  parsed.value = value.substr(1, quote - 1);
+  // The character behind the quote, which is the closing parenthesis, is passed over; so are blanks before one.
   const std::string_view rest = value.substr(quote + 1);
   const std::string_view close = WithoutLeadingBlanks(rest);
   parsed.suffix =
@@ -95,7 +88,7 @@ class Stamper {
     const std::string_view ending = UpperCase(extension) == ".CPP" ? "Attribute" : "";
     for (std::size_t bit = 0; bit < kAttributes; ++bit) {
       if (!pending_[bit]) continue;
-      const std::string name(kAddedNames[bit]);
+      const std::string name(kNames[bit].added);
       const auto value = LookUp(name);
       if (!value) continue;
       log_("Adding Entry : " + name + " Value : " + *value);
@@ -142,6 +135,22 @@ class Stamper {
   std::string_view suffix_;
 };
 
+// Tells the lines that a compiler of any of the languages passes over.
+class Comments {
+ public:
+  bool Holds(std::string_view line) {
+    const std::string_view text = TrimView(line);
+    const bool wasInside = isInside_;
+    if (isInside_) isInside_ = text.find("*/") == std::string_view::npos;
+    if (wasInside) return true;
+    if (text.starts_with("/*")) isInside_ = text.find("*/", 2) == std::string_view::npos;
+    return text.starts_with("/*") || text.starts_with("//") || text.starts_with('\'');
+  }
+
+ private:
+  bool isInside_ = false;
+};
+
 }  // namespace
 
 std::size_t FindWord(std::string_view text, std::string_view word, char mark) {
@@ -155,12 +164,40 @@ std::size_t FindWord(std::string_view text, std::string_view word, char mark) {
 }
 
 std::optional<AssemblyAttribute> FindAssemblyAttribute(std::string_view name) {
-  for (const Row& row : kRows) {
-    if (!name.starts_with(row.name)) continue;
-    const std::string_view ending = name.substr(row.name.size());
-    if (ending.empty() || ending == "Attribute") return row.attribute;
+  for (std::size_t i = 0; i < kAttributes; ++i) {
+    const std::string_view known = kNames[i].read;
+    if (known.empty() || !name.starts_with(known)) continue;
+    const std::string_view ending = name.substr(known.size());
+    if (ending.empty() || ending == "Attribute") return static_cast<AssemblyAttribute>(i);
   }
   return std::nullopt;
+}
+
+std::string AssemblyInfoReference(std::string_view project) {
+  const std::size_t at = FindWord(project, "assemblyinfo", '.');
+  if (at == std::string_view::npos) return {};
+  const std::size_t open = project.rfind('"', at);
+  if (open == std::string_view::npos) return {};
+  const std::size_t close = project.find('"', open + 1);
+  if (close == std::string_view::npos) return {};
+  return std::string(project.substr(open + 1, close - open - 1));
+}
+
+WrittenVersions ReadWrittenVersions(std::string_view text) {
+  std::optional<std::string> assembly, file;
+  Comments comments;
+  LineCursor cursor(text);
+  for (Line line; cursor.Next(line);) {
+    if (comments.Holds(line.text) || !IsAttributeLine(line.text)) continue;
+    const auto parsed = ParseAttributeLine(line.text);
+    const auto attribute = parsed ? FindAssemblyAttribute(parsed->name) : std::nullopt;
+    const bool isAssembly = attribute == AssemblyAttribute::Version;
+    if (!isAssembly && attribute != AssemblyAttribute::FileVersion) continue;
+    auto& version = isAssembly ? assembly : file;
+    const bool isAnother = version && *version != parsed->value;
+    version = isAnother ? "" : std::string(parsed->value);
+  }
+  return {assembly.value_or(""), file.value_or("")};
 }
 
 std::string StampAssemblyInfo(std::string_view text, std::string_view extension,

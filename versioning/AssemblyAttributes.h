@@ -27,11 +27,22 @@ using AttributeFitter = std::function<std::string(const std::string& value, std:
 // Receives the lines of progress: "Processing Entry : NAME", "Adding Entry : NAME Value : VALUE".
 using ProgressLog = std::function<void(const std::string&)>;
 
-// The text with its attribute lines updated and missing entries appended; every line ends in CR LF.
-// `extension` is the file's, with its point: ".cpp" in any letter case makes appended names end in
-// "Attribute".
+// The text with its attribute lines updated and missing entries appended; every line ends in CR LF. `extension`
+// is the file's, with its point: ".cpp" in any letter case makes appended names end in "Attribute".
 std::string StampAssemblyInfo(std::string_view text, std::string_view extension,
                               const AttributeValues& values, const AttributeFitter& fit,
                               const ProgressLog& log);
+
+// The first file reference in a project file whose name begins with "assemblyinfo.": what stands between the
+// double quotes around it. Empty when there is none.
+std::string AssemblyInfoReference(std::string_view project);
+
+// The versions that an AssemblyInfo file gives the program: "1.2.*". Empty: said nowhere, by a name instead
+// of a text, or in more than one way.
+struct WrittenVersions {
+  std::string assembly, file;
+};
+// Attribute lines are those of StampAssemblyInfo, but for what a compiler passes over: lines in comments.
+WrittenVersions ReadWrittenVersions(std::string_view text);
 
 }  // namespace qx

@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/Lines.h"
 #include "plugin/Qxtypes.h"
 #include "versioning/AssemblyAttributes.h"
-#include "versioning/Lines.h"
 #include "versioning/RulesModel.h"
 #include "versioning/SourceText.h"
 

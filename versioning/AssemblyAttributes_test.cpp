@@ -240,8 +240,7 @@ TEST(AssemblyStampMissing, CodeZeroOpensEntriesWithoutAModel) {
   EXPECT_EQ(StampText("", kTitle), std::string(1, '\0') + ": AssemblyTitle(\"T\")\r\n");
 }
 
-// Deliberate, as a consequence of the two before: what was added is no attribute line, so every run adds it
-// again.
+// Deliberate, as a consequence of the two before: what was added is no attribute line, so every run adds it again.
 TEST(AssemblyStampMissing, EntriesThatAreNoAttributeLinesComeAgain) {
   const std::string once = StampText("x\r\n", kTitle);
   EXPECT_EQ(StampText(once, kTitle), once + std::string(1, '\0') + ": AssemblyTitle(\"T\")\r\n");
@@ -286,6 +285,47 @@ TEST(FindWordTest, FindsItInAnyLetterCaseBeforeItsMark) {
   EXPECT_EQ(FindWord("a.b assemblyinfo ASSEMBLYINFO.", "assemblyinfo", '.'), 17U);
   EXPECT_EQ(FindWord("ssemblyinfo.", "assemblyinfo", '.'), std::string_view::npos);
   EXPECT_EQ(FindWord("", "assemblyinfo", '.'), std::string_view::npos);
+}
+
+TEST(WrittenVersions, AreReadInTheFormsOfAllLanguages) {
+  const auto both = [](std::string_view text) {
+    const WrittenVersions versions = ReadWrittenVersions(text);
+    return versions.assembly + " " + versions.file;
+  };
+  EXPECT_EQ(
+      both("[assembly: AssemblyVersion(\"1.2.*\")]\r\n[assembly: AssemblyFileVersion(\"1.2.3.4\")]\r\n"),
+      "1.2.* 1.2.3.4");
+  EXPECT_EQ(both("<Assembly: AssemblyVersion(\"1.2\")> "), "1.2 ");
+  EXPECT_EQ(both("[assembly:AssemblyVersionAttribute( \"1.2\")];"), "1.2 ");
+  EXPECT_EQ(both("[assembly: AssemblyTitle(\"1.2\")]"), " ");
+  EXPECT_EQ(both(""), " ");
+}
+
+TEST(WrittenVersions, AreNotTakenFromComments) {
+  const std::string real = "[assembly: AssemblyVersion(\"2.0\")]\n";
+  for (const char* comment :
+       {"// [assembly: AssemblyVersion(\"1.0.*\")]\n", "   // [assembly: AssemblyVersion(\"1.0.*\")]\n",
+        "' <Assembly: AssemblyVersion(\"1.0.*\")>\n", "/* [assembly: AssemblyVersion(\"1.0.*\")] */\n",
+        "/*\n[assembly: AssemblyVersion(\"1.0.*\")]\n*/\n"}) {
+    EXPECT_EQ(ReadWrittenVersions(comment + real).assembly, "2.0") << comment;
+    EXPECT_EQ(ReadWrittenVersions(real + comment).assembly, "2.0") << comment;
+  }
+}
+
+TEST(WrittenVersions, AreEmptyWhereTheFileDoesNotDecide) {
+  EXPECT_EQ(ReadWrittenVersions("[assembly: AssemblyVersion(Versions.Ours)]").assembly, "");
+  const std::string one = "[assembly: AssemblyVersion(\"1.0\")]\n",
+                    other = "[assembly: AssemblyVersion(\"2.0\")]\n";
+  EXPECT_EQ(ReadWrittenVersions("#if A\n" + one + "#else\n" + other + "#endif\n").assembly, "");
+  EXPECT_EQ(ReadWrittenVersions(one + other + one).assembly, "");
+  EXPECT_EQ(ReadWrittenVersions("#if A\n" + one + "#else\n" + one + "#endif\n").assembly, "1.0");
+}
+
+TEST(AssemblyInfoReference, IsTheFirstQuotedNameThatBeginsSo) {
+  EXPECT_EQ(AssemblyInfoReference("<Compile Include=\"Properties\\AssemblyInfo.cs\" />"),
+            "Properties\\AssemblyInfo.cs");
+  EXPECT_EQ(AssemblyInfoReference("RelPath = \"ASSEMBLYINFO.vb\" \"AssemblyInfo.cs\""), "ASSEMBLYINFO.vb");
+  EXPECT_EQ(AssemblyInfoReference("AssemblyInfo.cs"), "");
 }
 
 }  // namespace

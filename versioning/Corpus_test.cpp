@@ -5,10 +5,10 @@
 #include <iostream>
 #include <set>
 
-#include "platform/Files.h"
-#include "platform/TestFolder.h"
-#include "platform/TextFile.h"
+#include "host/testing/TestFolder.h"
 #include "platform/Texts.h"
+#include "platform/files/Files.h"
+#include "platform/files/TextFile.h"
 #include "versioning/AssemblyAttributes.h"
 #include "versioning/RulesModel.h"
 #include "versioning/SourceText.h"

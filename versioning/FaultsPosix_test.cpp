@@ -9,7 +9,7 @@
 #include <map>
 #include <vector>
 
-#include "platform/TestFolder.h"
+#include "host/testing/TestFolder.h"
 
 namespace qx {
 namespace {

@@ -1,13 +1,14 @@
 #include "versioning/Qxassemblyinfo.h"
 
 #include <algorithm>
+#include <span>
 #include <unordered_map>
 
-#include "platform/FileRewrite.h"
-#include "platform/Files.h"
-#include "platform/Paths.h"
-#include "platform/TextFile.h"
 #include "platform/Texts.h"
+#include "platform/files/FileRewrite.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
+#include "platform/files/TextFile.h"
 #include "plugin/Qxutils.h"
 #include "solution/Vsnetsln.h"
 #include "versioning/AssemblyAttributes.h"
@@ -17,16 +18,12 @@
 namespace qx {
 namespace {
 
-// The first file reference in a project file whose name begins with "assemblyinfo.": what stands between the
-// double quotes around it. Empty when there is none.
-std::string AssemblyInfoReference(std::string_view project) {
-  const std::size_t at = FindWord(project, "assemblyinfo", '.');
-  if (at == std::string_view::npos) return {};
-  const std::size_t open = project.rfind('"', at);
-  if (open == std::string_view::npos) return {};
-  const std::size_t close = project.find('"', open + 1);
-  if (close == std::string_view::npos) return {};
-  return std::string(project.substr(open + 1, close - open - 1));
+bool IsJoined(std::string_view whole, std::span<const std::string_view> pieces) {
+  for (const std::string_view piece : pieces) {
+    if (!whole.starts_with(piece)) return false;
+    whole.remove_prefix(piece.size());
+  }
+  return whole.empty();
 }
 
 class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
@@ -94,8 +91,9 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     if (!isWeb || !webProjects.AreFetched()) {
       const std::string info = ExpandPath(FolderPart(file), reference);
       auto rewrite = FileRewrite::OpenAsNamed(info);
-      ProcessFile(rewrite ? info : ExpandRelativePath(FolderPart(file), reference),
-                  LowerCase(ExtensionOf(reference)), std::move(rewrite));
+      const std::string stamped = rewrite ? info : ExpandRelativePath(FolderPart(file), reference);
+      const bool changed = ProcessFile(stamped, LowerCase(ExtensionOf(reference)), std::move(rewrite));
+      source_.FileStamped(stamped, stamped + ".bak", changed);
       return;
     }
     const std::string fetched = webProjects.Fetch(reference);
@@ -103,8 +101,8 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     webProjects.Put(fetched, reference);
   }
 
-  // `rewrite`: the file, where it has been opened already.
-  void ProcessFile(const std::string& path, const std::string& extension,
+  // `rewrite`: the file, where it has been opened already. Whether its bytes changed.
+  bool ProcessFile(const std::string& path, const std::string& extension,
                    std::optional<FileRewrite> rewrite) {
     Log("Processing AssemblyInfo File : " + path);
     if (!rewrite) rewrite.emplace(path);
@@ -118,7 +116,9 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     std::string oldStorage, newStorage;
     const auto oldBytes = source.Encode({source.NormalText()}, oldStorage);
     const auto newBytes = source.Encode({stamped}, newStorage);
+    const bool changed = !IsJoined(rewrite->Bytes(), newBytes);
     rewrite->Commit(".bak", BackupRule::kEveryTime, oldBytes, newBytes);
+    return changed;
   }
 
   std::optional<std::string> NewValue(AssemblyAttribute attribute) {

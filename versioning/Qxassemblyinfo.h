@@ -56,6 +56,8 @@ class IAssemblyInfoSource : public IInterface {
   virtual std::string ExpandText(const std::string& text) = 0;
   // Of the action's context.
   virtual InterfacePtr<IQXApplicationServices> GetServices() = 0;
+  // Told of each AssemblyInfo file on disk once it was stamped: not of those that go back to a web server.
+  virtual void FileStamped(const std::string& /*path*/, const std::string& /*backup*/, bool /*changed*/) {}
 
  protected:
   ~IAssemblyInfoSource() = default;

@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <map>
 
-#include "platform/Files.h"
-#include "platform/Paths.h"
-#include "platform/TestFolder.h"
+#include "host/testing/TestFolder.h"
+#include "host/testing/TestLog.h"
+#include "platform/System.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 #include "solution/Vsnetsln.h"
-#include "versioning/TestLog.h"
 
 namespace qx {
 namespace {
@@ -322,7 +323,7 @@ TEST_F(AssemblyInfo, AWebProjectIsNowhereByAMethodThatIsNone) {
 }
 
 TEST_F(AssemblyInfo, AWebProjectIsStampedThroughAMountedShare) {
-  if (NativeDelimiter() == '\\') GTEST_SKIP() << "shares are mounted outside Windows only";
+  if (kIsWindows) GTEST_SKIP() << "shares are mounted outside Windows only";
   AddProject("http://localhost/Site/Site.csproj", "");
   folder.Write("Site/Site.csproj", kProject);
   folder.Write("Site/AssemblyInfo.cs", "[assembly: AssemblyTitle(\"x\")]\r\n");

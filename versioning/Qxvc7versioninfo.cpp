@@ -3,9 +3,9 @@
 #include <ctime>
 
 #include "platform/DateText.h"
-#include "platform/FileRewrite.h"
-#include "platform/Files.h"
 #include "platform/Texts.h"
+#include "platform/files/FileRewrite.h"
+#include "platform/files/Files.h"
 #include "versioning/SourceText.h"
 #include "versioning/VersionBlock.h"
 

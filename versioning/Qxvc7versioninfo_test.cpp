@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "host/runtime/ActionHost.h"
+#include "host/actions/ActionHost.h"
+#include "host/testing/TestFolder.h"
+#include "host/testing/TestHost.h"
 #include "platform/DateText.h"
-#include "platform/Files.h"
-#include "platform/TestFolder.h"
+#include "platform/files/Files.h"
 
 namespace qx {
 namespace {

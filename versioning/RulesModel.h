@@ -1,6 +1,5 @@
-// An independent model of the stamping rules, for the tests alone: written line by line from the rules, with
-// none of the product's code, so that the two can be compared over files that nobody here wrote. Slow and
-// simple.
+// An independent model of the stamping rules, for the tests alone: written line by line from the rules, with none
+// of the product's code, so that the two can be compared over files that nobody here wrote. Slow and simple.
 #pragma once
 
 #include <map>

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "platform/CodePages.h"
+#include "platform/Lines.h"
 #include "platform/Texts.h"
 #include "plugin/Qxtypes.h"
-#include "versioning/Lines.h"
 
 namespace qx {
 namespace {

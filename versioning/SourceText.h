@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/TextFile.h"
+#include "platform/files/TextFile.h"
 
 namespace qx {
 

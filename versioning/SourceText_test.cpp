@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/CodePages.h"
+#include "platform/Lines.h"
 #include "plugin/Qxtypes.h"
-#include "versioning/Lines.h"
 
 namespace qx {
 namespace {

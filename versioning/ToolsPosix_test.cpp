@@ -1,11 +1,10 @@
-// What we stamped, in the hands of tools that are not ours: the resource compiler, the C# compiler, a
-// disassembler.
+// What we stamped, in the hands of tools that are not ours: the resource compiler, the C# compiler, a disassembler.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <iostream>
 
-#include "platform/TestFolder.h"
+#include "host/testing/TestFolder.h"
 #include "platform/Texts.h"
 
 namespace qx {
@@ -222,8 +221,8 @@ TEST(Tools, AssemblyInfoFilesThatWereAcceptedStayAccepted) {
     ++accepted;
     ASSERT_TRUE(Succeeds(kStamp + " solution " + (folder / "All.sln"))) << path;
     const std::string text = folder.Read("AssemblyInfo.cs");
-    // A model that is a comment opens added entries with its "/"; the short names of added entries need the
-    // directive.
+    // A model that is a comment opens added entries with its "/"; the short names of added
+    // entries need the directive.
     const bool commentLast = text.find("\r\n/assembly: ") != std::string::npos;
     const bool hasDirective = text.find("using System.Reflection;") != std::string::npos;
     EXPECT_TRUE(commentLast || !hasDirective || Succeeds(compile)) << path;

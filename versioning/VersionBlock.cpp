@@ -2,9 +2,9 @@
 
 #include <charconv>
 
+#include "platform/Lines.h"
 #include "platform/Texts.h"
 #include "plugin/Qxtypes.h"
-#include "versioning/Lines.h"
 
 namespace qx {
 namespace {
@@ -107,9 +107,9 @@ std::uint32_t TwoHexDigits(std::string_view text) {
 
 std::array<std::int32_t, 4> ReadNumbers(std::string_view text) {
   std::array<std::int32_t, 4> numbers{};
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
+  for (std::int32_t& number : numbers) {
     const std::size_t comma = text.find(',');
-    numbers[i] = ToInteger(TrimView(text.substr(0, comma))).value_or(0);
+    number = ToInteger(TrimView(text.substr(0, comma))).value_or(0);
     text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
   }
   return numbers;
@@ -212,7 +212,11 @@ void ReadFlags(std::string_view text, VersionReading& reading) {
 }
 
 constexpr FixedInfo kFixedInfo[] = {
-    {"FILEVERSION", true, [](std::string_view text, VersionReading& r) { r.numbers = ReadNumbers(text); }},
+    {"FILEVERSION", true,
+     [](std::string_view text, VersionReading& r) {
+       r.numbers = ReadNumbers(text);
+       r.writtenNumbers = Trim(text);
+     }},
     {"PRODUCTVERSION", false, nullptr},
     {"FILEFLAGSMASK", true, nullptr},
     {"FILEFLAGS", true, ReadFlags},
@@ -246,13 +250,6 @@ void ReadValue(std::string_view text, Section section, VersionReading& reading) 
 }
 
 // ---- Writing ----------------------------------------------------------------
-
-std::string Hex(std::uint32_t value, std::size_t digits) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string text;
-  for (; value != 0 || text.size() < digits; value /= 16) text.insert(text.begin(), kDigits[value % 16]);
-  return text;
-}
 
 std::string JoinNumbers(const std::array<std::int32_t, 4>& numbers, char delimiter) {
   std::string text;
@@ -358,8 +355,8 @@ std::string WriteVersionBlock(const VersionValues& values, const std::vector<Ver
   const std::string numbers = JoinNumbers(values.numbers, ',');
   const std::uint32_t flags = (values.flags.isDebug ? 1U : 0U) | (values.flags.isPreRelease ? 2U : 0U) |
                               (values.flags.isSpecial ? 0x20U : 0U) | (values.flags.isPrivate ? 8U : 0U);
-  const std::string locale = Hex(static_cast<std::uint32_t>(values.locale), 4);
-  const std::string codePage = Hex(static_cast<std::uint32_t>(values.codePage), 4);
+  const std::string locale = UpperHex(static_cast<std::uint32_t>(values.locale), 4);
+  const std::string codePage = UpperHex(static_cast<std::uint32_t>(values.codePage), 4);
 
   std::string block;
   const auto line = [&block](std::initializer_list<std::string_view> parts) {
@@ -371,7 +368,7 @@ std::string WriteVersionBlock(const VersionValues& values, const std::vector<Ver
   // Deliberate, saved projects depend on it: the fixed product version repeats the file version.
   line({"PRODUCTVERSION ", numbers});
   line({"FILEFLAGSMASK 0x3FL"});
-  line({"FILEFLAGS 0x", Hex(flags, 2), "L"});
+  line({"FILEFLAGS 0x", UpperHex(flags, 2), "L"});
   line({"FILEOS 0x40004L"});
   line({values.isDll ? "FILETYPE 0x2L" : "FILETYPE 0x1L"});
   line({"FILESUBTYPE 0x0L"});

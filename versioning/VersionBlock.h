@@ -37,6 +37,8 @@ struct VersionValues {
 struct VersionReading {
   bool hasBlock = false;
   std::optional<std::array<std::int32_t, 4>> numbers;
+  std::string
+      writtenNumbers;  // what stands behind FILEVERSION: "1,2,0,0", or names of macros; empty: nothing
   std::optional<VersionFlags> flags;
   std::optional<bool> isDll;
   std::optional<std::int32_t> locale;
@@ -55,8 +57,7 @@ struct VersionBlockPlace {
 };
 VersionBlockPlace FindVersionBlock(std::string_view script, std::string_view fileName);
 
-// The N of the script's last line `#pragma code_page(N)`; none when it has no such line, or the N is no
-// number.
+// The N of the script's last line `#pragma code_page(N)`; none when it has no such line, or the N is no number.
 std::optional<std::uint32_t> NamedCodePage(std::string_view script);
 
 // One VALUE line of the string block.

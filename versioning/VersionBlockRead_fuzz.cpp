@@ -1,9 +1,8 @@
-// The reader takes any bytes: it gives values or one of its errors, and what it reads can be written and read
-// again.
+// The reader takes any bytes: it gives values or one of its errors, and what it reads can be written and read again.
 #include <cstdlib>
 #include <string>
 
-#include "platform/TextFile.h"
+#include "platform/files/TextFile.h"
 #include "plugin/Qxtypes.h"
 #include "versioning/VersionBlock.h"
 

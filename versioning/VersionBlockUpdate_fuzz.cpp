@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/TextFile.h"
+#include "platform/Lines.h"
+#include "platform/files/TextFile.h"
 #include "plugin/Qxtypes.h"
-#include "versioning/Lines.h"
 #include "versioning/SourceText.h"
 #include "versioning/VersionBlock.h"
 

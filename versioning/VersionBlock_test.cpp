@@ -61,6 +61,12 @@ bool Contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
+TEST(ReadVersionBlock, KeepsTheNumbersAsTheyAreWritten) {
+  EXPECT_EQ(Read(Script(" FILEVERSION 1,2, 0,45", "")).writtenNumbers, "1,2, 0,45");
+  EXPECT_EQ(Read(Script(" FILEVERSION VERSION_OF_ALL", "")).writtenNumbers, "VERSION_OF_ALL");
+  EXPECT_EQ(Read(Script(" PRODUCTVERSION 1,2,3,4", "")).writtenNumbers, "");
+}
+
 TEST(VersionBlockWriter, WritesEveryLineWithItsBlanks) {
   VersionValues values = SomeValues();
   values.keys = {"CompanyName=ACME", "FileVersion=9.9.9.9", "Comments="};

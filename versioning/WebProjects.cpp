@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Paths.h"
+#include "platform/files/Paths.h"
 #include "weblocation/Qxresolveiisdirectory.h"
 
 namespace qx {

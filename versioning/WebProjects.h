@@ -19,8 +19,7 @@ class WebProjects {
   WebProjects(const WebProjects&) = delete;
   WebProjects& operator=(const WebProjects&) = delete;
 
-  // The local path of the project file behind a URL, by the detection method; empty for a method that is
-  // none.
+  // The local path of the project file behind a URL, by the detection method; empty for a method that is none.
   std::string FindProjectFile(const std::string& url);
 
   // Whether a project's other files have to be fetched, one by one, and put back.

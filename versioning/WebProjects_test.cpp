@@ -5,12 +5,12 @@
 #include <chrono>
 #include <thread>
 
-#include "host/runtime/HttpTestServer.h"
-#include "platform/Files.h"
-#include "platform/TestFolder.h"
+#include "host/testing/HttpTestServer.h"
+#include "host/testing/TestFolder.h"
+#include "host/testing/TestLog.h"
+#include "platform/files/Files.h"
 #include "plugin/Qxutils.h"
 #include "solution/Vsnetsln.h"
-#include "versioning/TestLog.h"
 
 namespace qx {
 namespace {

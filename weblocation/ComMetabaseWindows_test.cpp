@@ -1,8 +1,7 @@
-// The metabase through the real binding: CoGetObject finds a test server of this process under the moniker's
-// name.
+// The metabase through the real binding: CoGetObject finds a test server of this process under the moniker's name.
 #include <gtest/gtest.h>
 
-#include "platform/ComObject.h"
+#include "platform/registry/ComObject.h"
 #include "plugin/Qxtypes.h"
 #include "plugin/Qxutils.h"
 #include "weblocation/Qxresolveiisdirectory.h"

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/ComObject.h"
+#include "platform/registry/ComObject.h"
 
 namespace qx {
 

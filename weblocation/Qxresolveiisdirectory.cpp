@@ -1,8 +1,8 @@
 #include "weblocation/Qxresolveiisdirectory.h"
 
-#include "platform/ComObject.h"
-#include "platform/Files.h"
 #include "platform/Texts.h"
+#include "platform/files/Files.h"
+#include "platform/registry/ComObject.h"
 #include "plugin/Qxutils.h"
 #include "weblocation/Metabase.h"
 #include "weblocation/TemporaryName.h"

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/runtime/HttpTestServer.h"
-#include "platform/Files.h"
+#include "host/testing/HttpTestServer.h"
+#include "platform/files/Files.h"
 #include "plugin/Qxutils.h"
 
 namespace qx {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/Paths.h"
 #include "platform/Texts.h"
+#include "platform/files/Paths.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -30,12 +30,10 @@ bool IsDeviceName(std::string_view name) {
 
 // The text with its control characters made visible, so that it stays on one line of a message.
 std::string Shown(std::string_view text) {
-  static constexpr char digits[] = "0123456789ABCDEF";
   std::string shown;
   for (const char c : text) {
     if (IsControl(c)) {
-      const auto byte = static_cast<unsigned char>(c);
-      shown.append("\\x").append(1, digits[byte >> 4]).append(1, digits[byte & 15]);
+      shown += "\\x" + UpperHex(static_cast<unsigned char>(c), 2);
     } else {
       shown += c;
     }

@@ -1,6 +1,5 @@
 // Which names that come out of a solution or project file may name a file of the temporary folder, and which
-// folders of a server they may lead to: such files come from strangers, and they must not choose where we
-// write.
+// folders of a server they may lead to: such files come from strangers, and they must not choose where we write.
 #pragma once
 
 #include <string>

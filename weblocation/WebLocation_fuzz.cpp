@@ -1,10 +1,9 @@
-// Any text as a URL and as a name: what is split holds together again, and a name that is taken stays in its
-// folder.
+// Any text as a URL and as a name: what is split holds together again, and a name that is taken stays in its folder.
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
-#include "platform/Paths.h"
+#include "platform/files/Paths.h"
 #include "plugin/Qxtypes.h"
 #include "weblocation/TemporaryName.h"
 #include "weblocation/Url.h"

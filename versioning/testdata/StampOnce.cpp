@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "host/runtime/ActionHost.h"
+#include "host/actions/ActionHost.h"
 #include "solution/Vsnetsln.h"
 #include "versioning/Qxassemblyinfo.h"
 #include "versioning/Qxvc7versioninfo.h"
