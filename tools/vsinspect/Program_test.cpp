@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "platform/TestFolder.h"
+#include "host/testing/TestFolder.h"
 
 namespace qx {
 namespace {
@@ -50,6 +50,9 @@ TEST_F(Program, GivesTheReadersOwnMessage) {
   EXPECT_EQ(Refusal("solution \"" + folder.Write("b.sln", "") + "\""), "List index out of bounds (0)\n");
   const std::string missing = folder / "missing.sln";
   EXPECT_TRUE(Refusal("solution \"" + missing + "\"").starts_with("Cannot read " + missing + ": "));
+  const std::string text = folder.Write("c.exe", "hello");
+  EXPECT_EQ(Refusal("binary \"" + text + "\""),
+            "Cannot read " + text + ": it is no Windows program: it does not begin with MZ\n");
   const std::string rc = folder / "missing.rc";
   EXPECT_NE(Refusal("version-info \"" + rc + "\" --json").find(rc), std::string::npos);
 }
@@ -57,18 +60,43 @@ TEST_F(Program, GivesTheReadersOwnMessage) {
 TEST_F(Program, TellsItsVersionAndHowItIsUsed) {
   EXPECT_TRUE(Run("--version").out.starts_with("vsinspect "));
   const std::string help = Run("--help").out;
-  for (const char* part :
-       {"vsinspect solution FILE.sln", "vsinspect version-info FILE.rc", "--json", "Exit code"}) {
+  for (const char* part : {"vsinspect solution FILE.sln", "vsinspect version-info FILE.rc",
+                           "vsinspect binary FILE", "vsinspect built FILE.sln", "--json", "Exit code"}) {
     EXPECT_NE(help.find(part), std::string::npos) << part;
   }
   EXPECT_TRUE(Run("solution --help").status == 0);
 }
 
+constexpr const char* kOneProject =
+    "Microsoft Visual Studio Solution File, Format Version "
+    "9.00\r\nProject(\"{8BC9CEB8-8B4A-11D0-8D11-00A0C91BC942}\") = "
+    "\"A\", \"None.vcproj\", \"{AAAAAAAA-0000-0000-0000-000000000001}\"\r\nEndProject\r\nGlobal\r\n"
+    "GlobalSection(SolutionConfiguration) = preSolution\r\nDebug = "
+    "Debug\r\nEndGlobalSection\r\nEndGlobal\r\n";
+
+TEST_F(Program, EndsWithOneWhenAProgramIsNotAsItShouldBe) {
+  const std::string empty = folder.Write("empty.sln",
+                                         "Microsoft Visual Studio Solution File, Format Version "
+                                         "9.00\r\nGlobal\r\nGlobalSection(SolutionConfiguration) = "
+                                         "preSolution\r\nDebug = Debug\r\nEndGlobalSection\r\nEndGlobal\r\n");
+  EXPECT_EQ(Run("built \"" + empty + "\" --configuration Debug").status, 0);
+  const std::string one = folder.Write("one.sln", kOneProject);
+  const Outcome json = Run("built \"" + one + "\" --configuration=Debug --json");
+  EXPECT_EQ(json.status, QX_EXIT_2 / 2);
+  EXPECT_NE(json.out.find("\"status\":\"unknown\""), std::string::npos) << json.out;
+  EXPECT_EQ(Refusal("built \"" + one + "\" --configuration Release"),
+            one + " has no configuration \"Release\": it has Debug\n");
+  EXPECT_EQ(Refusal("built \"" + one + "\""),
+            "vsinspect: built wants --configuration NAME, one of the solution's\nTry vsinspect --help.\n");
+}
+
 TEST_F(Program, RefusesWhatItDoesNotKnowAndNamesWhatItDoes) {
-  EXPECT_EQ(Refusal(""), "vsinspect: a command is wanted: solution or version-info\nTry vsinspect --help.\n");
   EXPECT_EQ(
-      Refusal("solutions x"),
-      "vsinspect: unknown command solutions: solution and version-info are known\nTry vsinspect --help.\n");
+      Refusal(""),
+      "vsinspect: a command is wanted: solution, version-info, binary or built\nTry vsinspect --help.\n");
+  EXPECT_EQ(Refusal("solutions x"),
+            "vsinspect: unknown command solutions: solution, version-info, binary and built are known\nTry "
+            "vsinspect --help.\n");
   EXPECT_EQ(Refusal("solution x --xml"),
             "vsinspect: unknown option --xml: --json is known\nTry vsinspect --help.\n");
   EXPECT_EQ(Refusal("solution"), "vsinspect: solution wants one FILE.sln\nTry vsinspect --help.\n");

@@ -10,5 +10,14 @@ enum class Form { kText, kJson };
 // Each ends in a line end. Raises the reader's own Exception when the file cannot be read.
 std::string SolutionReport(const std::string& file, Form form);
 std::string VersionInfoReport(const std::string& file, Form form);
+std::string BinaryReport(const std::string& file, Form form);
+
+// `isGood`: every program is as it should be, or skipped.
+struct BuiltAnswer {
+  std::string text;
+  bool isGood = false;
+};
+// `configuration` is the solution's.
+BuiltAnswer BuiltReport(const std::string& solution, const std::string& configuration, Form form);
 
 }  // namespace qx

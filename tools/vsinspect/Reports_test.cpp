@@ -4,8 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "platform/Paths.h"
-#include "platform/TestFolder.h"
+#include "host/testing/TestFolder.h"
+#include "platform/files/Paths.h"
+#include "programs/ProgramFixture.h"
 
 namespace qx {
 namespace {
@@ -121,6 +122,98 @@ TEST_F(Reports, AVersionResourceAsTextIsReadable) {
             file +
                 "\nversion   1.2.3.4\nflags     isDebug isPreRelease isDLL\n"
                 "locale    1033\ncodePage  1252\nkeys\n    CompanyName=ACME\n");
+}
+
+TEST_F(Reports, AProgramAsJsonHoldsEveryFieldInItsOrder) {
+  const std::string file =
+      folder.Write("a.exe", MakeProgram({0x14C, false, MetadataOf("Acme", {1, 2, 1, 0}, "de"),
+                                         VersionBlock({1, 2, 1, 5}, {1, 2, 0, 0})}));
+  const Json strings = {{"CompanyName", "ACME"}, {"FileVersion", "1.2.3.4"}, {"Empty", ""}};
+  const Json expected = {
+      {"machine", "x86"},
+      {"managed", true},
+      {"assemblyName", "Acme"},
+      {"assemblyVersion", "1.2.1.0"},
+      {"fileVersion", "1.2.1.5"},
+      {"productVersion", "1.2.0.0"},
+      {"language", "0409"},
+      {"codePage", 1252},
+      {"strings", strings},
+      {"culture", "de"},
+      {"fixed", {{"flagsMask", 63}, {"flags", 2}, {"os", 0x40004}, {"type", 1}, {"subtype", 0}}},
+      {"stringTables", Json::array({{{"key", "040904E4"}, {"strings", strings}}})},
+      {"translations", Json::array({{{"language", "0409"}, {"codePage", 1252}}})}};
+  EXPECT_EQ(Json::parse(BinaryReport(file, Form::kJson)).dump(), expected.dump());
+}
+
+TEST_F(Reports, AProgramThatSaysNothingHasTheSameFieldsEmpty) {
+  const std::string file = folder.Write("a.dll", MakeProgram({0x8664, true, {}, {}}));
+  const Json expected = {{"machine", "x64"},      {"managed", false},  {"assemblyName", ""},
+                         {"assemblyVersion", ""}, {"fileVersion", ""}, {"productVersion", ""},
+                         {"language", ""},        {"codePage", 0},     {"strings", Json::object()},
+                         {"culture", ""}};
+  EXPECT_EQ(Json::parse(BinaryReport(file, Form::kJson)).dump(), expected.dump());
+  EXPECT_EQ(BinaryReport(file, Form::kText), file + "\nmachine           x64\nno version resource\n");
+}
+
+TEST_F(Reports, AProgramAsTextIsReadable) {
+  const std::string file =
+      folder.Write("a.exe", MakeProgram({0x14C, false, MetadataOf("Acme", {1, 2, 1, 0}, ""),
+                                         VersionBlock({1, 2, 1, 5}, {1, 2, 0, 0})}));
+  EXPECT_EQ(
+      BinaryReport(file, Form::kText),
+      file +
+          "\nmachine           x86, .NET\nassembly          Acme\nassembly version  1.2.1.0\n"
+          "file version      1.2.1.5\nproduct version   1.2.0.0\nstrings 040904E4\n    CompanyName=ACME\n"
+          "    FileVersion=1.2.3.4\n    Empty=\n");
+}
+
+// A solution of one static library, which is looked for as a file alone.
+class BuiltReports : public testing::Test {
+ protected:
+  BuiltReports() {
+    folder.Write(
+        "Lib.vcproj",
+        "<VisualStudioProject ProjectType='Visual C++' Version='8.00' Name='Lib'><Platforms><Platform "
+        "Name='Win32'/></Platforms><Configurations><Configuration Name='Release|Win32' OutputDirectory='out' "
+        "ConfigurationType='4'></Configuration></Configurations><Files></Files></VisualStudioProject>");
+    solution = folder.Write("Lib.sln",
+                            std::string("Microsoft Visual Studio Solution File, Format Version 9.00\r\n") +
+                                "Project(\"" + kCpp + "\") = \"Lib\", \"Lib.vcproj\", \"" + kA +
+                                "\"\r\nEndProject\r\nGlobal\r\n\tGlobalSection("
+                                "SolutionConfigurationPlatforms) = preSolution\r\n\t\tRelease|Win32 = "
+                                "Release|Win32\r\n\tEndGlobalSection\r\nEndGlobal\r\n");
+  }
+  Json Report() const { return Json::parse(BuiltReport(solution, "Release|Win32", Form::kJson).text); }
+  TestFolder folder;
+  std::string solution;
+};
+
+TEST_F(BuiltReports, HoldEveryFieldInItsOrder) {
+  const std::string output = ExpandPath(folder.Path(), "out/Lib.lib");
+  const Json versions = {{"assemblyVersion", ""}, {"fileVersion", ""}};
+  Json project = {{"name", "Lib"},
+                  {"path", "Lib.vcproj"},
+                  {"output", output},
+                  {"status", "missing"},
+                  {"reason", "it is not there: the build did not make it, build the project"},
+                  {"expected", versions},
+                  {"found", versions}};
+  EXPECT_EQ(Report().dump(), Json({{"projects", Json::array({project})}}).dump());
+  EXPECT_FALSE(BuiltReport(solution, "Release", Form::kText).isGood);
+  folder.Write("out/Lib.lib", "!<arch>\n");
+  project["status"] = "ok";
+  project["reason"] = "";
+  EXPECT_EQ(Report().dump(), Json({{"projects", Json::array({project})}}).dump());
+  EXPECT_TRUE(BuiltReport(solution, "Release", Form::kText).isGood);
+}
+
+TEST_F(BuiltReports, AsTextAreReadable) {
+  const std::string output = ExpandPath(folder.Path(), "out/Lib.lib");
+  EXPECT_EQ(BuiltReport(solution, "Release|Win32", Form::kText).text,
+            "missing  Lib: " + output +
+                "\n         it is not there: the build did not make it, build the project\n"
+                "0 of 1 projects are as they should be\n");
 }
 
 }  // namespace

@@ -11,29 +11,31 @@ void ForEachItem(List& list, Visitor&& visit) {
   for (int i = 0; i < count; ++i) visit(*list.GetItem(i));
 }
 
-void WriteProject(IVSDotNetProject& project, JsonWriter& json) {
-  json.BeginObject().Key("name").Text(project.GetName()).Key("path").Text(project.GetPath());
-  json.Key("guid").Text(project.GetGUID()).Key("typeGuid").Text(project.GetTypeGUID());
-  json.Key("isVCProject").Truth(project.IsVCProject());
-  json.Key("dependencies").Texts(project.GetDependencies()->GetList().Items());
-  json.Key("rcFiles").Texts(project.GetRCFiles().Items());
-  json.Key("versionInfoFile").Text(project.GetVersionInfoFile()).EndObject();
+Json AsJson(IVSDotNetProject& project) {
+  return {{"name", JsonText(project.GetName())},
+          {"path", JsonText(project.GetPath())},
+          {"guid", JsonText(project.GetGUID())},
+          {"typeGuid", JsonText(project.GetTypeGUID())},
+          {"isVCProject", project.IsVCProject()},
+          {"dependencies", JsonTexts(project.GetDependencies()->GetList().Items())},
+          {"rcFiles", JsonTexts(project.GetRCFiles().Items())},
+          {"versionInfoFile", JsonText(project.GetVersionInfoFile())}};
 }
 
-std::string Json(IVSDotNetSolution& solution) {
-  JsonWriter json;
-  json.BeginObject().Key("fileName").Text(solution.GetFileName()).Key("configurations");
-  if (const auto configurations = solution.GetConfigurations()) {
-    json.BeginList();
-    ForEachItem(*configurations, [&](IVSDotNetSolutionConfiguration& item) { json.Text(item.GetName()); });
-    json.EndList();
-  } else {
-    json.Null();
+std::string AsJson(IVSDotNetSolution& solution) {
+  Json configurations;  // null: the file has no section for them
+  if (const auto list = solution.GetConfigurations()) {
+    configurations = Json::array();
+    ForEachItem(*list, [&](IVSDotNetSolutionConfiguration& item) {
+      configurations.push_back(JsonText(item.GetName()));
+    });
   }
-  json.Key("projects").BeginList();
-  ForEachItem(*solution.GetProjects(), [&](IVSDotNetProject& project) { WriteProject(project, json); });
-  json.EndList().EndObject();
-  return json.Out() + "\n";
+  Json projects = Json::array();
+  ForEachItem(*solution.GetProjects(),
+              [&](IVSDotNetProject& project) { projects.push_back(AsJson(project)); });
+  return JsonLine({{"fileName", JsonText(solution.GetFileName())},
+                   {"configurations", std::move(configurations)},
+                   {"projects", std::move(projects)}});
 }
 
 void DescribeProject(IVSDotNetProject& project, std::string& out) {
@@ -68,7 +70,7 @@ std::string Text(IVSDotNetSolution& solution) {
 
 std::string SolutionReport(const std::string& file, Form form) {
   const auto solution = OpenSolution(file);
-  return form == Form::kJson ? Json(*solution) : Text(*solution);
+  return form == Form::kJson ? AsJson(*solution) : Text(*solution);
 }
 
 }  // namespace qx

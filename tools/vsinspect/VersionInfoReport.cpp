@@ -66,14 +66,13 @@ constexpr std::array<TruthField, 5> kFlags = {{{"isDebug", &IQXVC7VersionInfo::G
 constexpr std::array<NumberField, 2> kLanguage = {
     {{"locale", &IQXVC7VersionInfo::GetLocale}, {"codePage", &IQXVC7VersionInfo::GetCodePage}}};
 
-std::string Json(IQXVC7VersionInfo& info) {
-  JsonWriter json;
-  json.BeginObject();
-  for (const NumberField& field : kVersions) json.Key(field.name).Number((info.*field.get)());
-  for (const TruthField& field : kFlags) json.Key(field.name).Truth((info.*field.get)());
-  for (const NumberField& field : kLanguage) json.Key(field.name).Number((info.*field.get)());
-  json.Key("keys").Texts(SplitLines(info.GetVersionInfoKeys())).EndObject();
-  return json.Out() + "\n";
+std::string AsJson(IQXVC7VersionInfo& info) {
+  Json json;
+  for (const NumberField& field : kVersions) json[field.name] = (info.*field.get)();
+  for (const TruthField& field : kFlags) json[field.name] = (info.*field.get)();
+  for (const NumberField& field : kLanguage) json[field.name] = (info.*field.get)();
+  json["keys"] = JsonTexts(SplitLines(info.GetVersionInfoKeys()));
+  return JsonLine(json);
 }
 
 std::string Text(IQXVC7VersionInfo& info, const std::string& file) {
@@ -100,7 +99,7 @@ std::string Text(IQXVC7VersionInfo& info, const std::string& file) {
 std::string VersionInfoReport(const std::string& file, Form form) {
   const auto info = MakeInterface<VersionInfo>();
   GetVersionInfoParser(InterfacePtr<IQXApplicationServices>(), file)->ReadVersionInfo(*info);
-  return form == Form::kJson ? Json(*info) : Text(*info, file);
+  return form == Form::kJson ? AsJson(*info) : Text(*info, file);
 }
 
 }  // namespace qx
