@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cwchar>
 
+#include "..\Frame\frame.h"
 #include "resource.h"
 
 int main()
@@ -11,16 +12,9 @@ int main()
     wchar_t title[80] = L"";
     if (LoadStringW(GetModuleHandleW(NULL), IDS_TITLE, title, 80) == 0)
         return 1;
-    for (int line = 0; line < 3; ++line)
-    {
-        if (line == 1)
-        {
-            std::printf("%ls\n", title);
-            continue;
-        }
-        for (std::size_t column = 0; column < std::wcslen(title); ++column)
-            std::putchar('=');
-        std::putchar('\n');
-    }
+    FrameRule(std::wcslen(title));
+    std::printf("%ls\n", title);
+    std::fflush(stdout);
+    FrameRule(std::wcslen(title));
     return 0;
 }
