@@ -4,16 +4,17 @@
 
 #include <string>
 
-#include "host/runtime/ActionHost.h"
-#include "host/runtime/LogStream.h"
-#include "platform/Paths.h"
+#include "host/actions/ActionHost.h"
+#include "host/log/LogStream.h"
+#include "platform/System.h"
+#include "platform/files/Paths.h"
 
 namespace qx {
 namespace {
 
 const std::string kLine = "..\\Module\\unit77.cpp(12) : warning C4244: possible loss of data";
 
-std::string NullDevice() { return NativeDelimiter() == '/' ? "/dev/null" : "NUL"; }
+std::string NullDevice() { return kIsWindows ? "NUL" : "/dev/null"; }
 
 // As an action forwards a line.
 void ForwardLine(benchmark::State& state, LogStyle style, std::string_view secret) {

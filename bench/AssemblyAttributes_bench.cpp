@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/FileRewrite.h"
+#include "platform/files/FileRewrite.h"
 #include "versioning/AssemblyAttributes.h"
 
 namespace {

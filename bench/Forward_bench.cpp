@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "host/runtime/ChildProcess.h"
+#include "host/process/ChildProcess.h"
 
 namespace {
 

@@ -8,10 +8,10 @@
 #include <string>
 
 #include "actions/Qxvsdotnetaction.h"
-#include "host/runtime/ActionHost.h"
-#include "host/runtime/Catalogue.h"
-#include "host/runtime/HostProgram.h"
-#include "host/runtime/Pages.h"
+#include "host/actions/Catalogue.h"
+#include "host/pages/Pages.h"
+#include "host/system/HostProgram.h"
+#include "host/testing/TestHost.h"
 #include "pages/Qxvsdotnetassemblyframe.h"
 #include "pages/Qxvsdotnetoutputlocationframe.h"
 #include "pages/Qxvsdotnetprojectframe.h"

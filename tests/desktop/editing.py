@@ -73,19 +73,29 @@ def value(desktop, caption):
     return next(text.partition("=")[2] for text in desktop.texts("properties") if text.startswith(caption + "="))
 
 
+def row_of(desktop, caption):
+    return next(row for row in desktop.rows("properties") if row["text"].startswith(caption + "="))
+
+
+def select_property(desktop, caption):
+    """Its editor, and the button at the end of its row, are there with the selection."""
+    desktop.click_row("properties", caption + "=")
+    wait_for(f"the selection of {caption}", lambda: row_of(desktop, caption)["selected"])
+    desktop.settle()
+
+
 def type_value(desktop, caption, text):
     """Types into the editor of a property, which stays open."""
-    desktop.click_row("properties", caption + "=")
-    time.sleep(0.2)  # the editor is made with the click
+    select_property(desktop, caption)
+    desktop.wait_for_focus("properties")
     desktop.key("ctrl+a")
     desktop.type(text)
 
 
 def press_button_of(desktop, caption):
-    """The one at the end of a property's row, which comes when the row is selected."""
-    desktop.click_row("properties", caption + "=")
-    time.sleep(0.3)
-    row = next(row for row in desktop.rows("properties") if row["text"].startswith(caption + "="))
+    """The one at the end of a property's row."""
+    select_property(desktop, caption)
+    row = row_of(desktop, caption)
     desktop.click_at({**row, "x": row["x"] + row["width"] - 20, "width": 16})
 
 
@@ -99,7 +109,7 @@ def drag(start, end):
     for step in range(1, 13):
         hands("mousemove", x + (end[0] - x) * step // 12, y + (end[1] - y) * step // 12)
         time.sleep(0.04)
-    time.sleep(0.3)  # until the list has seen where the mouse rests
+    time.sleep(0.3)  # the hand rests: what the list has seen of the mouse by then is shown nowhere
     hands("mouseup", 1)
 
 
@@ -262,8 +272,7 @@ def test_menu_by_key(place):
         add_action(desktop, ACTION)
         for count, key in ((2, "Menu"), (3, "shift+F10")):
             desktop.focus_row("actions")
-            desktop.key(key)
-            time.sleep(0.3)  # the menu is the toolkit's own window
+            desktop.open("the menu", lambda: desktop.key(key))
             desktop.key("d")  # duplicate
             wait_for(f"{count} actions", lambda: len(desktop.texts("actions")) == count)
         quit_without_saving(desktop)
@@ -276,7 +285,7 @@ def test_keys_in_the_pages(place):
         open_pages(desktop)
         desktop.key("F1")
         desktop.window("help")
-        expect("the focus in the help", desktop.where("help")["focus"], True)
+        desktop.wait_for_focus("help")
         desktop.key("Escape")
         desktop.gone("help")
         press(desktop, "Help")

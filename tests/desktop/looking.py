@@ -3,7 +3,6 @@
 import os
 import re
 import subprocess
-import time
 
 from person import hands, wait_for
 from place import (
@@ -24,9 +23,10 @@ def selected_in_log(desktop):
     """The text of the selected line, by way of the clipboard."""
     desktop.click("logCopy")
     desktop.focus("logFind")
-    desktop.key("ctrl+a", "ctrl+v")
-    time.sleep(0.3)
-    return desktop.say("logFind").strip()
+    desktop.key("ctrl+a", "Delete")
+    wait_for("the empty field", lambda: desktop.say("logFind") == "")
+    desktop.key("ctrl+v")
+    return wait_for("the pasted text", lambda: desktop.say("logFind").strip())
 
 
 def test_a_million_lines(place):
@@ -99,8 +99,7 @@ def test_reading_while_lines_go(place):
         wait_for("the end of the first flood", lambda: "File.cs(25000,4)" in "\n".join(desktop.texts("log")))
         desktop.focus_row("log", 2)
         desktop.key(*["Prior"] * 12)
-        time.sleep(0.3)
-        before = desktop.texts("log")
+        before = desktop.still("the lines in sight", lambda: desktop.texts("log"))
         expect("the flood's last line is in sight", any("(25000,4)" in text for text in before), False)
         desktop.click_at(desktop.rows("log")[2], narrow=True)
         wait_for_state(desktop, "Succeeded", row=2)
@@ -141,7 +140,9 @@ def test_filtering_the_log(place):
 
 def test_standing_where_it_stood(place):
     """The window's place and size are the same at the next start, and at the one after it."""
-    seen = []
+    def standing(desktop):
+        return {key: desktop.where("mainWindow")[key] for key in ("x", "y", "width", "height")}
+
     for start in range(3):
         with place.desktop() as desktop:
             if start == 0:
@@ -149,10 +150,10 @@ def test_standing_where_it_stood(place):
                                        capture_output=True, text=True, check=True).stdout.split()
                 hands("windowsize", found[0], 900, 700)
                 hands("windowmove", found[0], 60, 90)
-                wait_for("the move", lambda: desktop.where("mainWindow")["width"] < 950)
-            time.sleep(1)  # until window manager and window agree
-            seen.append({key: desktop.where("mainWindow")[key] for key in ("x", "y", "width", "height")})
+                wait_for("the size", lambda: standing(desktop)["width"] < 950)
+                wait_for("the move", lambda: 30 < standing(desktop)["x"] < 90 and 30 < standing(desktop)["y"] < 150)
+                seen = desktop.still("the window", lambda: standing(desktop))
+            else:
+                wait_for(f"the window where it stood, {seen}, at start {start}", lambda: standing(desktop) == seen)
+                expect(f"the window at start {start}", desktop.still("the window", lambda: standing(desktop)), seen)
             expect("the exit code", desktop.close(), 0)
-    expect("the place of the second start", seen[1], seen[0])
-    expect("the place of the third start", seen[2], seen[0])
-    expect("that it is not the corner", seen[0]["x"] > 30 and seen[0]["y"] > 30, True)

@@ -44,6 +44,12 @@ def in_front(title):
     return title_with_keyboard().startswith(title)
 
 
+def windows_on_screen():
+    """Those that are seen, with the lists and menus that drop down, which the program cannot be asked for."""
+    return set(subprocess.run(["xdotool", "search", "--onlyvisible", "--maxdepth", "1", "--class", ".*"],
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True).stdout.split())
+
+
 class Desktop:
     """A running qxhost-desktop. `program` is a list: an emulator may stand before the file."""
 
@@ -81,11 +87,8 @@ class Desktop:
 
     def widget(self, name):
         """Where a widget is, once it is shown and stays in its place."""
-        def settled():
-            before = self.where(name)
-            time.sleep(0.06)
-            return before if before and before == self.where(name) else None
-        return wait_for(f"the widget {name}", settled)
+        wait_for(f"the widget {name}", lambda: self.where(name))
+        return wait_for(f"the place of {name}", lambda: self.still(name, lambda: self.where(name)))
 
     def say(self, name):
         return (self.ask("say " + name) or {}).get("text")
@@ -104,6 +107,21 @@ class Desktop:
     def title(self):
         """Of the main window."""
         return self.ask("windows")[0]["title"]
+
+    def settle(self):
+        """Until the program has done what keys and mouse were sent for: it answers when it has nothing else to do, and
+        may do so once before what was sent has reached it."""
+        for _ in range(3):
+            self.ask("ping")
+
+    def still(self, what, look):
+        """What is seen, once it stays as it is."""
+        def same():
+            before = look()
+            self.settle()
+            time.sleep(0.06)
+            return (before,) if before == look() else None
+        return wait_for(f"{what} to stay", same)[0]
 
     def window(self, name, patience=PATIENCE):
         return wait_for(f"the window {name}", lambda: name in self.windows(), patience)
@@ -133,7 +151,7 @@ class Desktop:
     def focus(self, name):
         """Puts the keyboard into a widget by a click into it."""
         self.click(name)
-        wait_for(f"the focus in {name}", lambda: self.where(name)["focus"])
+        self.wait_for_focus(name)
 
     def has_keyboard(self):
         """Whether keys reach a window that is there. A program believes to have the keyboard before the screen sends it
@@ -157,15 +175,24 @@ class Desktop:
         self.key("Home", "shift+End")
         self.type(text)
 
+    def wait_for_focus(self, name):
+        wait_for(f"the focus in {name}", lambda: (self.where(name) or {}).get("focus"))
+
     def focus_row(self, name, row=0):
         """Puts the keyboard into a list, on a row."""
         self.widget(name)
         self.click_at(self.rows(name)[row], narrow=True)
-        wait_for(f"the focus in {name}", lambda: self.where(name)["focus"])
+        self.wait_for_focus(name)
+
+    def open(self, what, act):
+        """Does what opens a list or a menu, which is a window of the toolkit's own."""
+        before = windows_on_screen()
+        act()
+        wait_for(what, lambda: windows_on_screen() - before)
+        self.settle()
 
     def open_list(self, name):
-        self.click(name)
-        time.sleep(0.3)  # the list that drops down is the toolkit's own window
+        self.open(f"the list of {name}", lambda: self.click(name))
 
     def tab_to(self, name):
         """Goes to a widget with the key Tab alone."""

@@ -3,7 +3,6 @@
 import os
 import shutil
 import subprocess
-import time
 
 from person import Desktop, Fault, in_front, wait_for
 
@@ -68,10 +67,10 @@ def expect_same_file(found, wanted):
 def answer_file_dialog(desktop, place, title, path):
     """Types a path into the system's file dialog, which cannot be asked, only seen."""
     wait_for(f"the dialog {title}", lambda: in_front(title))
-    time.sleep(0.5)  # until it takes keys
+    desktop.settle()
     desktop.key(*(["Home", "shift+End"] if place.emulator else ["ctrl+a"]))
     desktop.type(place.seen(path))
-    time.sleep(0.3)
+    desktop.settle()
     desktop.key("Return")
     wait_for(f"the end of the dialog {title}", lambda: not in_front(title))
 

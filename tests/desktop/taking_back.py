@@ -2,9 +2,8 @@
 
 import re
 import subprocess
-import time
 
-from editing import drag, middle, press, press_button_of, quit_without_saving, type_value, value
+from editing import drag, middle, press, press_button_of, quit_without_saving, select_property, type_value, value
 from person import hands, in_front, wait_for
 from place import ACTION, expect, go_to_page, open_pages, read, tiny_project
 
@@ -58,7 +57,7 @@ def test_taking_back_what_is_typed(place):
 
         desktop.focus("logFilter")
         desktop.key("ctrl+z")
-        time.sleep(0.5)
+        desktop.settle()
         expect("the number", value(desktop, "Count"), "41")
         expect("the edit", value(desktop, "Text"), "an edit")
         quit_without_saving(desktop)
@@ -117,17 +116,16 @@ def test_lists_in_the_grid(place):
     with tiny_project(place, "lists.xml", ["Lines=a,b;c"]) as desktop:
         before = read(place.path("work", "lists.xml"))
         desktop.focus_row("actions")
-        desktop.click_row("properties", "Lines=")
-        time.sleep(0.3)
+        select_property(desktop, "Lines")
         desktop.key("End")
         desktop.type("d")
         desktop.key("Return")
-        time.sleep(0.5)
+        desktop.settle()
         press_button_of(desktop, "Lines")
         wait_for("the dialog", lambda: len(desktop.windows()) == 2)
         desktop.key("Escape")
         wait_for("its end", lambda: len(desktop.windows()) == 1)
-        time.sleep(0.5)
+        desktop.settle()
         expect("no message", in_front("lists.xml - qxhost"), True)
         expect("the exit code", desktop.close(), 0)
     expect("the file", read(place.path("work", "lists.xml")), before)
@@ -138,7 +136,7 @@ def test_dropping_elsewhere(place):
     with tiny_project(place, "drag.xml", [], []) as desktop:
         desktop.widget("logFilter")
         drag(desktop.rows("actions")[1], middle(desktop.where("logFilter")))
-        time.sleep(0.5)
+        desktop.settle()
         expect("the text", desktop.say("logFilter"), "")
         expect("the actions", len(desktop.texts("actions")), 2)
         expect("the title", desktop.title(), "drag.xml - qxhost")

@@ -11,7 +11,7 @@ mkdir -p "$scratch/tools"
 cd "$scratch"
 printf 'int main(void) { return 0; }\n' | cc -x c -o tools/devenv.com -
 host=("$bin/qxhost" --options "$scratch/options.xml")
-"${host[@]}" options "DevEnv2003Location=$scratch/tools" >/dev/null
+"${host[@]}" options "DevEnv2003Location=$scratch/tools" CheckBuilt=off >/dev/null
 
 fail() { echo "FAILED: $1"; exit 1; }
 # Everything that a look at a tree tells.

@@ -27,7 +27,10 @@ fi
 for page in man/man1/qxhost.1 bash-completion/completions/qxhost zsh/site-functions/_qxhost; do
   [ -s "$scratch/there/share/$page" ] || { echo "FAILED: share/$page is not installed"; exit 1; }
 done
-command -v xbuild >/dev/null || { echo "no xbuild on this machine: the example was not built"; exit 0; }
-"${host[@]}" options "DevEnv2005Location=$PWD" >/dev/null
+for tool in xbuild ninja i686-w64-mingw32-g++; do
+  command -v "$tool" >/dev/null || { echo "no $tool on this machine: the example was not built"; exit 0; }
+done
 "${host[@]}" run Hello.build.xml >run.log 2>&1 || { cat run.log; echo "FAILED: the example"; exit 1; }
-[ -s Hello/Hello/bin/Release/Hello.exe ] || { echo "FAILED: no Hello.exe"; exit 1; }
+for built in Hello/Hello/bin/Release/Hello.exe Hello/Release/Banner.exe Hello/Release/Frame.dll; do
+  [ -s "$built" ] || { echo "FAILED: no $built"; exit 1; }
+done

@@ -23,7 +23,7 @@ as_builder() { in_place setpriv --reuid=builder --regid=builder --clear-groups e
 # The Debian: what both packages depend on, said by themselves, and the example's engine.
 depends=$(for package in "$cli" "$desktop"; do dpkg-deb -f "$package" Depends; echo; done |
   tr ',' '\n' | sed -E 's/\(.*//; s/\|.*//; s/ //g; /^$/d; /^qxhost/d' | sort -u)
-wanted="$depends mono-xbuild mono-utils mono-devel"
+wanted="$depends mono-xbuild mono-utils mono-devel ninja-build g++-mingw-w64-i686-posix"
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/vsdotnet-package
 kept=$cache/debian-bookworm-$(sha256sum <<<"$wanted" | cut -c1-12).tar
 rm -rf --one-file-system "$place"
@@ -69,10 +69,11 @@ dpkg-deb -f "$desktop" Depends | grep -qF "qxhost (= $version)" || fail "the des
 [ "$(as_builder 'qxhost --version')" = "qxhost ${version%-*}" ] || fail "qxhost --version"
 as_builder 'qxhost actions' | grep -qF "Run MSTest" || fail "the package is not there"
 
-as_builder 'qxhost options DevEnv2005Location=$HOME/examples && cd examples && qxhost run Hello.build.xml' >"$scratch/out" 2>&1 ||
+as_builder 'cd examples && qxhost run Hello.build.xml' >"$scratch/out" 2>&1 ||
   { cat "$scratch/out"; fail "the example"; }
 as_builder 'monodis --assembly examples/Hello/Hello/bin/Release/Hello.exe' | grep -qE '^Version: +1\.2\.1\.0' || fail "its version"
 as_builder 'mono examples/Hello/Hello/bin/Release/Hello.exe' >/dev/null || fail "Hello.exe"
+as_builder 'vsinspect binary examples/Hello/Release/Frame.dll --json' | grep -qF '"1.2.0.1"' || fail "the version of Frame.dll"
 as_builder 'vsinspect solution examples/Hello/Hello.sln' >/dev/null || fail "vsinspect"
 as_builder 'bash -c ". /usr/share/bash-completion/completions/qxhost && complete -p qxhost"' >/dev/null || fail "the completion"
 for page in qxhost vsinspect qxhost-desktop; do

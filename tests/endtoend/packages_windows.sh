@@ -33,7 +33,7 @@ use() {
     host() { wine "$bin/qxhost.exe" "$@" </dev/null >"$out" 2>&1 || { cat "$out"; fail "qxhost $1"; }; }
     host actions
     grep -q "Run MSTest" "$out" || { cat "$out"; fail "the package is not there"; }
-    host options "DevEnv2005Location=$(winepath -w "$work/tools")"
+    host options "DevEnv2005Location=$(winepath -w "$work/tools")" CheckBuilt=off
     host new build.xml
     host add build.xml "Build VS.Net Solution" 'Solution=Hello\Hello.sln' 'SolutionConFiguration=Release|Mixed Platforms' \
       VStudioVersion=vs2005 UpdateAssemblyInfo=True UpdateAssemblyVersion=True 'AssemblyVersion=4|3|2|1'

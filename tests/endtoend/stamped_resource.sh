@@ -17,7 +17,7 @@ cd "$scratch"
 printf 'int main(void) { return 0; }\n' >idle.c
 "${emulator:+$cross-}gcc" -o tools/devenv.com idle.c
 host=($emulator "$bin/qxhost$ending" --options options.xml)
-"${host[@]}" options DevEnv2005Location=tools >/dev/null
+"${host[@]}" options DevEnv2005Location=tools CheckBuilt=off >/dev/null
 rm -f version.xml
 "${host[@]}" new version.xml >/dev/null
 keys=$'CompanyName=Grüße & Söhne\r\nComments=a word, 100%% $1\r\nFileVersion=\r\nProductVersion=3.14 beta\r\n'

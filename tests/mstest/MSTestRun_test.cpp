@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "tests/support/RunProgram.h"
 
 namespace qx {

@@ -1,6 +1,5 @@
 // The example of the help page, "Build some projects and stamp a version that counts up", followed to the
-// letter by somebody who knows nothing else: through the pages, then two runs, with a stand-in for
-// devenv.com.
+// letter by somebody who knows nothing else: through the pages, then two runs, with a stand-in for devenv.com.
 #include <filesystem>
 
 #include "tests/pages/PagesOnDisk.h"
@@ -8,8 +7,8 @@
 namespace qx {
 namespace {
 
-TEST(HelpExample, BuildsSelectedProjectsAndCountsTheirVersionUp) {
-  PagesOnDisk disk;
+// Three projects, each with its attributes, and their solution.
+void WriteSolution(const PagesOnDisk& disk) {
   const std::string csproj = "<Project><Compile Include=\"AssemblyInfo.cs\"/></Project>";
   const std::string attributes =
       "using System.Reflection;\r\n"
@@ -28,6 +27,11 @@ TEST(HelpExample, BuildsSelectedProjectsAndCountsTheirVersionUp) {
                     solution +
                         "Global\r\nGlobalSection(SolutionConfigurationPlatforms) = preSolution\r\n"
                         "Release|Any CPU = Release|Any CPU\r\nEndGlobalSection\r\nEndGlobal\r\n");
+}
+
+TEST(HelpExample, BuildsSelectedProjectsAndCountsTheirVersionUp) {
+  PagesOnDisk disk;
+  WriteSolution(disk);
   std::filesystem::create_directories(disk.folder / "vs");
   std::filesystem::copy_file(QX_RECORDER, disk.folder / "vs/devenv.com");
   ASSERT_EQ(disk.Host({"options", "DevEnv2005Location=" + (disk.folder / "vs")}).code, 0);

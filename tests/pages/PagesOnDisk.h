@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/TestFolder.h"
+#include "host/testing/TestFolder.h"
 #include "tests/support/RunProgram.h"
 #include "tests/support/Screen.h"
 
@@ -53,9 +53,14 @@ class PagesOnDisk {
 
   test::ProgramResult Host(const Words& words) const { return Run("qxhost", words); }
 
-  // A build project with one such action; nothing for the options.
+  // A build project with one such action; for the options a registry of a machine where nothing is installed,
+  // which outside Windows stands in for the host's own.
   void Add(const std::string& action, const Words& settings) const {
-    if (action == kOptions) return;
+    if (action == kOptions) {
+      folder.Write("nothing.reg", "REGEDIT4\r\n");
+      ASSERT_EQ(Host({"options", "Registry=nothing.reg"}).code, 0);
+      return;
+    }
     ASSERT_EQ(Host({"new", "p.xml"}).code, 0);
     Words words{"add", "p.xml", action};
     words.insert(words.end(), settings.begin(), settings.end());

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/runtime/CommandLine.h"
+#include "platform/CommandLine.h"
 #include "plugin/Qxprocess.h"
 
 namespace qx::test {

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 namespace qx::tiny {
 

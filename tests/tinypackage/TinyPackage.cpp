@@ -1,5 +1,4 @@
-// The entries of the tiny package. Built again with TINY_FAULT it is a package that breaks on one rung of the
-// ladder.
+// The entries of the tiny package. Built again with TINY_FAULT it is a package that breaks on one rung of the ladder.
 #include "plugin/Qxpackage.h"
 #include "plugin/Qxservices.h"
 #include "tests/tinypackage/TinyAction.h"
@@ -12,31 +11,25 @@
 #define TINY_FAULT_IN_LOAD 2
 #define TINY_FAULT_IN_REGISTER 3
 
-#ifdef __ELF__
-#define TINY_EXPORT extern "C" __attribute__((visibility("default")))
-#else
-#define TINY_EXPORT extern "C" __declspec(dllexport)
-#endif
-
 namespace {
 
 qx::TQXUnit units[] = {{"TinyAction", 0}, {"TinyPackage", 0}};
 
 }  // namespace
 
-TINY_EXPORT void QXPackageLoad() {
+QX_PACKAGE_ENTRY void QXPackageLoad() {
   if (TINY_FAULT == TINY_FAULT_IN_LOAD) throw qx::Exception("the tiny units will not start");
   for (qx::TQXUnit& unit : units) ++unit.startCount;
 }
 
-TINY_EXPORT void QXPackageUnload() {
+QX_PACKAGE_ENTRY void QXPackageUnload() {
   for (qx::TQXUnit& unit : units) --unit.startCount;
 }
 
-TINY_EXPORT qx::TQXUnitTable QXPackageUnits() { return {units, 2}; }
+QX_PACKAGE_ENTRY qx::TQXUnitTable QXPackageUnits() { return {units, 2}; }
 
 #if TINY_FAULT != TINY_FAULT_NO_REGISTER
-TINY_EXPORT void QXRegister(bool design) {
+QX_PACKAGE_ENTRY void QXRegister(bool design) {
   qx::QXActionServices().RegisterAction(qx::tiny::TinyActionClass(), "Tiny Task", "Testing", "TINY");
   qx::QXOptionsServices().RegisterOptions(qx::tiny::TinyOptionsClass(), "TINY");
   qx::QXScriptingServices().RegisterFunction("TinyOptions", [](qx::IQXScriptCall& call) {

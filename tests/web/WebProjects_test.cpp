@@ -5,10 +5,10 @@
 
 #include <filesystem>
 
-#include "host/runtime/HttpTestServer.h"
-#include "host/runtime/Variables.h"
-#include "host/runtime/WebDavClient.h"
-#include "platform/Files.h"
+#include "host/actions/Variables.h"
+#include "host/testing/HttpTestServer.h"
+#include "host/web/WebDavClient.h"
+#include "platform/files/Files.h"
 #include "tests/support/RunProgram.h"
 
 namespace qx {
