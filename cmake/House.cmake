@@ -1,13 +1,30 @@
 # What every room's CMakeLists.txt uses: qx_room, qx_tests, qx_fuzzer, qx_bench, and the switches behind the presets.
 include(GNUInstallDirs)
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME CLI)  # see Packages.cmake
-# Outside Windows the runtime library is installed in a folder of the host's own, where programs look for it by this.
-set(QX_PROGRAM_RPATH "$ORIGIN/../lib/qxhost")
+# Where the runtime library and the packages are installed: beside the programs on Windows, whose loader looks there, else
+# in a folder of the host's own. Programs find them from where they stand themselves, so
+# that an installation may be moved as a whole.
+if(WIN32)
+  set(QX_LIBRARY_DESTINATION "${CMAKE_INSTALL_BINDIR}")
+else()
+  set(QX_LIBRARY_DESTINATION "${CMAKE_INSTALL_LIBDIR}/qxhost")
+endif()
+file(RELATIVE_PATH QX_LIBRARIES_FROM_PROGRAMS "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}/qxhost")
+set(QX_PROGRAM_RPATH "$ORIGIN/${QX_LIBRARIES_FROM_PROGRAMS}")
+
+# Which of a unit's two sources is built: NAMEWindows.cpp or NAMEPosix.cpp.
+if(WIN32)
+  set(QX_SYSTEM Windows)
+else()
+  set(QX_SYSTEM Posix)
+endif()
+find_package(Threads REQUIRED)
 
 set(QX_SANITIZE "" CACHE STRING "Sanitizers, as -fsanitize takes them: address,undefined or thread")
 option(QX_FUZZ "Build the fuzzers (clang only)" OFF)
 option(QX_BENCH "Build the bench programs" OFF)
-option(QX_WERROR "Treat warnings as errors" ON)
+option(QX_WERROR "Treat warnings as errors" OFF)
+option(QX_TESTS "Build the test programs" ON)
 
 add_library(qx_options INTERFACE)
 target_include_directories(qx_options INTERFACE "${CMAKE_SOURCE_DIR}")
@@ -36,16 +53,28 @@ if(QX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
+# qx_for_tests(targets...): what a build without tests makes only where something that is installed needs it.
+function(qx_for_tests)
+  if(NOT QX_TESTS)
+    set_target_properties(${ARGV} PROPERTIES EXCLUDE_FROM_ALL TRUE)
+  endif()
+endfunction()
+
 # qx_room(name SOURCES ... LINKS ...): a room as a static library; what it links, it may include.
 function(qx_room name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC qx_options ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
+  set_property(GLOBAL APPEND PROPERTY QX_ROOMS ${name})
+  qx_for_tests(${name})
   qx_precompile(${name} qx_room_pch)
 endfunction()
 
 # GoogleTest from Debian's source package serves both systems alike.
-if(NOT TARGET gtest AND EXISTS /usr/src/googletest/CMakeLists.txt)
+if(QX_TESTS AND NOT EXISTS /usr/src/googletest/CMakeLists.txt)
+  message(FATAL_ERROR "/usr/src/googletest was not found: run scripts/setup, or build without tests (-DQX_TESTS=OFF)")
+endif()
+if(QX_TESTS)
   set(BUILD_GMOCK OFF CACHE BOOL "" FORCE)
   set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
   add_subdirectory(/usr/src/googletest "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
@@ -54,8 +83,6 @@ if(NOT TARGET gtest AND EXISTS /usr/src/googletest/CMakeLists.txt)
     target_compile_options(gtest PRIVATE -fsanitize=${QX_SANITIZE} PUBLIC -fno-sanitize=undefined)
   endif()
 endif()
-
-option(QX_TESTS "Build the test programs" ON)
 
 # Builds the test programs that the thread sanitizer's run takes.
 add_custom_target(thread_tests)
@@ -67,8 +94,8 @@ function(qx_tests name)
   set(drive "$<$<BOOL:${WIN32}>:Z:>")  # Wine's drive Z is the root of this file system
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} gtest gtest_main)
+  qx_for_tests(${name})
   if(NOT QX_TESTS)
-    set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL TRUE)
     return()
   endif()
   target_compile_options(${name} PRIVATE ${QX_TEST_OPTIONS})
@@ -87,6 +114,12 @@ function(qx_tests name)
   set_tests_properties(\${${name}_TESTS} PROPERTIES LABELS [==[${ARG_LABELS}]==] ENVIRONMENT [==[${ARG_ENVIRONMENT}]==])
 endif()\n")
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${lists}")
+endfunction()
+
+# qx_uses_test_child(target): a program that starts the tests' child program.
+function(qx_uses_test_child target)
+  target_compile_definitions(${target} PRIVATE QX_TEST_CHILD="$<$<BOOL:${WIN32}>:Z:>$<TARGET_FILE:qx_test_child>")
+  add_dependencies(${target} qx_test_child)
 endfunction()
 
 # qx_fuzzer(name SOURCE file LINKS ...): a libFuzzer program, built by the fuzz preset only.

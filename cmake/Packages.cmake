@@ -1,5 +1,5 @@
-# What scripts/package packs: for Debian the packages qxhost (component CLI) and qxhost-desktop (component DESKTOP), for
-# Windows one archive with both. What is installed without a component's name belongs to CLI, see House.cmake.
+# What scripts/package packs: for Debian the packages qxhost (component CLI), qxhost-desktop (DESKTOP) and qxhost-dev (DEV),
+# for Windows one archive with all three. What is installed without a component's name belongs to CLI, see House.cmake.
 if(WIN32)
   install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" DESTINATION . RENAME LICENSE.txt)
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/third-party.txt" DESTINATION .)
@@ -12,6 +12,8 @@ if(WIN32)
   endif()
 else()
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/debian/copyright" DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qxhost)
+  install(FILES "${CMAKE_SOURCE_DIR}/packaging/debian/copyright" COMPONENT DEV
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qxhost-dev)
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/vsinspect.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   if(TARGET qxhost-desktop)
     set(desktop "${CMAKE_SOURCE_DIR}/packaging/desktop/qxhost-desktop")
@@ -45,7 +47,7 @@ if(WIN32)
 else()
   set(CPACK_GENERATOR DEB)
   set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-  set(CPACK_COMPONENTS_ALL CLI)
+  set(CPACK_COMPONENTS_ALL CLI DEV)
   if(TARGET qxhost-desktop)
     list(APPEND CPACK_COMPONENTS_ALL DESKTOP)
   endif()
@@ -61,13 +63,24 @@ else()
   set(CPACK_QX_PACKAGING_FOLDER "${CMAKE_SOURCE_DIR}/packaging/debian")
 
   set(CPACK_DEBIAN_CLI_PACKAGE_NAME qxhost)
-  set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "mono-xbuild, qxhost-desktop")
+  # Looked for when a web project is stamped, and not linked, so that what is linked does not tell of it.
+  set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS "libcurl4 | libcurl3-gnutls")
+  set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "mono-devel, mono-xbuild, ninja-build, g++-mingw-w64-i686-posix, g++-mingw-w64-x86-64-posix, qxhost-desktop")
   set(CPACK_COMPONENT_CLI_DESCRIPTION
 "host for build automation, with actions for old Visual Studio solutions
 qxhost runs build projects: lists of actions with their settings. Its package
 raises version numbers, stamps them into AssemblyInfo files and resource
 scripts, and builds solutions of Visual Studio .NET 2002, 2003 and 2005 with
 the engine of this system. vsinspect shows what it sees in such a file.")
+
+  set(CPACK_DEBIAN_DEV_PACKAGE_NAME qxhost-dev)
+  set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
+  set(CPACK_DEBIAN_DEV_PACKAGE_SHLIBDEPS OFF)
+  set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "qxhost (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+  set(CPACK_COMPONENT_DEV_DESCRIPTION
+"host for build automation, for developers of packages
+The headers that a package with actions of its own is made from, and what tells
+CMake and pkg-config where they and the runtime library are.")
 
   set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME qxhost-desktop)
   # The last draws the marks in check boxes, which the toolkit only recommends.

@@ -26,7 +26,7 @@ endfunction()
 if(NOT CMAKE_BUILD_TYPE STREQUAL "Release")
   qx_precompiled(qx_room_pch HEADERS ${qx_std_headers})
 endif()
-if(QX_TESTS AND TARGET gtest)
+if(QX_TESTS)
   qx_precompiled(qx_test_pch LINKS gtest qx_json OPTIONS ${QX_TEST_OPTIONS}
                  HEADERS ${qx_std_headers} <filesystem> <gtest/gtest.h> <nlohmann/json.hpp>)
 endif()
