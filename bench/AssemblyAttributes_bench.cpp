@@ -46,7 +46,7 @@ void OnDisk(benchmark::State& state) {
     qx::FileRewrite rewrite(path.string());
     const std::string stamped = Stamp(rewrite.Bytes(), "1.0.0." + std::to_string(++run));
     const std::string_view old[] = {rewrite.Bytes()}, pieces[] = {stamped};
-    rewrite.Commit(".bak", qx::BackupRule::kEveryTime, old, pieces);
+    rewrite.Commit(".bak", qx::BackupRule::EveryTime, old, pieces);
   }
   std::filesystem::remove(path);
   std::filesystem::remove(path.string() + ".bak");

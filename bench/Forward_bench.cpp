@@ -37,7 +37,7 @@ void Forward(benchmark::State& state, const std::string& order, qx::Delivery del
   child.executable = QX_TEST_CHILD;
   child.parameters = order + ":" + std::to_string(kLines);
   child.delivery = delivery;
-  child.on_output = [&](std::string_view line) {
+  child.onOutput = [&](std::string_view line) {
     log.append(line) += '\n';
     if (log.size() > qx::LineSplitter::kReadSize) log.clear();
     ++lines;
@@ -48,12 +48,12 @@ void Forward(benchmark::State& state, const std::string& order, qx::Delivery del
   state.SetItemsProcessed(static_cast<std::int64_t>(lines));
 }
 
-void BM_ForwardBlocks(benchmark::State& state) { Forward(state, "lines", qx::Delivery::kReaderThreads); }
+void BM_ForwardBlocks(benchmark::State& state) { Forward(state, "lines", qx::Delivery::ReaderThreads); }
 void BM_ForwardSingleLines(benchmark::State& state) {
-  Forward(state, "single-lines", qx::Delivery::kReaderThreads);
+  Forward(state, "single-lines", qx::Delivery::ReaderThreads);
 }
 void BM_ForwardBlocksToCaller(benchmark::State& state) {
-  Forward(state, "lines", qx::Delivery::kCallingThread);
+  Forward(state, "lines", qx::Delivery::CallingThread);
 }
 BENCHMARK(BM_ForwardBlocks)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ForwardSingleLines)->MeasureProcessCPUTime()->Unit(benchmark::kMillisecond);

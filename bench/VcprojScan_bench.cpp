@@ -32,11 +32,11 @@ void Scan(benchmark::State& state, const char* encoding, const char* letter) {
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(project.size()));
 }
 BENCHMARK_CAPTURE(Scan, ascii, "Windows-1252", "A")->Arg(100)->Arg(1000)->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(Scan, windows_1252, "Windows-1252", "\xE4")
+BENCHMARK_CAPTURE(Scan, windows1252, "Windows-1252", "\xE4")
     ->Arg(100)
     ->Arg(1000)
     ->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(Scan, shift_jis, "shift_jis", "\x83\x5C")
+BENCHMARK_CAPTURE(Scan, shiftJis, "shift_jis", "\x83\x5C")
     ->Arg(100)
     ->Arg(1000)
     ->Unit(benchmark::kMicrosecond);

@@ -52,7 +52,7 @@ BENCHMARK(Write);
 void NormalText(benchmark::State& state, const char* lineEnd) {
   const std::string script = Script(16 << 20, lineEnd);
   for (auto _ : state) {
-    qx::SourceText source(script, "App.rc", qx::PlainAscii::kIsSystemCodePage);
+    qx::SourceText source(script, "App.rc", qx::PlainAscii::IsSystemCodePage);
     benchmark::DoNotOptimize(source.NormalText());
   }
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * script.size()));
@@ -69,13 +69,13 @@ void Rewrite(benchmark::State& state) {
     std::ofstream(path, std::ios::binary) << script;
     state.ResumeTiming();
     qx::FileRewrite rewrite(path.string());
-    qx::SourceText source(rewrite.Bytes(), path.string(), qx::PlainAscii::kIsSystemCodePage);
+    qx::SourceText source(rewrite.Bytes(), path.string(), qx::PlainAscii::IsSystemCodePage);
     const std::string_view text = source.NormalText();
     const auto place = qx::FindVersionBlock(text, "App.rc");
     const std::string_view pieces[] = {text.substr(0, place.begin), "// new\r\n", block,
                                        text.substr(place.end)};
     const std::string_view old[] = {text};
-    rewrite.Commit(".orig", qx::BackupRule::kFirstTime, old, pieces);
+    rewrite.Commit(".orig", qx::BackupRule::FirstTime, old, pieces);
   }
   std::filesystem::remove(path);
   std::filesystem::remove(path.string() + ".orig");

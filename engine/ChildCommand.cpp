@@ -20,13 +20,13 @@ namespace {
 constexpr int kSignalled = 128;
 
 std::atomic<pid_t> running_child = 0;  // leads a process group of its own
-std::atomic<int> stop_signal = 0;
+std::atomic<int> stopSignal = 0;
 
 // Only what may be done in a signal handler. The child's group gets the same signal: Ninja ends its compilers
 // by it and removes what they had half written.
 void Forward(int number) {
   const int error = errno;
-  stop_signal = number;
+  stopSignal = number;
   if (const pid_t child = running_child; child > 0) kill(-child, number);
   errno = error;
 }
@@ -95,15 +95,15 @@ class LineReader {
 // child leaves behind (Wine's server, a build engine's nodes) keeps it open.
 void ReadLines(int pipe, pid_t child, const std::function<void(std::string_view)>& line) {
   LineReader reader(line);
-  const system::Descriptor end_of_child(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
-  pollfd waits[] = {{pipe, POLLIN, 0}, {end_of_child.Number(), POLLIN, 0}};
+  const system::Descriptor endOfChild(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
+  pollfd waits[] = {{pipe, POLLIN, 0}, {endOfChild.Number(), POLLIN, 0}};
   for (bool open = true; open;) {
-    const bool has_ended = waits[1].revents != 0;
+    const bool hasEnded = waits[1].revents != 0;
     waits[0].revents = 0;
-    if (poll(waits, end_of_child.IsOpen() ? 2 : 1, has_ended ? 0 : -1) < 0 && errno != EINTR) break;
+    if (poll(waits, endOfChild.IsOpen() ? 2 : 1, hasEnded ? 0 : -1) < 0 && errno != EINTR) break;
     if (waits[0].revents != 0) {
       open = reader.ReadFrom(pipe);
-    } else if (has_ended) {
+    } else if (hasEnded) {
       break;
     }
   }
@@ -127,15 +127,15 @@ ChildResult RunChild(const ChildCommand& command, const std::function<void(std::
 
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return {-1, system::LastError()};
-  const system::Descriptor read_end(ends[0]);
-  system::Descriptor write_end(ends[1]);
+  const system::Descriptor readEnd(ends[0]);
+  system::Descriptor writeEnd(ends[1]);
   pid_t child = 0;
-  const int error = Spawn(command, program, write_end.Number(), child);
-  write_end.Close();
+  const int error = Spawn(command, program, writeEnd.Number(), child);
+  writeEnd.Close();
   if (error != 0) return {-1, "cannot start " + program + ": " + system::ErrorText(error)};
   running_child = child;
-  if (const int number = stop_signal; number != 0) kill(-child, number);  // it came between the two
-  ReadLines(read_end.Number(), child, line);
+  if (const int number = stopSignal; number != 0) kill(-child, number);  // it came between the two
+  ReadLines(readEnd.Number(), child, line);
   const int code = WaitFor(child);
   running_child = 0;
   return {code, ""};
@@ -160,7 +160,7 @@ std::string FindProgram(const std::string& name) {
   }
 }
 
-int StopSignal() { return stop_signal; }
+int StopSignal() { return stopSignal; }
 
 void ForwardSignals() {
   struct sigaction action = {};

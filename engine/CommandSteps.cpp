@@ -54,13 +54,13 @@ std::string RunCommandStep(const CommandStep& step, Console& console) {
     if (std::getenv(name) == nullptr) command.environment[name] = value;
   }
   // Such a Wine lets the command end as if all were well.
-  bool wanted_32_bits = false;
+  bool wanted32Bits = false;
   const ChildResult result = RunChild(command, [&](std::string_view line) {
-    const bool says_so = line.find("err:module:load_wow64_ntdll") != std::string_view::npos;
-    wanted_32_bits |= says_so;
-    if (!says_so) console.Line(line);
+    const bool saysSo = line.find("err:module:load_wow64_ntdll") != std::string_view::npos;
+    wanted32Bits |= saysSo;
+    if (!saysSo) console.Line(line);
   });
-  if (wanted_32_bits) return kNo32Bits;
+  if (wanted32Bits) return kNo32Bits;
   if (result.code == 0) return {};
   return result.reason.empty() ? "a command returned code " + std::to_string(result.code) : result.reason;
 }

@@ -18,10 +18,10 @@ bool IsCategory(std::string_view text, std::string_view word) {
   const auto blanks = [&text] {
     while (text.starts_with(' ')) text.remove_prefix(1);
   };
-  const bool has_blank = text.starts_with(' ');
+  const bool hasBlank = text.starts_with(' ');
   blanks();
   if (text.starts_with(':')) return true;
-  if (!has_blank) return false;
+  if (!hasBlank) return false;
   std::size_t code = 0;
   while (code < text.size() && IsWordCharacter(text[code])) ++code;
   text.remove_prefix(code);

@@ -40,8 +40,8 @@ bool IsPathProperty(std::string_view name) {
 
 }  // namespace
 
-std::optional<Engine> FindEngine(std::string_view search_path) {
-  const std::vector<std::string_view> folders = Split(search_path, ':');
+std::optional<Engine> FindEngine(std::string_view searchPath) {
+  const std::vector<std::string_view> folders = Split(searchPath, ':');
   for (const BuildEngine& candidate : kBuildEngines) {
     for (const std::string_view folder : folders) {
       std::string program = std::string(folder.empty() ? "." : folder) + "/" + candidate.program;
@@ -59,9 +59,9 @@ std::string WithTurnedPaths(const std::string& argument) {
   const std::string_view name = std::string_view(argument).substr(1, colon - 1);
   if (!SameText(name, "p") && !SameText(name, "property")) return argument;
   std::string turned = argument.substr(0, colon + 1);
-  bool is_first = true;
+  bool isFirst = true;
   for (const std::string_view pair : Split(std::string_view(argument).substr(colon + 1), ';')) {
-    if (!std::exchange(is_first, false)) turned += ';';
+    if (!std::exchange(isFirst, false)) turned += ';';
     const std::size_t begin = turned.size();
     turned += pair;
     if (IsPathProperty(pair.substr(0, pair.find('=')))) {

@@ -17,7 +17,7 @@ struct Engine {
 
 // The first of "msbuild", "dotnet msbuild" and "xbuild" that stands in a folder of the search path (the
 // folders separated by colons, an empty one meaning the current folder). Nothing when there is none.
-std::optional<Engine> FindEngine(std::string_view search_path);
+std::optional<Engine> FindEngine(std::string_view searchPath);
 
 // The text of a /p: switch with the backslashes of every value turned that is a folder or file by its
 // property's name (OutputPath, IntermediateOutputPath, OutDir, DocumentationFile ...): an engine of this

@@ -23,17 +23,17 @@ struct BuiltProject {
   // user may ask for such projects to be skipped; empty: an ordinary failure.
   std::string limit;
   std::string output;                  // the program or library, absolute; empty: none
-  std::string import_library;          // a DLL's; empty: none
+  std::string importLibrary;           // a DLL's; empty: none
   std::vector<std::string> libraries;  // a static library's: what those who link it must link besides
   int errors = 0, warnings = 0;        // filled in by the front from what the console counted
 };
 
 // One project, in the configuration in which it is to be built.
 struct ProjectTask {
-  std::string name, guid, file, type_guid;
+  std::string name, guid, file, typeGuid;
   std::string configuration;  // the project's own: "Release"
   std::string platform;       // "Win32", "Any CPU"; empty in C# projects of 2002 and 2003
-  std::string solution_file;  // empty: built by itself
+  std::string solutionFile;   // empty: built by itself
   Goal goal = Goal::Build;
   // All that it depends on, directly or not, already built, in the order they were built.
   std::vector<const BuiltProject*> needs;

@@ -49,15 +49,15 @@ std::vector<std::string> SplitCommandLine(std::string_view parameters) {
 }
 
 std::string QuoteArgument(std::string_view argument) {
-  const bool needs_quotes = argument.empty() || argument.find_first_of(" \t") != std::string_view::npos;
-  std::string text(needs_quotes ? "\"" : "");
+  const bool needsQuotes = argument.empty() || argument.find_first_of(" \t") != std::string_view::npos;
+  std::string text(needsQuotes ? "\"" : "");
   std::size_t backslashes = 0;  // how many stand directly before the place we are at
   for (const char c : argument) {
     if (c == '"') text.append(backslashes + 1, '\\');
     backslashes = c == '\\' ? backslashes + 1 : 0;
     text += c;
   }
-  if (needs_quotes) text.append(backslashes, '\\') += '"';
+  if (needsQuotes) text.append(backslashes, '\\') += '"';
   return text;
 }
 

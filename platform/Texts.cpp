@@ -124,7 +124,7 @@ std::string Quoted(std::string_view text) {
 std::vector<std::string> SplitCommaText(std::string_view text) {
   std::vector<std::string> items;
   std::size_t at = 0;
-  const auto skip_blanks = [&] {
+  const auto skipBlanks = [&] {
     while (at < text.size() && IsBlank(text[at])) ++at;
   };
   const auto quoted = [&] {
@@ -145,13 +145,13 @@ std::vector<std::string> SplitCommaText(std::string_view text) {
     while (at < text.size() && !IsBlank(text[at]) && text[at] != ',') ++at;
     return std::string(text.substr(begin, at - begin));
   };
-  skip_blanks();
+  skipBlanks();
   while (at < text.size()) {
     items.push_back(text[at] == '"' ? quoted() : plain());
-    skip_blanks();
+    skipBlanks();
     if (at == text.size() || text[at] != ',') continue;
     if (++at == text.size()) items.emplace_back();  // a comma at the very end opens one more, empty item
-    skip_blanks();
+    skipBlanks();
   }
   return items;
 }

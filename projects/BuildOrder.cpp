@@ -9,7 +9,7 @@ enum class State { Untouched, OnTheWay, Done };
 
 struct Step {
   std::size_t project;
-  std::size_t next_need = 0;
+  std::size_t nextNeed = 0;
 };
 
 }  // namespace
@@ -26,13 +26,13 @@ BuildOrder OrderByNeeds(const std::vector<std::vector<std::size_t>>& needs) {
     if (states[first] == State::Untouched) enter(first);
     while (!way.empty()) {
       Step& step = way.back();
-      if (step.next_need == needs[step.project].size()) {
+      if (step.nextNeed == needs[step.project].size()) {
         states[step.project] = State::Done;
         result.order.push_back(step.project);
         way.pop_back();
         continue;
       }
-      const std::size_t need = needs[step.project][step.next_need++];
+      const std::size_t need = needs[step.project][step.nextNeed++];
       if (need >= needs.size() || need == step.project || states[need] == State::Done) continue;
       if (states[need] == State::Untouched) {
         enter(need);

@@ -30,7 +30,7 @@ const char* WhyUnread(ProjectKind kind) {
 }
 
 void AnswerForNet(const OwnConfiguration& own, const BuildOfSolution& build, OutputPlace& place) {
-  const NetSelection selection{own.configuration, own.platform, build.properties, build.solution_file};
+  const NetSelection selection{own.configuration, own.platform, build.properties, build.solutionFile};
   NetOutput output = WhereOutputLies(ReadNetProject(place.file, selection));
   if (output.path.empty()) return Say(place, Answer::Unknown, std::move(output.reason));
   place.answer = Answer::Program;
@@ -39,7 +39,7 @@ void AnswerForNet(const OwnConfiguration& own, const BuildOfSolution& build, Out
 
 void AnswerForVc(const OwnConfiguration& own, const BuildOfSolution& build, OutputPlace& place) {
   const VcSettings settings =
-      OpenVcProject(PlaceOnDisk(place.file, build.solution_file, own.configuration, own.platform));
+      OpenVcProject(PlaceOnDisk(place.file, build.solutionFile, own.configuration, own.platform));
   std::string output = settings.OutputFile();
   if (!settings.UnknownMacros().empty()) {
     return Say(place, Answer::Unknown,
@@ -53,11 +53,11 @@ void AnswerForVc(const OwnConfiguration& own, const BuildOfSolution& build, Outp
 
 void FindPlace(const OwnConfiguration& own, const BuildOfSolution& build, PathFinder& finder,
                OutputPlace& place) {
-  const std::string file = ExpandPath(FolderPart(build.solution_file), place.path);
+  const std::string file = ExpandPath(FolderPart(build.solutionFile), place.path);
   std::string found = file;
   const bool isThere = place.kind != ProjectKind::Web && finder.FindFile(found);
   if (isThere) place.file = found;
-  if (!own.is_built) {
+  if (!own.isBuilt) {
     return Say(place, Answer::Nothing,
                "the solution does not build it in the configuration " + build.configuration);
   }
@@ -77,7 +77,7 @@ std::vector<OutputPlace> FindOutputPlaces(const SolutionMap& map, const BuildOfS
   PathFinder finder;
   for (const MappedProject& project : map.projects) {
     OutputPlace place;
-    place.kind = KindOfProject(project.path, project.type_guid);
+    place.kind = KindOfProject(project.path, project.typeGuid);
     if (place.kind == ProjectKind::Folder) continue;
     place.name = project.name;
     place.path = project.path;

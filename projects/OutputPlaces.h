@@ -30,7 +30,7 @@ struct OutputPlace {
 
 // The build that is asked about.
 struct BuildOfSolution {
-  std::string solution_file;                      // absolute
+  std::string solutionFile;                       // absolute
   std::string configuration;                      // one of the map's
   std::map<std::string, std::string> properties;  // that the engine is given (MSBuild's /p:)
 };

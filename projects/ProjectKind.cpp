@@ -39,9 +39,9 @@ const KindNames& NamesOf(ProjectKind kind) { return *std::ranges::find(kNames, k
 
 }  // namespace
 
-ProjectKind KindOfProject(std::string_view path, std::string_view type_guid) {
+ProjectKind KindOfProject(std::string_view path, std::string_view typeGuid) {
   for (const KindOfText& type : kTypes) {
-    if (SameText(type.text, type_guid)) return type.kind;
+    if (SameText(type.text, typeGuid)) return type.kind;
   }
   const std::string lower = LowerCase(path);
   if (lower.find("http://") != std::string::npos || lower.find("https://") != std::string::npos) {

@@ -8,7 +8,7 @@ namespace qx {
 enum class ProjectKind { VisualCpp, CSharp, VisualBasic, JSharp, Setup, Web, Folder, Other };
 
 // `path` as the solution writes it: a web project's is a URL, a solution folder's just a name.
-ProjectKind KindOfProject(std::string_view path, std::string_view type_guid);
+ProjectKind KindOfProject(std::string_view path, std::string_view typeGuid);
 
 // "C#", "Visual Basic" ...: for reading.
 std::string_view NameOfKind(ProjectKind kind);

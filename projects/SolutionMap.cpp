@@ -72,9 +72,9 @@ class MapReader {
     if (IsProjectLine(line)) {
       Add(ReadProjectLine(line));
     } else if (line == "EndProject") {
-      is_in_project_ = false;
+      isInProject_ = false;
     } else {
-      section_ = SectionOf(line, is_in_project_ ? "ProjectSection(" : "GlobalSection(");
+      section_ = SectionOf(line, isInProject_ ? "ProjectSection(" : "GlobalSection(");
     }
   }
 
@@ -94,19 +94,15 @@ class MapReader {
   };
 
   void Add(ProjectLine line) {
-    map_.projects.push_back({std::move(line.name),
-                             std::move(line.path),
-                             std::move(line.type_guid),
-                             std::move(line.guid),
-                             {},
-                             {}});
-    is_in_project_ = true;
+    map_.projects.push_back(
+        {std::move(line.name), std::move(line.path), std::move(line.typeGuid), std::move(line.guid), {}, {}});
+    isInProject_ = true;
   }
 
   void TakeRow(const Row& row) {
     if (section_ == Section::Configurations) {
       AddConfiguration(row);
-    } else if (is_in_project_) {
+    } else if (isInProject_) {
       // 2003 and 2005: "{B} = {B}" in the block of the project that needs B.
       if (section_ == Section::Needs) map_.projects.back().needs.emplace_back(row.value);
     } else if (section_ != Section::Other && row.name.size() > kGuidSize && row.name[kGuidSize] == '.') {
@@ -128,9 +124,9 @@ class MapReader {
     } else if (const auto name = WithoutEnding(".ActiveCfg", statement.row.name)) {
       project.mappings[Key(*name)].configuration = statement.row.value;
     } else if (const auto built = WithoutEnding(".Build.0", statement.row.name)) {
-      project.mappings[Key(*built)].is_built = true;
+      project.mappings[Key(*built)].isBuilt = true;
     } else if (const auto deployed = WithoutEnding(".Deploy.0", statement.row.name)) {
-      project.mappings[Key(*deployed)].is_deployed = true;
+      project.mappings[Key(*deployed)].isDeployed = true;
     }
   }
 
@@ -147,7 +143,7 @@ class MapReader {
 
   SolutionMap map_;
   Section section_ = Section::None;
-  bool is_in_project_ = false;
+  bool isInProject_ = false;
   std::multimap<std::string, Statement> rows_;  // by identifier in lower case; in file order for each
   std::map<std::string, std::string> keys_;     // of the configurations, both folded
 };
@@ -167,16 +163,16 @@ SolutionFormat FormatOfSolution(std::string_view text) {
 
 SolutionMap ReadSolutionMap(std::string_view text) {
   MapReader reader;
-  bool has_header = false;
+  bool hasHeader = false;
   ForEachLine(text, [&](std::string_view line) {
-    if (has_header) return reader.Take(line);
+    if (hasHeader) return reader.Take(line);
     if (line.empty()) return;
     if (LowerCase(line).find(kHeader) == std::string::npos) {
       throw Exception("Invalid Solution File Format : " + std::string(line));
     }
-    has_header = true;
+    hasHeader = true;
   });
-  if (!has_header) throw Exception("Invalid Solution File Format : ");
+  if (!hasHeader) throw Exception("Invalid Solution File Format : ");
   SolutionMap map = reader.Finish();
   map.format = FormatOfSolution(text);
   return map;
@@ -209,9 +205,9 @@ OwnConfiguration ConfigurationOf(const MappedProject& project, const std::string
   ConfigurationName own = SplitConfiguration(isNamed ? mapping->configuration : configuration);
   // What stands behind the bar of a C# project of 2002 and 2003 is no platform.
   if (own.platform == ".NET") own.platform.clear();
-  const bool is_built = mapping != nullptr ? mapping->is_built : project.mappings.empty();
-  return {std::move(own.configuration), std::move(own.platform), is_built,
-          mapping != nullptr && mapping->is_deployed};
+  const bool isBuilt = mapping != nullptr ? mapping->isBuilt : project.mappings.empty();
+  return {std::move(own.configuration), std::move(own.platform), isBuilt,
+          mapping != nullptr && mapping->isDeployed};
 }
 
 ConfigurationName SplitConfiguration(std::string_view text) {

@@ -18,13 +18,13 @@ SolutionFormat FormatOfSolution(std::string_view text);
 // What one solution configuration says of one project.
 struct ProjectMapping {
   std::string configuration;  // the project's own, as written: "Release|Win32", "Release|.NET", "Release"
-  bool is_built = false;      // a Build.0 line
-  bool is_deployed = false;   // a Deploy.0 line
+  bool isBuilt = false;       // a Build.0 line
+  bool isDeployed = false;    // a Deploy.0 line
 };
 
 // One project line, solution folders and projects without a file included.
 struct MappedProject {
-  std::string name, path, type_guid, guid;  // as written
+  std::string name, path, typeGuid, guid;  // as written
   std::vector<std::string> needs;  // identifiers of projects, from the solution's sections, in file order
   std::map<std::string, ProjectMapping> mappings;  // by FoldCase of the solution configuration's name
 };
@@ -58,7 +58,7 @@ ConfigurationName SplitConfiguration(std::string_view text);
 // products took where the solution says nothing at all about a project, the configuration of the same name.
 struct OwnConfiguration {
   std::string configuration, platform;  // "Release" "Win32"; no platform for a C# project of 2002 and 2003
-  bool is_built = false, is_deployed = false;
+  bool isBuilt = false, isDeployed = false;
 };
 OwnConfiguration ConfigurationOf(const MappedProject& project, const std::string& configuration);
 

@@ -80,7 +80,7 @@ Counts CountInMap(const SolutionMap& map) {
     counts.needs += project.needs.size();
     for (const auto& [name, mapping] : project.mappings) {
       counts.active += !mapping.configuration.empty();
-      counts.built += mapping.is_built;
+      counts.built += mapping.isBuilt;
     }
   }
   return counts;

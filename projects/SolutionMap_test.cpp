@@ -50,11 +50,11 @@ TEST(SolutionMap, ReadsTheFormOf2002) {
   const ProjectMapping* debug = FindMapping(map.projects[0], "debug");
   ASSERT_NE(debug, nullptr);
   EXPECT_EQ(debug->configuration, "Debug|Win32");
-  EXPECT_TRUE(debug->is_built);
+  EXPECT_TRUE(debug->isBuilt);
   const ProjectMapping* release = FindMapping(map.projects[0], "Release");
   ASSERT_NE(release, nullptr);
   EXPECT_EQ(release->configuration, "Release MinSize|Win32");
-  EXPECT_FALSE(release->is_built);
+  EXPECT_FALSE(release->isBuilt);
   EXPECT_EQ(FindMapping(map.projects[1], "Debug"), nullptr);
 }
 
@@ -74,8 +74,8 @@ TEST(SolutionMap, ReadsTheFormOf2005) {
   const ProjectMapping* mapping = FindMapping(map.projects[0], "Release - DLL|Win32");
   ASSERT_NE(mapping, nullptr);
   EXPECT_EQ(mapping->configuration, "Release|x64");
-  EXPECT_TRUE(mapping->is_built);
-  EXPECT_TRUE(mapping->is_deployed);
+  EXPECT_TRUE(mapping->isBuilt);
+  EXPECT_TRUE(mapping->isDeployed);
 }
 
 TEST(SolutionMap, GivesEveryProjectOfOneIdentifierWhatIsSaidOfIt) {
@@ -87,7 +87,7 @@ TEST(SolutionMap, GivesEveryProjectOfOneIdentifierWhatIsSaidOfIt) {
                                                                  kA + ".Debug.Build.0 = Debug|Win32\r\n")));
   for (const MappedProject& project : map.projects) {
     ASSERT_NE(FindMapping(project, "Debug"), nullptr) << project.name;
-    EXPECT_TRUE(FindMapping(project, "Debug")->is_built) << project.name;
+    EXPECT_TRUE(FindMapping(project, "Debug")->isBuilt) << project.name;
   }
 }
 
@@ -98,7 +98,7 @@ TEST(SolutionMap, TakesMappingsThatAreWrittenByTheConfigurationsKey) {
              Section("SolutionConfiguration", "\t\tDescription = of mine\r\n\t\tOld = New\r\n")));
   EXPECT_EQ(map.configurations, std::vector<std::string>{"New"});
   ASSERT_NE(FindMapping(map.projects[0], "New"), nullptr);
-  EXPECT_TRUE(FindMapping(map.projects[0], "New")->is_built);
+  EXPECT_TRUE(FindMapping(map.projects[0], "New")->isBuilt);
 }
 
 TEST(SolutionMap, KeepsFoldersAndProjectsWithoutAFile) {
@@ -149,14 +149,14 @@ TEST(ConfigurationOf, IsTheMappingOrTheSolutionsOwnName) {
   project.mappings[FoldCase("Old")] = {"Release|.NET", false, true};
   const OwnConfiguration mapped = ConfigurationOf(project, "release|mixed platforms");
   EXPECT_EQ(mapped.configuration + "/" + mapped.platform, "Debug/Win32");
-  EXPECT_TRUE(mapped.is_built);
+  EXPECT_TRUE(mapped.isBuilt);
   const OwnConfiguration old = ConfigurationOf(project, "Old");
   EXPECT_EQ(old.configuration + "/" + old.platform, "Release/");
-  EXPECT_TRUE(!old.is_built && old.is_deployed);
-  EXPECT_FALSE(ConfigurationOf(project, "Special").is_built);
+  EXPECT_TRUE(!old.isBuilt && old.isDeployed);
+  EXPECT_FALSE(ConfigurationOf(project, "Special").isBuilt);
   const OwnConfiguration unsaid = ConfigurationOf({}, "Release|Any CPU");
   EXPECT_EQ(unsaid.configuration + "/" + unsaid.platform, "Release/Any CPU");
-  EXPECT_TRUE(unsaid.is_built);
+  EXPECT_TRUE(unsaid.isBuilt);
 }
 
 }  // namespace

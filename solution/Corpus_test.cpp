@@ -51,7 +51,7 @@ Reading ReadSimply(const fs::path& file) {
   std::string text = Bytes(file);
   if (text.starts_with("\xEF\xBB\xBF")) text.erase(0, 3);
   std::erase(text, '\r');
-  static const std::regex project_line(
+  static const std::regex projectLine(
       "\\s*Project\\(\"(.{38})\"\\) = \"([^\"]*)\", \"([^\"]*)\", \"([^\"]*)\"\\s*");
   static const std::regex row("\\s*(.*?)\\s*=\\s*(.*?)\\s*");
   static const std::regex blanks("^\\s+|\\s+$");
@@ -67,7 +67,7 @@ Reading ReadSimply(const fs::path& file) {
     }
     begun = true;
     std::smatch match;
-    if (std::regex_match(line, match, project_line)) {
+    if (std::regex_match(line, match, projectLine)) {
       const std::string path = match[3];
       const bool web =
           path.find("http://") != std::string::npos || path.find("https://") != std::string::npos;

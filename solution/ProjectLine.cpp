@@ -20,7 +20,7 @@ bool IsProjectLine(std::string_view line) { return line.starts_with(kProjectStar
 ProjectLine ReadProjectLine(std::string_view line) {
   std::string_view rest = line.substr(std::min(kProjectStart.size(), line.size()));
   ProjectLine read;
-  read.type_guid = rest.substr(0, kTypeSize);
+  read.typeGuid = rest.substr(0, kTypeSize);
   rest.remove_prefix(std::min(kTypeSize, rest.size()));
   const std::size_t equals = rest.find('=');
   if (equals == std::string_view::npos) throw Exception("Error parsing project string");

@@ -7,7 +7,7 @@
 namespace qx {
 
 struct ProjectLine {
-  std::string name, path, type_guid, guid;  // as written; type_guid: the 38 characters behind `Project("`
+  std::string name, path, typeGuid, guid;  // as written; typeGuid: the 38 characters behind `Project("`
 };
 
 // Whether a trimmed line begins a project's block.

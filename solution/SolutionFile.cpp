@@ -56,7 +56,7 @@ class Reader {
     cursor_ = 1;
     ReadProjects();
     ReadGlobal();
-    if (configuration_names_) model_.configurations = LookUpConfigurations();
+    if (configurationNames_) model_.configurations = LookUpConfigurations();
     return std::move(model_);
   }
 
@@ -86,7 +86,7 @@ class Reader {
     SolutionProject project;
     project.name = std::move(line.name);
     project.path = std::move(line.path);
-    project.type_guid = std::move(line.type_guid);
+    project.typeGuid = std::move(line.typeGuid);
     project.guid = std::move(line.guid);
     // Web projects are known by their URL, wherever it stands in the path; their files are not looked for.
     const bool web = project.path.find("http://") != std::string::npos ||
@@ -107,14 +107,14 @@ class Reader {
     const std::string folder = FolderPart(file);
     for (const std::string& listed : ListedResourceScripts(buffer_, document_)) {
       std::string script = ExpandPath(folder, listed);
-      const bool sought = project.version_info_file.empty();
+      const bool sought = project.versionInfoFile.empty();
       // Reading it also tells that it exists under this very name; what is not read is looked up.
       if (!sought) {
         files_.FindFile(script);
       } else if (HoldsVersionInfo(script)) {
-        project.version_info_file = script;
+        project.versionInfoFile = script;
       }
-      project.resource_scripts.Add(std::move(script));
+      project.resourceScripts.Add(std::move(script));
     }
   }
 
@@ -150,10 +150,10 @@ class Reader {
 
   // A later section takes the place of an earlier one.
   void ReadConfigurations() {
-    configuration_names_.emplace();
+    configurationNames_.emplace();
     ForEachSectionLine([this](std::string_view line) {
       const std::string_view name = NamePart(line);
-      if (TrimView(name) != "Description") configuration_names_->push_back(name);
+      if (TrimView(name) != "Description") configurationNames_->push_back(name);
     });
   }
 
@@ -163,7 +163,7 @@ class Reader {
   std::vector<std::string> LookUpConfigurations() const {
     std::unordered_map<std::string, std::optional<std::string_view>> values;
     std::vector<bool> sizes;  // of names; letters keep their size when their case is folded
-    for (const std::string_view name : *configuration_names_) {
+    for (const std::string_view name : *configurationNames_) {
       values.try_emplace(FoldCase(name));
       if (sizes.size() <= name.size()) sizes.resize(name.size() + 1);
       sizes[name.size()] = true;
@@ -175,7 +175,7 @@ class Reader {
       if (value != values.end() && !value->second) value->second = line.substr(equals + 1);
     }
     std::vector<std::string> configurations;
-    for (const std::string_view name : *configuration_names_) {
+    for (const std::string_view name : *configurationNames_) {
       configurations.push_back(Trim(values[FoldCase(name)].value_or("")));
     }
     return configurations;
@@ -200,7 +200,7 @@ class Reader {
   std::size_t cursor_ = 0;
   SolutionModel model_;
   std::optional<std::vector<std::string_view>>
-      configuration_names_;  // of the last section; they lie in the text
+      configurationNames_;  // of the last section; they lie in the text
   XmlDocument document_;
   std::string buffer_;
 };

@@ -14,12 +14,12 @@ namespace qx {
 
 struct SolutionProject {
   std::string name;
-  std::string path;       // as written
-  std::string type_guid;  // the 38 characters behind `Project("`
+  std::string path;      // as written
+  std::string typeGuid;  // the 38 characters behind `Project("`
   std::string guid;
-  TStringList dependencies;       // identifiers of projects
-  TStringList resource_scripts;   // full paths
-  std::string version_info_file;  // the first of them with a version resource, or empty
+  TStringList dependencies;     // identifiers of projects
+  TStringList resourceScripts;  // full paths
+  std::string versionInfoFile;  // the first of them with a version resource, or empty
 };
 
 struct SolutionModel {

@@ -120,7 +120,7 @@ TEST_F(SolutionReader, KeepsTheFieldsOfAProjectAsTheyAreWritten) {
   ASSERT_EQ(model.projects.size(), 1u);
   EXPECT_EQ(model.projects[0].name, "App");
   EXPECT_EQ(model.projects[0].path, "App\\App.csproj");
-  EXPECT_EQ(model.projects[0].type_guid, kCSharp);
+  EXPECT_EQ(model.projects[0].typeGuid, kCSharp);
   EXPECT_EQ(model.projects[0].guid, kA);
 }
 
@@ -199,7 +199,7 @@ TEST_F(SolutionReader, CutsTheTypeAtThirtyEightCharactersWhateverTheyAre) {
   const SolutionModel model =
       Read(Solution("Project(\"" + odd + "junk before = \"A\", \"A.csproj\", \"g\"\r\n"));
   ASSERT_EQ(model.projects.size(), 1u);
-  EXPECT_EQ(model.projects[0].type_guid, odd);
+  EXPECT_EQ(model.projects[0].typeGuid, odd);
 }
 
 TEST_F(SolutionReader, FieldsMayHoldBlanksCommasAndQuotes) {
@@ -237,19 +237,19 @@ std::string Vcproj(const std::vector<std::string>& scripts) {
 TEST_F(SolutionReader, FindsTheResourceScriptsOfCppProjects) {
   files.Put("Cpp\\Cpp.vcproj", Vcproj({".\\Res\\App.RC", "..\\Shared\\b.rc", "Res\\App.RC"}));
   const SolutionModel model = Read(Solution(Project("Cpp", "Cpp\\Cpp.vcproj", kA)));
-  EXPECT_EQ(model.projects.at(0).resource_scripts.Items(),
+  EXPECT_EQ(model.projects.at(0).resourceScripts.Items(),
             (Items{MemoryFiles::Full("Cpp/Res/App.RC"), MemoryFiles::Full("Shared/b.rc"),
                    MemoryFiles::Full("Cpp/Res/App.RC")}));
 }
 
 TEST_F(SolutionReader, ScansAProjectWhoseExtensionIsInCapitals) {
   files.Put("Cpp.VCPROJ", Vcproj({"a.rc"}));
-  EXPECT_EQ(Read(Solution(Project("Cpp", "Cpp.VCPROJ", kA))).projects.at(0).resource_scripts.Count(), 1);
+  EXPECT_EQ(Read(Solution(Project("Cpp", "Cpp.VCPROJ", kA))).projects.at(0).resourceScripts.Count(), 1);
 }
 
 TEST_F(SolutionReader, ScansNoOtherProjects) {
   files.Put("A.csproj", Vcproj({"a.rc"}));
-  EXPECT_EQ(Read(Solution(Project("A", "A.csproj", kA))).projects.at(0).resource_scripts.Count(), 0);
+  EXPECT_EQ(Read(Solution(Project("A", "A.csproj", kA))).projects.at(0).resourceScripts.Count(), 0);
 }
 
 TEST_F(SolutionReader, AMissingCppProjectIsOmittedLikeAnyOther) {
@@ -258,7 +258,7 @@ TEST_F(SolutionReader, AMissingCppProjectIsOmittedLikeAnyOther) {
 
 TEST_F(SolutionReader, ACppProjectKnownByItsUrlHasNoScripts) {
   const SolutionModel model = Read(Solution(Project("Web", "http://localhost/Web.vcproj", kA)));
-  EXPECT_EQ(model.projects.at(0).resource_scripts.Count(), 0);
+  EXPECT_EQ(model.projects.at(0).resourceScripts.Count(), 0);
 }
 
 TEST_F(SolutionReader, AMalformedCppProjectFailsTheWholeSolution) {
@@ -280,7 +280,7 @@ TEST_F(SolutionReader, TheFirstScriptWithAVersionResourceIsTheVersionInfoFile) {
   files.Put("one.rc", "VS_VERSION_INFO VERSIONINFO\r\n");
   files.Put("two.rc", "VS_VERSION_INFO VERSIONINFO\r\n");
   const SolutionModel model = Read(Solution(Project("Cpp", "Cpp.vcproj", kA)));
-  EXPECT_EQ(model.projects.at(0).version_info_file, MemoryFiles::Full("one.rc"));
+  EXPECT_EQ(model.projects.at(0).versionInfoFile, MemoryFiles::Full("one.rc"));
   EXPECT_EQ(files.reads[MemoryFiles::Full("none.rc")], 1);
   EXPECT_EQ(files.reads[MemoryFiles::Full("one.rc")], 1);
   EXPECT_EQ(files.reads.count(MemoryFiles::Full("two.rc")), 0u) << "nothing is read after the first match";
@@ -289,7 +289,7 @@ TEST_F(SolutionReader, TheFirstScriptWithAVersionResourceIsTheVersionInfoFile) {
 TEST_F(SolutionReader, WithoutAVersionResourceThereIsNoVersionInfoFile) {
   files.Put("Cpp.vcproj", Vcproj({"a.rc"}));
   files.Put("a.rc", "versioninfo VERSION INFO\r\n");
-  EXPECT_EQ(Read(Solution(Project("Cpp", "Cpp.vcproj", kA))).projects.at(0).version_info_file, "");
+  EXPECT_EQ(Read(Solution(Project("Cpp", "Cpp.vcproj", kA))).projects.at(0).versionInfoFile, "");
 }
 
 TEST_F(SolutionReader, AScriptThatCannotBeReadIsListedAndPassedOver) {
@@ -297,8 +297,8 @@ TEST_F(SolutionReader, AScriptThatCannotBeReadIsListedAndPassedOver) {
   files.Put("locked.rc", MemoryFiles::kUnreadable);
   files.Put("a.rc", "VERSIONINFO");
   const SolutionModel model = Read(Solution(Project("Cpp", "Cpp.vcproj", kA)));
-  EXPECT_EQ(model.projects.at(0).resource_scripts.Count(), 3);
-  EXPECT_EQ(model.projects.at(0).version_info_file, MemoryFiles::Full("a.rc"));
+  EXPECT_EQ(model.projects.at(0).resourceScripts.Count(), 3);
+  EXPECT_EQ(model.projects.at(0).versionInfoFile, MemoryFiles::Full("a.rc"));
 }
 
 TEST_F(SolutionReader, FindsAVersionResourceInUtf16) {
@@ -306,7 +306,7 @@ TEST_F(SolutionReader, FindsAVersionResourceInUtf16) {
   for (const char c : std::string("1 VERSIONINFO\r\n")) wide.append(1, c).append(1, '\0');
   files.Put("Cpp.vcproj", Vcproj({"a.rc"}));
   files.Put("a.rc", wide);
-  EXPECT_EQ(Read(Solution(Project("Cpp", "Cpp.vcproj", kA))).projects.at(0).version_info_file,
+  EXPECT_EQ(Read(Solution(Project("Cpp", "Cpp.vcproj", kA))).projects.at(0).versionInfoFile,
             MemoryFiles::Full("a.rc"));
 }
 

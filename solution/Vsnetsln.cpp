@@ -49,11 +49,11 @@ class TVSDotNetProject final : public ModelObject<IVSDotNetProject> {
   std::string GetName() override { return values_.name; }
   std::string GetPath() override { return values_.path; }
   std::string GetGUID() override { return values_.guid; }
-  std::string GetTypeGUID() override { return values_.type_guid; }
+  std::string GetTypeGUID() override { return values_.typeGuid; }
   InterfacePtr<IVSDotNetProjectDependancies> GetDependencies() override { return dependencies_; }
   bool IsVCProject() override { return HasExtension(values_.path, ".vcproj"); }
-  const TStringList& GetRCFiles() override { return values_.resource_scripts; }
-  std::string GetVersionInfoFile() override { return values_.version_info_file; }
+  const TStringList& GetRCFiles() override { return values_.resourceScripts; }
+  std::string GetVersionInfoFile() override { return values_.versionInfoFile; }
 
   const SolutionProject& Values() const { return values_; }
 

@@ -13,7 +13,7 @@ namespace {
 
 std::string Stamp(const std::string& bytes, const std::string& extension,
                   const std::map<qx::AssemblyAttribute, std::string>& values) {
-  const qx::SourceText source(bytes, "A.cs", qx::PlainAscii::kIsUtf8);
+  const qx::SourceText source(bytes, "A.cs", qx::PlainAscii::IsUtf8);
   const std::string text = qx::StampAssemblyInfo(
       source.Text(), extension,
       [&](qx::AssemblyAttribute attribute) {

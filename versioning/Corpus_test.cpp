@@ -49,7 +49,7 @@ std::string BytesOf(const fs::path& path) {
 using Values = std::map<AssemblyAttribute, std::string>;
 
 std::string Stamp(const std::string& bytes, const std::string& extension, const Values& values) {
-  const SourceText source(bytes, "A", PlainAscii::kIsUtf8);
+  const SourceText source(bytes, "A", PlainAscii::IsUtf8);
   const std::string text = StampAssemblyInfo(
       source.Text(), extension,
       [&](AssemblyAttribute attribute) {
@@ -64,7 +64,7 @@ std::string Stamp(const std::string& bytes, const std::string& extension, const 
 }
 
 std::string Replace(const std::string& bytes, const std::string& block) {
-  SourceText source(bytes, "A.rc", PlainAscii::kIsSystemCodePage);
+  SourceText source(bytes, "A.rc", PlainAscii::IsSystemCodePage);
   const std::string_view script = source.NormalText();
   const auto place = FindVersionBlock(script, "A.rc");
   std::string storage, joined;

@@ -106,7 +106,7 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
                    std::optional<FileRewrite> rewrite) {
     Log("Processing AssemblyInfo File : " + path);
     if (!rewrite) rewrite.emplace(path);
-    SourceText source(rewrite->Bytes(), path, PlainAscii::kIsUtf8);
+    SourceText source(rewrite->Bytes(), path, PlainAscii::IsUtf8);
     Log("Backingup AssemblyInfo File : " + path + " to :" + path + ".bak");
     const std::string stamped = StampAssemblyInfo(
         source.Text(), extension, [this](AssemblyAttribute attribute) { return NewValue(attribute); },
@@ -117,7 +117,7 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     const auto oldBytes = source.Encode({source.NormalText()}, oldStorage);
     const auto newBytes = source.Encode({stamped}, newStorage);
     const bool changed = !IsJoined(rewrite->Bytes(), newBytes);
-    rewrite->Commit(".bak", BackupRule::kEveryTime, oldBytes, newBytes);
+    rewrite->Commit(".bak", BackupRule::EveryTime, oldBytes, newBytes);
     return changed;
   }
 

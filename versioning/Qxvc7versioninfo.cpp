@@ -60,7 +60,7 @@ class TQXVC7VersionInfoParser final : public Implements<IQXVC7VersionInfoParser>
 
   bool UpdateVersionInfo(IQXVC7VersionInfo& info) override {
     FileRewrite rewrite(fileName_);
-    SourceText source(rewrite.Bytes(), fileName_, PlainAscii::kIsSystemCodePage);
+    SourceText source(rewrite.Bytes(), fileName_, PlainAscii::IsSystemCodePage);
     const std::string_view script = source.NormalText();
     const VersionBlockPlace place = FindVersionBlock(script, fileName_);
     const auto namedPage = [&] { return NamedCodePage(script.substr(0, place.begin)); };
@@ -78,7 +78,7 @@ class TQXVC7VersionInfoParser final : public Implements<IQXVC7VersionInfoParser>
     const auto oldBytes = source.Encode({script}, oldStorage);
     const auto newBytes =
         source.Encode({script.substr(0, place.begin), block, script.substr(place.end)}, newStorage);
-    rewrite.Commit(".orig", BackupRule::kFirstTime, oldBytes, newBytes);
+    rewrite.Commit(".orig", BackupRule::FirstTime, oldBytes, newBytes);
     return true;
   }
 

@@ -175,26 +175,26 @@ std::string Walk(const File& file, std::size_t& begin, std::size_t& end, Inside&
   }
   end = begin;
   if (begin == file.lines.size()) return {};
-  bool begin_ok = true, end_ok = false, block_ok = false;
+  bool beginOk = true, endOk = false, blockOk = false;
   int depth = 0;
   for (end = begin + 1; end < file.lines.size(); ++end) {
     const Text line = Upper(file.lines[end]);
     std::string keyword;
     if (Has(line, u"BEGIN")) {
-      if (!begin_ok) return "Unexpected BEGIN";
+      if (!beginOk) return "Unexpected BEGIN";
       ++depth;
-      begin_ok = false, block_ok = end_ok = true;
+      beginOk = false, blockOk = endOk = true;
       keyword = "BEGIN";
     } else if (Trimmed(line) == u"END") {
-      if (!end_ok) return "Unexpected END";
+      if (!endOk) return "Unexpected END";
       if (--depth == 0) {
         ++end;
         return {};
       }
       keyword = "END";
     } else if (Has(line, u"BLOCK")) {
-      if (!block_ok) return "Unexpected BLOCK";
-      block_ok = false, begin_ok = end_ok = true;
+      if (!blockOk) return "Unexpected BLOCK";
+      blockOk = false, beginOk = endOk = true;
       keyword = "BLOCK";
     }
     const std::string error = inside(file.lines[end], keyword, depth);

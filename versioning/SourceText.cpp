@@ -15,7 +15,7 @@ bool IsAscii(std::string_view text) {
 }
 
 bool IsUtf16(TextEncoding encoding) {
-  return encoding == TextEncoding::kUtf16LittleEnd || encoding == TextEncoding::kUtf16BigEnd;
+  return encoding == TextEncoding::Utf16LittleEnd || encoding == TextEncoding::Utf16BigEnd;
 }
 
 // UTF-16 whose mark is missing, told by its first two characters when these are ASCII: cut at line ends as
@@ -59,7 +59,7 @@ std::string SourceText::Fit(const std::string& text, std::string_view subject,
 std::optional<std::string> SourceText::TryFit(
     const std::string& text, const std::function<std::optional<std::uint32_t>()>& namedPage) const {
   const bool isUtf8 = IsValidUtf8(text);
-  if (encoding_ != TextEncoding::kBytes) return isUtf8 ? std::optional(text) : std::nullopt;
+  if (encoding_ != TextEncoding::Bytes) return isUtf8 ? std::optional(text) : std::nullopt;
 
   std::optional<std::uint32_t> page = namedPage ? namedPage() : std::nullopt;
   const bool plain = IsAscii(text_);
@@ -67,7 +67,7 @@ std::optional<std::string> SourceText::TryFit(
   // Bytes that are not UTF-8 were read from a file in some code page: they go in as they stand.
   if (!isUtf8) return page == kUtf8CodePage ? std::nullopt : std::optional(text);
 
-  if (!page && plain && plainAscii_ == PlainAscii::kIsUtf8) page = kUtf8CodePage;
+  if (!page && plain && plainAscii_ == PlainAscii::IsUtf8) page = kUtf8CodePage;
   if (!page) page = SystemCodePage();
   if (!page && plain) page = kUtf8CodePage;
   if (page) return EncodeInCodePage(text, *page);
@@ -85,7 +85,7 @@ std::vector<std::string_view> SourceText::Encode(const std::vector<std::string_v
     storage = file.Bytes();
     return {storage};
   }
-  std::vector<std::string_view> bytes{bytes_.substr(0, encoding_ == TextEncoding::kBytes ? 0 : 3)};
+  std::vector<std::string_view> bytes{bytes_.substr(0, encoding_ == TextEncoding::Bytes ? 0 : 3)};
   bytes.insert(bytes.end(), pieces.begin(), pieces.end());
   return bytes;
 }

@@ -15,8 +15,8 @@ namespace qx {
 
 // What a file without a mark, with nothing but ASCII in it, is taken for when a text beyond ASCII is put in.
 enum class PlainAscii {
-  kIsUtf8,            // source code: its compilers try UTF-8 first
-  kIsSystemCodePage,  // resource scripts: their compilers take the system's code page (UTF-8 outside Windows)
+  IsUtf8,            // source code: its compilers try UTF-8 first
+  IsSystemCodePage,  // resource scripts: their compilers take the system's code page (UTF-8 outside Windows)
 };
 
 class SourceText {

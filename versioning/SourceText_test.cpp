@@ -11,7 +11,7 @@ namespace {
 
 using std::string_literals::operator""s;
 
-constexpr PlainAscii kCode = PlainAscii::kIsUtf8;
+constexpr PlainAscii kCode = PlainAscii::IsUtf8;
 const std::string kUmlaut = "M\xC3\xBCller";  // UTF-8
 
 std::string Fitted(std::string_view bytes, const std::string& text, std::optional<std::uint32_t> page = {}) {
@@ -122,7 +122,7 @@ TEST(SourceTextFit, PlainAsciiCodeTakesUtf8) {
 }
 
 TEST(SourceTextFit, PlainAsciiScriptsTakeTheSystemsPage) {
-  const SourceText script("x", "A.rc", PlainAscii::kIsSystemCodePage);
+  const SourceText script("x", "A.rc", PlainAscii::IsSystemCodePage);
   const auto page = SystemCodePage();
   EXPECT_EQ(script.Fit(kUmlaut, "CompanyName"),
             page ? EncodeInCodePage(kUmlaut, *page).value_or("none") : kUmlaut);

@@ -9,7 +9,7 @@
 namespace qx {
 namespace {
 
-enum Expected : unsigned { kBegin = 1, kBlock = 2, kEnd = 4 };
+enum Expected : unsigned { BeginLine = 1, BlockLine = 2, EndLine = 4 };
 
 [[noreturn]] void Unexpected(std::string_view word) { throw Exception("Unexpected " + std::string(word)); }
 
@@ -20,19 +20,19 @@ class BlockShape {
   // whose text contains BEGIN or BLOCK is taken for that keyword; END counts only as the whole line.
   std::string_view Take(std::string_view upperLine) {
     if (upperLine.find("BEGIN") != std::string_view::npos) {
-      Require(kBegin, "BEGIN");
+      Require(BeginLine, "BEGIN");
       ++depth_;
-      expected_ = kBlock | kEnd;
+      expected_ = BlockLine | EndLine;
       return "BEGIN";
     }
     if (TrimView(upperLine) == "END") {
-      Require(kEnd, "END");
+      Require(EndLine, "END");
       --depth_;  // what is expected next stays as it was
       return "END";
     }
     if (upperLine.find("BLOCK") != std::string_view::npos) {
-      Require(kBlock, "BLOCK");
-      expected_ = kBegin | kEnd;
+      Require(BlockLine, "BLOCK");
+      expected_ = BeginLine | EndLine;
       return "BLOCK";
     }
     return {};
@@ -44,7 +44,7 @@ class BlockShape {
     if ((expected_ & keyword) == 0) Unexpected(word);
   }
 
-  unsigned expected_ = kBegin;
+  unsigned expected_ = BeginLine;
   int depth_ = 0;
 };
 

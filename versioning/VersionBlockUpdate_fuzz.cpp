@@ -21,7 +21,7 @@ void Update(std::string_view bytes) {
   qx::VersionValues values;
   values.numbers = {7, 6, 5, 4};
   const std::string block = qx::WriteVersionBlock(values, {{"CompanyName", "ACME"}});
-  qx::SourceText source(bytes, "App.rc", qx::PlainAscii::kIsSystemCodePage);
+  qx::SourceText source(bytes, "App.rc", qx::PlainAscii::IsSystemCodePage);
   const std::string script(source.NormalText());
   const auto place = qx::FindVersionBlock(script, "App.rc");
   const std::string before = script.substr(0, place.begin), behind = script.substr(place.end);

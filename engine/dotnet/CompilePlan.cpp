@@ -43,7 +43,7 @@ std::string WithoutExtension(const std::string& file) {
 
 const BuiltProject* FindNeed(const ProjectTask& task, const NetReference& reference) {
   for (const BuiltProject* need : task.needs) {
-    if (!reference.project_guid.empty() && SameText(need->guid, reference.project_guid)) return need;
+    if (!reference.projectGuid.empty() && SameText(need->guid, reference.projectGuid)) return need;
   }
   for (const BuiltProject* need : task.needs) {
     if (SameText(need->name, reference.name)) return need;
@@ -52,9 +52,9 @@ const BuiltProject* FindNeed(const ProjectTask& task, const NetReference& refere
 }
 
 bool IsUnicode(std::string_view bytes) {
-  const bool is_marked =
+  const bool isMarked =
       bytes.starts_with("\xEF\xBB\xBF") || bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
-  return is_marked || IsValidUtf8(bytes);
+  return isMarked || IsValidUtf8(bytes);
 }
 
 class Planner {
@@ -70,15 +70,15 @@ class Planner {
       return std::move(plan_);
     }
     plan_.output = output.path;
-    plan_.file_name = FilePart(plan_.output);
-    plan_.name = WithoutExtension(plan_.file_name);
+    plan_.fileName = FilePart(plan_.output);
+    plan_.name = WithoutExtension(plan_.fileName);
     if (plan_.output.size() > 1 && plan_.output[1] == ':') {
       Error(project_.file, "CS2021",
-            "the output would go to a drive of Windows: " + project_.output_path.value);
+            "the output would go to a drive of Windows: " + project_.outputPath.value);
     }
     const std::string configuration = AsFileName(task_.configuration);
     plan_.intermediate = WithTrailingDelimiter(NetPath(project_, "obj/" + configuration));
-    plan_.intermediate_file = plan_.intermediate + plan_.file_name;
+    plan_.intermediateFile = plan_.intermediate + plan_.fileName;
     AddSources();
     AddResources();
     AddReferences();
@@ -104,7 +104,7 @@ class Planner {
 
   void AddSources() {
     std::set<std::string> seen;
-    bool is_unicode = true;
+    bool isUnicode = true;
     for (const NetFile& file : project_.files) {
       if (!SameText(file.action, "Compile")) continue;
       const std::string path = Existing(file.path);
@@ -112,14 +112,14 @@ class Planner {
       plan_.sources.push_back(path);
       std::string bytes;
       if (!TryReadFile(path, bytes)) continue;  // the compiler will say why
-      is_unicode = is_unicode && IsUnicode(bytes);
+      isUnicode = isUnicode && IsUnicode(bytes);
       if (bytes.find("AssemblyKeyFile") == std::string::npos) continue;
       if (const auto key = KeyFileAttribute(project_.language, bytes, project_.defines)) {
-        key_attribute_ = *key;
-        key_source_ = path;
+        keyAttribute_ = *key;
+        keySource_ = path;
       }
     }
-    if (!is_unicode) plan_.code_page = kUsualCodePage;
+    if (!isUnicode) plan_.codePage = kUsualCodePage;
     if (missing_.empty()) return;
     std::string text = "Source file '" + missing_[0] + "' could not be found";
     if (missing_.size() > 1) text += ", and " + std::to_string(missing_.size() - 1) + " more";
@@ -141,16 +141,16 @@ class Planner {
       NetResourceName name = NameOfResource(project_, file, ClassOf(file));
       resource.name = std::move(name.name);
       resource.culture = std::move(name.culture);
-      const bool is_compiled = HasExtension(resource.source, ".resx");
-      resource.embedded = is_compiled ? plan_.intermediate + AsFileName(resource.name) : resource.source;
+      const bool isCompiled = HasExtension(resource.source, ".resx");
+      resource.embedded = isCompiled ? plan_.intermediate + AsFileName(resource.name) : resource.source;
       plan_.resources.push_back(std::move(resource));
     }
   }
 
   // Of the source that a resource depends on, which lies in the same folder of the project.
   std::string ClassOf(const NetFile& resource) {
-    if (resource.depends_on.empty()) return {};
-    const std::string place = FolderPart(resource.place) + resource.depends_on;
+    if (resource.dependsOn.empty()) return {};
+    const std::string place = FolderPart(resource.place) + resource.dependsOn;
     const auto found = std::ranges::find_if(project_.files,
                                             [&](const NetFile& file) { return SameText(file.place, place); });
     const std::string path = NetPath(project_, found == project_.files.end() ? place : found->path);
@@ -162,19 +162,19 @@ class Planner {
     std::set<std::string> seen;
     for (const NetReference& reference : project_.references) {
       if (SameText(reference.name, "mscorlib")) continue;  // the compiler's own
-      bool is_local = false;
-      const std::string file = ResolveReference(project_, reference, task_, folders_, is_local);
+      bool isLocal = false;
+      const std::string file = ResolveReference(project_, reference, task_, folders_, isLocal);
       if (file.empty()) {
         Warning(project_.file, "MSB3245",
                 "The referenced " +
-                    std::string(reference.IsProject()        ? "project"
-                                : reference.com_guid.empty() ? "component"
-                                                             : "type library's wrapper") +
+                    std::string(reference.IsProject()       ? "project"
+                                : reference.comGuid.empty() ? "component"
+                                                            : "type library's wrapper") +
                     " '" + reference.name + "' could not be found");
         continue;
       }
       if (!seen.insert(file).second) continue;
-      plan_.references.push_back({file, reference.copy_local.value_or(is_local) && !IsOfFramework(file)});
+      plan_.references.push_back({file, reference.copyLocal.value_or(isLocal) && !IsOfFramework(file)});
     }
   }
 
@@ -186,44 +186,44 @@ class Planner {
       if (!FileExists(plan_.icon))
         Error(project_.file, "CS1566", "the icon '" + project_.icon + "' is not there");
     }
-    if (!project_.documentation_file.empty()) {
-      plan_.documentation_file = NetPath(project_, project_.documentation_file);
+    if (!project_.documentationFile.empty()) {
+      plan_.documentationFile = NetPath(project_, project_.documentationFile);
     }
     for (const NetFile& file : project_.files) {
       if (!SameText(file.place, "app.config")) continue;
       const std::string path = NetPath(project_, file.path);
-      if (FileExists(path)) plan_.application_config = path;
+      if (FileExists(path)) plan_.applicationConfig = path;
     }
     AddKey();
   }
 
   // The compiler of those years looked for the attribute's file from where it wrote to, which was obj\CONFIGURATION.
   void AddKey() {
-    if (!project_.key_container.empty()) {
+    if (!project_.keyContainer.empty()) {
       Warning(project_.file, "CS1548",
-              "there are no key containers here; '" + project_.key_container + "' is not used");
+              "there are no key containers here; '" + project_.keyContainer + "' is not used");
     }
-    if (key_attribute_.empty()) return AddSettingsKey();
-    const std::string first = ExpandPath(plan_.intermediate, key_attribute_);
+    if (keyAttribute_.empty()) return AddSettingsKey();
+    const std::string first = ExpandPath(plan_.intermediate, keyAttribute_);
     for (const std::string& folder : {plan_.intermediate, plan_.folder, plan_.OutputFolder()}) {
-      const std::string path = FindExisting(ExpandPath(folder, key_attribute_));
+      const std::string path = FindExisting(ExpandPath(folder, keyAttribute_));
       if (path.empty() || !FileExists(path)) continue;
-      plan_.key_file = path;
+      plan_.keyFile = path;
       return;
     }
-    Error(key_source_, "CS1548",
-          "The key file '" + key_attribute_ + "' is not there. Keys are often not published: put it at " +
+    Error(keySource_, "CS1548",
+          "The key file '" + keyAttribute_ + "' is not there. Keys are often not published: put it at " +
               first + ", or make one there with: sn -k");
   }
 
   // In these projects the setting is for wrappers of type libraries first of all: none of its own is required.
   void AddSettingsKey() {
-    if (project_.key_file.empty()) return;
-    const std::string path = NetPath(project_, project_.key_file);
+    if (project_.keyFile.empty()) return;
+    const std::string path = NetPath(project_, project_.keyFile);
     if (FileExists(path)) {
-      plan_.key_file = path;
+      plan_.keyFile = path;
     } else {
-      Warning(project_.file, "CS1548", "the key file '" + project_.key_file + "' is not there");
+      Warning(project_.file, "CS1548", "the key file '" + project_.keyFile + "' is not there");
     }
   }
 
@@ -232,25 +232,25 @@ class Planner {
   const AssemblyFolders& folders_;
   CompilePlan plan_;
   std::vector<std::string> missing_;
-  std::string key_attribute_, key_source_;
+  std::string keyAttribute_, keySource_;
 };
 
 }  // namespace
 
 std::string ResolveReference(const NetProject& project, const NetReference& reference,
-                             const ProjectTask& task, const AssemblyFolders& folders, bool& is_local) {
-  is_local = true;
+                             const ProjectTask& task, const AssemblyFolders& folders, bool& isLocal) {
+  isLocal = true;
   if (reference.IsProject()) {
     const BuiltProject* need = FindNeed(task, reference);
     return need != nullptr && IsAssemblyFile(need->output) ? need->output : std::string();
   }
   const std::string framework = FindFrameworkAssembly(folders, reference.name);
   if (!framework.empty() && IsFrameworkName(reference.name)) {
-    is_local = false;
+    isLocal = false;
     return framework;
   }
-  std::string hint = reference.hint_path;
-  if (hint.empty() && !reference.com_guid.empty()) hint = "obj\\Interop." + reference.name + ".dll";
+  std::string hint = reference.hintPath;
+  if (hint.empty() && !reference.comGuid.empty()) hint = "obj\\Interop." + reference.name + ".dll";
   if (!hint.empty()) {
     const std::string path = NetPath(project, hint);
     if (FileExists(path)) return path;
@@ -260,10 +260,10 @@ std::string ResolveReference(const NetProject& project, const NetReference& refe
       return need->output;
     }
   }
-  is_local = false;
+  isLocal = false;
   if (!framework.empty()) return framework;
   if (std::string cached = FindCachedAssembly(folders, reference.name); !cached.empty()) return cached;
-  is_local = true;
+  isLocal = true;
   return FindPackagedAssembly(folders, reference.name);
 }
 
@@ -282,7 +282,7 @@ CompilePlan MakeCompilePlan(const NetProject& project, const ProjectTask& task,
 }
 
 bool CompilePlan::CanBeCompiled() const {
-  return std::ranges::none_of(problems, [](const PlanProblem& problem) { return problem.is_error; });
+  return std::ranges::none_of(problems, [](const PlanProblem& problem) { return problem.isError; });
 }
 
 std::string CompilePlan::OutputFolder() const { return FolderPart(output); }

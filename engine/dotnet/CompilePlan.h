@@ -12,8 +12,8 @@
 namespace qx {
 
 struct PlannedReference {
-  std::string file;         // the assembly, absolute
-  bool copy_local = false;  // it goes beside the output
+  std::string file;        // the assembly, absolute
+  bool copyLocal = false;  // it goes beside the output
 };
 
 struct PlannedResource {
@@ -25,24 +25,24 @@ struct PlannedResource {
 };
 
 struct PlanProblem {
-  bool is_error;
+  bool isError;
   std::string file;  // what it is about
   std::string code;  // "CS2001"
   std::string text;
 };
 
 struct CompilePlan {
-  std::string name;               // of the assembly
-  std::string file_name;          // with its extension
-  std::string folder;             // the project's, with a delimiter behind, as all folders here
-  std::string intermediate;       // "obj/Release/"
-  std::string intermediate_file;  // the program in it
-  std::string output;             // where it goes
+  std::string name;              // of the assembly
+  std::string fileName;          // with its extension
+  std::string folder;            // the project's, with a delimiter behind, as all folders here
+  std::string intermediate;      // "obj/Release/"
+  std::string intermediateFile;  // the program in it
+  std::string output;            // where it goes
   std::vector<std::string> sources;
   std::vector<PlannedResource> resources;
   std::vector<PlannedReference> references;
-  std::string key_file, icon, documentation_file, application_config;  // absolute, or empty
-  std::string code_page;                                               // of the sources; empty: UTF-8
+  std::string keyFile, icon, documentationFile, applicationConfig;  // absolute, or empty
+  std::string codePage;                                             // of the sources; empty: UTF-8
   std::vector<PlanProblem> problems;
 
   bool CanBeCompiled() const;
@@ -60,9 +60,9 @@ CompilePlan MakeCompilePlan(const NetProject& project, const ProjectTask& task,
 // The code page of a project's sources, for the compiler; empty: they are UTF-8, or marked.
 std::string CodePageOfSources(const NetProject& project);
 
-// Where an assembly that a project refers to lies; empty: nowhere. `is_local` tells whether it belongs beside
+// Where an assembly that a project refers to lies; empty: nowhere. `isLocal` tells whether it belongs beside
 // the output unless the project says otherwise.
 std::string ResolveReference(const NetProject& project, const NetReference& reference,
-                             const ProjectTask& task, const AssemblyFolders& folders, bool& is_local);
+                             const ProjectTask& task, const AssemblyFolders& folders, bool& isLocal);
 
 }  // namespace qx

@@ -9,10 +9,10 @@ class CompilePlanning : public testing::Test {
  protected:
   CompilePlanning() {
     project_.file = folder_ / "P/P.csproj";
-    project_.has_configuration = true;
-    project_.assembly_name.value = "P";
-    project_.output_type.value = "Library";
-    project_.output_path.value = "bin\\";
+    project_.hasConfiguration = true;
+    project_.assemblyName.value = "P";
+    project_.outputType.value = "Library";
+    project_.outputPath.value = "bin\\";
     task_.configuration = "Debug";
     folders_ = {folder_ / "4.5/", folder_ / "gac/", folder_ / "cli/"};
   }
@@ -20,10 +20,10 @@ class CompilePlanning : public testing::Test {
     folder_.Write("P/" + name, text);
     project_.files.push_back({name, name, "Compile", "", ""});
   }
-  std::string Resolve(NetReference reference, bool* is_local = nullptr) {
+  std::string Resolve(NetReference reference, bool* isLocal = nullptr) {
     bool local = false;
     const std::string file = ResolveReference(project_, reference, task_, folders_, local);
-    if (is_local != nullptr) *is_local = local;
+    if (isLocal != nullptr) *isLocal = local;
     return file.starts_with(folder_.Path()) ? file.substr(folder_.Path().size()) : file;
   }
 
@@ -36,22 +36,22 @@ class CompilePlanning : public testing::Test {
 TEST_F(CompilePlanning, FindsReferencesInTheirOrder) {
   NetReference hinted;
   hinted.name = "nunit.framework";
-  hinted.hint_path = "..\\Lib\\NUnit.framework.dll";
-  bool is_local = true;
+  hinted.hintPath = "..\\Lib\\NUnit.framework.dll";
+  bool isLocal = true;
   EXPECT_EQ(Resolve(hinted), "");
   folder_.Write("cli/nunit.framework-2.6/nunit.framework.dll", "");
-  EXPECT_EQ(Resolve(hinted, &is_local), "cli/nunit.framework-2.6/nunit.framework.dll");
-  EXPECT_TRUE(is_local);
+  EXPECT_EQ(Resolve(hinted, &isLocal), "cli/nunit.framework-2.6/nunit.framework.dll");
+  EXPECT_TRUE(isLocal);
   folder_.Write("gac/nunit.framework/2.6__1/nunit.framework.dll", "");
-  EXPECT_EQ(Resolve(hinted, &is_local), "gac/nunit.framework/2.6__1/nunit.framework.dll");
-  EXPECT_FALSE(is_local);
+  EXPECT_EQ(Resolve(hinted, &isLocal), "gac/nunit.framework/2.6__1/nunit.framework.dll");
+  EXPECT_FALSE(isLocal);
   BuiltProject need;
   need.output = folder_.Write("out/nunit.framework.dll", "");
   task_.needs = {&need};
-  EXPECT_EQ(Resolve(hinted, &is_local), "out/nunit.framework.dll");
+  EXPECT_EQ(Resolve(hinted, &isLocal), "out/nunit.framework.dll");
   folder_.Write("lib/nunit.framework.dll", "");
-  EXPECT_EQ(Resolve(hinted, &is_local), "lib/nunit.framework.dll");
-  EXPECT_TRUE(is_local);
+  EXPECT_EQ(Resolve(hinted, &isLocal), "lib/nunit.framework.dll");
+  EXPECT_TRUE(isLocal);
 }
 
 TEST_F(CompilePlanning, PrefersTheFrameworkToOldCopiesOfIt) {
@@ -59,7 +59,7 @@ TEST_F(CompilePlanning, PrefersTheFrameworkToOldCopiesOfIt) {
   folder_.Write("P/System.XML.dll", "");
   NetReference reference;
   reference.name = "System.XML";
-  reference.hint_path = "System.XML.dll";
+  reference.hintPath = "System.XML.dll";
   EXPECT_EQ(Resolve(reference), "4.5/System.Xml.dll");
 }
 
@@ -71,9 +71,9 @@ TEST_F(CompilePlanning, FindsProjectsByIdentifierAndName) {
   second.output = "/out/b.exe";
   task_.needs = {&first, &second};
   NetReference reference;
-  reference.project_guid = "{aaaaaaaa-0000-0000-0000-000000000000}";
+  reference.projectGuid = "{aaaaaaaa-0000-0000-0000-000000000000}";
   EXPECT_EQ(Resolve(reference), "/out/a.dll");
-  reference.project_guid = "{BBBBBBBB-0000-0000-0000-000000000000}";
+  reference.projectGuid = "{BBBBBBBB-0000-0000-0000-000000000000}";
   reference.name = "Second";
   EXPECT_EQ(Resolve(reference), "/out/b.exe");
   second.output = "/out/b.lib";  // a static library is nothing to refer to
@@ -87,18 +87,18 @@ TEST_F(CompilePlanning, KeepsTheIntermediateFolderInsideTheProject) {
 
 TEST_F(CompilePlanning, KnowsSourcesInACodePage) {
   AddSource("a.cs", "// \xC3\xA4");
-  EXPECT_EQ(MakeCompilePlan(project_, task_, folders_).code_page, "");
+  EXPECT_EQ(MakeCompilePlan(project_, task_, folders_).codePage, "");
   AddSource("b.cs", "// \xE4");
-  EXPECT_EQ(MakeCompilePlan(project_, task_, folders_).code_page, "1252");
+  EXPECT_EQ(MakeCompilePlan(project_, task_, folders_).codePage, "1252");
 }
 
 TEST_F(CompilePlanning, LooksForTheKeyFromTheIntermediateFolderFirst) {
   AddSource("AssemblyInfo.cs", "[assembly: AssemblyKeyFile(\"..\\\\..\\\\Key.snk\")]");
   EXPECT_FALSE(MakeCompilePlan(project_, task_, folders_).CanBeCompiled());
-  const std::string by_output = folder_.Write("key.snk", "");
-  EXPECT_EQ(MakeCompilePlan(project_, task_, folders_).key_file, by_output);
+  const std::string byOutput = folder_.Write("key.snk", "");
+  EXPECT_EQ(MakeCompilePlan(project_, task_, folders_).keyFile, byOutput);
   const std::string key = folder_.Write("P/key.snk", "");
-  EXPECT_EQ(MakeCompilePlan(project_, task_, folders_).key_file, key);
+  EXPECT_EQ(MakeCompilePlan(project_, task_, folders_).keyFile, key);
 }
 
 TEST_F(CompilePlanning, NamesEveryMissingSourceOnce) {

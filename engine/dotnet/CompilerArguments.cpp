@@ -15,15 +15,15 @@ constexpr const char* kNewerWarnings = "1616,1699";
 constexpr const char* kNewerLibraryWarnings = "612,618";
 
 struct Target {
-  const char* output_type;
+  const char* outputType;
   const char* target;
 };
 constexpr Target kTargets[] = {
     {"Exe", "exe"}, {"WinExe", "winexe"}, {"Library", "library"}, {"Module", "module"}};
 
-std::string TargetOf(const std::string& output_type) {
+std::string TargetOf(const std::string& outputType) {
   for (const Target& target : kTargets) {
-    if (SameText(target.output_type, output_type)) return target.target;
+    if (SameText(target.outputType, outputType)) return target.target;
   }
   return "exe";
 }
@@ -75,49 +75,49 @@ void AddFiles(Arguments& arguments, const CompilePlan& plan) {
 }  // namespace
 
 Arguments McsArguments(const NetProject& project, const CompilePlan& plan, const std::string& output) {
-  Arguments arguments = {"-out:" + output, "-target:" + TargetOf(project.output_type.value),
-                         "-warn:" + std::to_string(std::clamp(project.warning_level, 0, 4)),
+  Arguments arguments = {"-out:" + output, "-target:" + TargetOf(project.outputType.value),
+                         "-warn:" + std::to_string(std::clamp(project.warningLevel, 0, 4)),
                          project.debug ? "-debug+" : "-debug-",
                          project.optimise ? "-optimize+" : "-optimize-"};
-  const std::string no_warn = Numbers(project.no_warn);
-  arguments.push_back("-nowarn:" + (no_warn.empty() ? "" : no_warn + ",") + kNewerWarnings);
+  const std::string noWarn = Numbers(project.noWarn);
+  arguments.push_back("-nowarn:" + (noWarn.empty() ? "" : noWarn + ",") + kNewerWarnings);
   AddIf(arguments, "-define:", Symbols(project.defines));
-  if (project.allow_unsafe) arguments.emplace_back("-unsafe+");
-  if (project.check_overflow) arguments.emplace_back("-checked+");
-  if (project.no_standard_library) arguments.emplace_back("-nostdlib+");
-  if (project.warnings_as_errors) {
+  if (project.allowUnsafe) arguments.emplace_back("-unsafe+");
+  if (project.checkOverflow) arguments.emplace_back("-checked+");
+  if (project.noStandardLibrary) arguments.emplace_back("-nostdlib+");
+  if (project.warningsAsErrors) {
     arguments.emplace_back("-warnaserror+");
     arguments.push_back(std::string("-warnaserror-:") + kNewerLibraryWarnings);
   }
-  AddIf(arguments, "-doc:", plan.documentation_file);
-  AddIf(arguments, "-main:", project.startup_object);
+  AddIf(arguments, "-doc:", plan.documentationFile);
+  AddIf(arguments, "-main:", project.startupObject);
   AddIf(arguments, "-win32icon:", plan.icon);
-  AddIf(arguments, "-keyfile:", plan.key_file);
-  if (project.delay_sign && !plan.key_file.empty()) arguments.emplace_back("-delaysign+");
-  AddIf(arguments, "-codepage:", plan.code_page);
-  AddIf(arguments, "-platform:", project.platform_target);
+  AddIf(arguments, "-keyfile:", plan.keyFile);
+  if (project.delaySign && !plan.keyFile.empty()) arguments.emplace_back("-delaysign+");
+  AddIf(arguments, "-codepage:", plan.codePage);
+  AddIf(arguments, "-platform:", project.platformTarget);
   AddFiles(arguments, plan);
   return arguments;
 }
 
 Arguments VbncArguments(const NetProject& project, const CompilePlan& plan, const std::string& output) {
-  Arguments arguments = {"-out:" + output, "-target:" + TargetOf(project.output_type.value),
+  Arguments arguments = {"-out:" + output, "-target:" + TargetOf(project.outputType.value),
                          project.debug ? "-debug+" : "-debug-",
                          project.optimise ? "-optimize+" : "-optimize-",
-                         project.check_overflow ? "-removeintchecks-" : "-removeintchecks+"};
-  AddIf(arguments, "-rootnamespace:", project.root_namespace);
+                         project.checkOverflow ? "-removeintchecks-" : "-removeintchecks+"};
+  AddIf(arguments, "-rootnamespace:", project.rootNamespace);
   AddIf(arguments, "-imports:", project.imports);
   std::string defines = Symbols(project.defines);
   std::replace(defines.begin(), defines.end(), ';', ',');
   AddIf(arguments, "-define:", defines);
-  arguments.emplace_back(SameText(project.option_strict, "On") ? "-optionstrict+" : "-optionstrict-");
-  arguments.emplace_back(SameText(project.option_explicit, "Off") ? "-optionexplicit-" : "-optionexplicit+");
-  arguments.emplace_back(SameText(project.option_compare, "Text") ? "-optioncompare:text"
-                                                                  : "-optioncompare:binary");
-  if (project.warnings_as_errors) arguments.emplace_back("-warnaserror+");
-  AddIf(arguments, "-main:", project.startup_object);
+  arguments.emplace_back(SameText(project.optionStrict, "On") ? "-optionstrict+" : "-optionstrict-");
+  arguments.emplace_back(SameText(project.optionExplicit, "Off") ? "-optionexplicit-" : "-optionexplicit+");
+  arguments.emplace_back(SameText(project.optionCompare, "Text") ? "-optioncompare:text"
+                                                                 : "-optioncompare:binary");
+  if (project.warningsAsErrors) arguments.emplace_back("-warnaserror+");
+  AddIf(arguments, "-main:", project.startupObject);
   AddIf(arguments, "-win32icon:", plan.icon);
-  AddIf(arguments, "-keyfile:", plan.key_file);
+  AddIf(arguments, "-keyfile:", plan.keyFile);
   AddFiles(arguments, plan);
   return arguments;
 }
@@ -126,7 +126,7 @@ Arguments AlArguments(const CompilePlan& plan, const std::string& culture, const
                       const std::string& output) {
   Arguments arguments = {"-nologo", "-target:library", "-culture:" + culture, "-out:" + output,
                          "-template:" + program};
-  AddIf(arguments, "-keyfile:", plan.key_file);
+  AddIf(arguments, "-keyfile:", plan.keyFile);
   for (const PlannedResource* resource : plan.ResourcesOf(culture)) {
     arguments.push_back("-embed:" + resource->embedded + "," + resource->name);
   }

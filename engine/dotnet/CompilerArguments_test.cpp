@@ -7,21 +7,21 @@ namespace {
 
 TEST(CompilerArguments, AreMcssOwn) {
   NetProject project;
-  project.output_type.value = "WinExe";
+  project.outputType.value = "WinExe";
   project.defines = " DEBUG, TRACE;;X ";
-  project.no_warn = "0618, 1591;";
-  project.debug = project.allow_unsafe = project.check_overflow = project.warnings_as_errors = true;
-  project.startup_object = "A.B";
-  project.warning_level = 9;
+  project.noWarn = "0618, 1591;";
+  project.debug = project.allowUnsafe = project.checkOverflow = project.warningsAsErrors = true;
+  project.startupObject = "A.B";
+  project.warningLevel = 9;
   CompilePlan plan;
   plan.sources = {"/p/a b.cs"};
   plan.references = {{"/lib/System.dll", false}};
   plan.resources = {{"/p/x.bmp", "/p/x.bmp", "P.x.bmp", ""},
                     {"/p/y.resx", "/o/y.resources", "P.y.de.resources", "de"}};
   plan.icon = "/p/a.ico";
-  plan.key_file = "/p/k.snk";
-  plan.code_page = "1252";
-  plan.documentation_file = "/p/a.xml";
+  plan.keyFile = "/p/k.snk";
+  plan.codePage = "1252";
+  plan.documentationFile = "/p/a.xml";
   EXPECT_EQ(
       McsArguments(project, plan, "/o/a.exe"),
       (std::vector<std::string>{"-out:/o/a.exe", "-target:winexe", "-warn:4", "-debug+", "-optimize-",
@@ -33,12 +33,12 @@ TEST(CompilerArguments, AreMcssOwn) {
 
 TEST(CompilerArguments, AreVbncsOwn) {
   NetProject project;
-  project.output_type.value = "Library";
-  project.root_namespace = "Root";
+  project.outputType.value = "Library";
+  project.rootNamespace = "Root";
   project.imports = "System,System.Data";
   project.defines = "DEBUG=True;TRACE=True";
-  project.option_strict = "On";
-  project.check_overflow = true;
+  project.optionStrict = "On";
+  project.checkOverflow = true;
   const std::vector<std::string> arguments = VbncArguments(project, {}, "/o/a.dll");
   EXPECT_EQ(arguments,
             (std::vector<std::string>{"-out:/o/a.dll", "-target:library", "-debug-", "-optimize-",

@@ -36,8 +36,8 @@ class Collector {
     }
     std::string bytes;
     std::error_code error;
-    const bool is_small = fs::file_size(assembly, error) <= kLargest && !error;
-    if (is_small) TryReadFile(assembly, bytes);
+    const bool isSmall = fs::file_size(assembly, error) <= kLargest && !error;
+    if (isSmall) TryReadFile(assembly, bytes);
     std::vector<std::string> needed;
     for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
       const std::string name = at->path().filename().string();
@@ -78,10 +78,10 @@ bool NamesAssembly(std::string_view bytes, std::string_view name) {
 std::vector<FileCopy> CopiesBeside(const CompilePlan& plan, const AssemblyFolders& folders) {
   Collector collector(plan, folders);
   for (const PlannedReference& reference : plan.references) {
-    if (reference.copy_local) collector.Add(reference.file);
+    if (reference.copyLocal) collector.Add(reference.file);
   }
-  if (!plan.application_config.empty()) {
-    collector.copies.push_back({plan.application_config, plan.output + ".config"});
+  if (!plan.applicationConfig.empty()) {
+    collector.copies.push_back({plan.applicationConfig, plan.output + ".config"});
   }
   return std::move(collector.copies);
 }

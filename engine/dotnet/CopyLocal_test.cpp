@@ -29,7 +29,7 @@ TEST(CopyLocal, TakesWhatBelongsToAReference) {
   CompilePlan plan;
   plan.output = folder / "out/App.exe";
   plan.references = {{lib, true}, {same, true}, {folder / "lib/Unused.dll", false}};
-  plan.application_config = folder / "App.config";
+  plan.applicationConfig = folder / "App.config";
   std::string copied;
   for (const FileCopy& copy : CopiesBeside(plan, {folder / "4.5/", folder / "gac/", folder / "cli/"})) {
     copied += copy.to.substr((folder / "out/").size()) + " ";

@@ -29,21 +29,21 @@ class MonoBuild {
       : project_(project), task_(task), console_(console) {}
 
   BuiltProject Run() {
-    const bool is_basic = project_.language == NetLanguage::VisualBasic;
-    compiler_ = FindProgram(is_basic ? "vbnc" : "mcs");
-    if (compiler_.empty()) return Failed(is_basic ? kNoBasicCompiler : kNoCompiler);
-    if (!project_.has_configuration) return Failed(NoConfiguration());
+    const bool isBasic = project_.language == NetLanguage::VisualBasic;
+    compiler_ = FindProgram(isBasic ? "vbnc" : "mcs");
+    if (compiler_.empty()) return Failed(isBasic ? kNoBasicCompiler : kNoCompiler);
+    if (!project_.hasConfiguration) return Failed(NoConfiguration());
     folders_ = SystemAssemblyFolders(compiler_);
     MakePlan();
     if (plan_.output.empty()) return Failed(FirstError());
     if (task_.goal == Goal::Clean) return Clean();
-    if (task_.goal == Goal::Rebuild) RemoveFile(plan_.intermediate_file);
+    if (task_.goal == Goal::Rebuild) RemoveFile(plan_.intermediateFile);
     if (IsUpToDate()) return UpToDate();
     std::string reason = Build();
     const WhenToRun when = WhenPostBuildEventRuns(project_);
-    const bool runs_event =
+    const bool runsEvent =
         when == WhenToRun::Always || (reason.empty() && (when == WhenToRun::OnBuildSuccess || changed_));
-    if (runs_event) {
+    if (runsEvent) {
       const std::string event = RunEvent("PostBuildEvent");
       if (reason.empty()) reason = event;
     }
@@ -60,9 +60,9 @@ class MonoBuild {
   void MakePlan() {
     plan_ = MakeCompilePlan(project_, task_, folders_);
     if (plan_.output.empty()) return;
-    response_file_ = plan_.intermediate_file + ".rsp";
+    responseFile_ = plan_.intermediateFile + ".rsp";
     scratch_ = plan_.intermediate + "new/";
-    const std::string output = scratch_ + plan_.file_name;
+    const std::string output = scratch_ + plan_.fileName;
     response_ = ResponseFileText(project_.language == NetLanguage::VisualBasic
                                      ? VbncArguments(project_, plan_, output)
                                      : McsArguments(project_, plan_, output));
@@ -73,7 +73,7 @@ class MonoBuild {
   // The program from the intermediate folder, with what belongs to it.
   void AddOwnCopies() {
     const std::string folder = plan_.OutputFolder();
-    std::vector<FileCopy> own = {{plan_.intermediate_file, plan_.output}};
+    std::vector<FileCopy> own = {{plan_.intermediateFile, plan_.output}};
     for (const std::string& file : DebugFiles()) own.push_back({plan_.intermediate + file, folder + file});
     for (const std::string& culture : plan_.Cultures()) {
       const std::string name = plan_.SatelliteName(culture);
@@ -93,13 +93,13 @@ class MonoBuild {
 
   std::vector<std::string> DebugFiles() const {
     const std::string stem =
-        plan_.file_name.substr(0, plan_.file_name.size() - ExtensionOf(plan_.file_name).size());
-    return {stem + ".pdb", plan_.file_name + ".mdb"};
+        plan_.fileName.substr(0, plan_.fileName.size() - ExtensionOf(plan_.fileName).size());
+    return {stem + ".pdb", plan_.fileName + ".mdb"};
   }
 
   std::string FirstError() const {
     for (const PlanProblem& problem : plan_.problems) {
-      if (problem.is_error) return problem.text;
+      if (problem.isError) return problem.text;
     }
     return "its output is not known";
   }
@@ -108,22 +108,22 @@ class MonoBuild {
     std::vector<std::string> inputs = plan_.sources;
     for (const PlannedReference& reference : plan_.references) inputs.push_back(reference.file);
     for (const PlannedResource* resource : plan_.ResourcesOf("")) inputs.push_back(resource->embedded);
-    if (!plan_.key_file.empty()) inputs.push_back(plan_.key_file);
+    if (!plan_.keyFile.empty()) inputs.push_back(plan_.keyFile);
     if (!plan_.icon.empty()) inputs.push_back(plan_.icon);
     return inputs;
   }
 
   std::vector<std::string> SatelliteInputs(const std::string& culture) const {
-    std::vector<std::string> inputs = {plan_.intermediate_file};
+    std::vector<std::string> inputs = {plan_.intermediateFile};
     for (const PlannedResource* resource : plan_.ResourcesOf(culture)) inputs.push_back(resource->embedded);
     return inputs;
   }
 
   bool IsCompiled() const {
     std::string before;
-    return TryReadFile(response_file_, before) && before == response_ &&
-           IsFresh(plan_.intermediate_file, CompilerInputs()) &&
-           (plan_.documentation_file.empty() || FileExists(plan_.documentation_file));
+    return TryReadFile(responseFile_, before) && before == response_ &&
+           IsFresh(plan_.intermediateFile, CompilerInputs()) &&
+           (plan_.documentationFile.empty() || FileExists(plan_.documentationFile));
   }
 
   bool IsUpToDate() const {
@@ -159,13 +159,13 @@ class MonoBuild {
   }
 
   std::string Build() {
-    if (!TrimView(project_.pre_build_event).empty()) {
+    if (!TrimView(project_.preBuildEvent).empty()) {
       std::string reason = RunEvent("PreBuildEvent");
       if (!reason.empty()) return reason;
       MakePlan();  // the event may have made sources
     }
     for (const PlanProblem& problem : plan_.problems) {
-      if (problem.is_error) {
+      if (problem.isError) {
         console_.Error(problem.file, 0, problem.code, problem.text);
       } else {
         console_.Warning(problem.file, 0, problem.code, problem.text);
@@ -197,33 +197,33 @@ class MonoBuild {
 
   // Through a folder of its own: what was half written when the build was stopped is never taken for done.
   std::string Compile() {
-    RemoveFile(plan_.intermediate_file);
+    RemoveFile(plan_.intermediateFile);
     for (const std::string& file : DebugFiles()) RemoveFile(plan_.intermediate + file);
-    if (!plan_.documentation_file.empty()) CreateFolders(FolderPart(plan_.documentation_file));
-    ReplaceFile(response_file_, response_);
+    if (!plan_.documentationFile.empty()) CreateFolders(FolderPart(plan_.documentationFile));
+    ReplaceFile(responseFile_, response_);
     const Console::Counts before = console_.Counted();
     ChildCommand command{{compiler_}, plan_.folder, {}};
     if (project_.language != NetLanguage::VisualBasic) command.arguments.emplace_back("-noconfig");
-    command.arguments.push_back("@" + response_file_);
+    command.arguments.push_back("@" + responseFile_);
     const ChildResult result = RunChild(command, [this](std::string_view line) { PrintCompilerLine(line); });
     if (!result.reason.empty()) return result.reason;
     const Console::Counts after = console_.Counted();
     console_.Line("Build complete -- " + std::to_string(after.errors - before.errors) + " errors, " +
                   std::to_string(after.warnings - before.warnings) + " warnings");
     if (result.code != 0) return FilePart(compiler_) + " returned code " + std::to_string(result.code);
-    if (!FileExists(scratch_ + plan_.file_name)) return FilePart(compiler_) + " wrote no " + plan_.file_name;
+    if (!FileExists(scratch_ + plan_.fileName)) return FilePart(compiler_) + " wrote no " + plan_.fileName;
     for (const std::string& file : DebugFiles()) {
       if (FileExists(scratch_ + file)) MoveIntoPlace(scratch_ + file, plan_.intermediate + file);
     }
-    MoveIntoPlace(scratch_ + plan_.file_name, plan_.intermediate_file);
+    MoveIntoPlace(scratch_ + plan_.fileName, plan_.intermediateFile);
     return {};
   }
 
   // What is about no file gets the project's name in front, as the old product had it; the count comes from here.
   void PrintCompilerLine(std::string_view line) {
     if (line.starts_with("Compilation failed:") || line.starts_with("Compilation succeeded")) return;
-    const bool is_bare = line.starts_with("error ") || line.starts_with("warning ");
-    console_.Line(is_bare ? task_.name + " : " + std::string(line) : std::string(line));
+    const bool isBare = line.starts_with("error ") || line.starts_with("warning ");
+    console_.Line(isBare ? task_.name + " : " + std::string(line) : std::string(line));
   }
 
   std::string MakeSatellites() {
@@ -234,7 +234,7 @@ class MonoBuild {
       if (IsFresh(plan_.intermediate + name, SatelliteInputs(culture))) continue;
       CreateFolders(FolderPart(scratch_ + name));
       ChildCommand command{{"al"}, plan_.folder, {}};
-      for (std::string& argument : AlArguments(plan_, culture, plan_.intermediate_file, scratch_ + name)) {
+      for (std::string& argument : AlArguments(plan_, culture, plan_.intermediateFile, scratch_ + name)) {
         command.arguments.push_back(std::move(argument));
       }
       const ChildResult result = RunChild(command, [this](std::string_view line) { console_.Line(line); });
@@ -258,9 +258,9 @@ class MonoBuild {
     }
     for (const std::string& culture : plan_.Cultures())
       RemoveFile(plan_.intermediate + plan_.SatelliteName(culture));
-    if (!plan_.documentation_file.empty()) RemoveFile(plan_.documentation_file);
-    RemoveFile(plan_.intermediate_file);
-    RemoveFile(response_file_);
+    if (!plan_.documentationFile.empty()) RemoveFile(plan_.documentationFile);
+    RemoveFile(plan_.intermediateFile);
+    RemoveFile(responseFile_);
     return Succeeded(BuiltProject::Status::Succeeded);
   }
 
@@ -270,7 +270,7 @@ class MonoBuild {
   std::string compiler_;
   AssemblyFolders folders_;
   CompilePlan plan_;
-  std::string response_file_, response_, scratch_;
+  std::string responseFile_, response_, scratch_;
   std::vector<FileCopy> copies_;
   bool changed_ = false;  // whether anything of the output is new
 };

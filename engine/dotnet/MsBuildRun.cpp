@@ -59,7 +59,7 @@ std::string SolutionConfigurations(const ProjectTask& task) {
 bool AreReferencesBuilt(const NetProject& project, const ProjectTask& task) {
   return std::ranges::all_of(project.references, [&](const NetReference& reference) {
     return !reference.IsProject() || std::ranges::any_of(task.needs, [&](const BuiltProject* need) {
-      return SameText(need->guid, reference.project_guid);
+      return SameText(need->guid, reference.projectGuid);
     });
   });
 }
@@ -88,10 +88,10 @@ std::optional<std::string> OtherName(const NetProject& project, const std::strin
 // Whether the engine finds the assembly by itself: its own search knows the framework and exact hints.
 bool IsFoundByEngine(const NetProject& project, const NetReference& reference,
                      const AssemblyFolders& folders) {
-  if (reference.IsProject() || !reference.com_guid.empty()) return true;
+  if (reference.IsProject() || !reference.comGuid.empty()) return true;
   if (!FindFrameworkAssembly(folders, reference.name).empty()) return true;
-  return !reference.hint_path.empty() && FileExists(NetPath(project, reference.hint_path)) &&
-         !OtherName(project, reference.hint_path);
+  return !reference.hintPath.empty() && FileExists(NetPath(project, reference.hintPath)) &&
+         !OtherName(project, reference.hintPath);
 }
 
 // Rewrites Include="..." values; everything else keeps its bytes.
@@ -168,14 +168,14 @@ class MsBuildRun {
   BuiltProject Run() {
     const std::optional<Engine> engine = FindEngine(SearchPath());
     if (!engine) return Failed(kNoEngine);
-    const bool is_xbuild = FilePart(engine->program) == "xbuild";
-    if (is_xbuild && project_.language == NetLanguage::VisualBasic && FindProgram("vbnc").empty()) {
+    const bool isXbuild = FilePart(engine->program) == "xbuild";
+    if (isXbuild && project_.language == NetLanguage::VisualBasic && FindProgram("vbnc").empty()) {
       return Failed(kNoBasicCompiler);
     }
     output_ = WhereOutputLies(project_).path;
     if (std::string reason = RunEvent("PreBuildEvent"); !reason.empty()) return Failed(reason);
     const std::string before = Stamp();
-    BuiltProject built = Judge(Call(*engine, is_xbuild), before, FilePart(engine->program));
+    BuiltProject built = Judge(Call(*engine, isXbuild), before, FilePart(engine->program));
     if (!IsPostBuildEventDue(built)) return built;
     const std::string reason = RunEvent("PostBuildEvent");
     return reason.empty() || built.status == BuiltProject::Status::Failed ? built : Failed(reason);
@@ -197,7 +197,7 @@ class MsBuildRun {
   // The engine would give these commands, which are for Windows, to a shell of this system.
   std::string RunEvent(const char* name) {
     if (task_.goal == Goal::Clean) return {};
-    if (output_.empty() && !(project_.pre_build_event + project_.post_build_event).empty()) {
+    if (output_.empty() && !(project_.preBuildEvent + project_.postBuildEvent).empty()) {
       return std::string(name) + ": where the output lies is not known: " + WhereOutputLies(project_).reason;
     }
     const std::string intermediate = WithTrailingDelimiter(NetPath(project_, "obj"));
@@ -213,11 +213,11 @@ class MsBuildRun {
            std::to_string(fs::file_size(output_, error));
   }
 
-  ChildResult Call(const Engine& engine, bool is_xbuild) {
+  ChildResult Call(const Engine& engine, bool isXbuild) {
     const std::string compiler = FindProgram("mcs");
     const AssemblyFolders folders = SystemAssemblyFolders(compiler.empty() ? engine.program : compiler);
-    const std::string code_page = project_.code_page.empty() ? CodePageOfSources(project_) : std::string();
-    MsBuildCall call = CallFor(project_, task_, is_xbuild, code_page);
+    const std::string codePage = project_.codePage.empty() ? CodePageOfSources(project_) : std::string();
+    MsBuildCall call = CallFor(project_, task_, isXbuild, codePage);
     std::optional<TemporaryProject> temporary;
     if (const auto text = CorrectedProject(ReadFile(project_.file), project_, task_, folders)) {
       temporary.emplace(project_.file, *text);
@@ -264,8 +264,8 @@ class MsBuildRun {
 
 }  // namespace
 
-MsBuildCall CallFor(const NetProject& project, const ProjectTask& task, bool is_xbuild,
-                    const std::string& code_page) {
+MsBuildCall CallFor(const NetProject& project, const ProjectTask& task, bool isXbuild,
+                    const std::string& codePage) {
   MsBuildCall call;
   call.switches = {"/nologo", "/verbosity:minimal", "/clp:NoSummary", TargetOf(task.goal)};
   if (!task.configuration.empty())
@@ -279,17 +279,17 @@ MsBuildCall CallFor(const NetProject& project, const ProjectTask& task, bool is_
   }
   for (const char* event : {"PreBuildEvent", "PostBuildEvent"})
     call.switches.push_back("/p:" + std::string(event) + "=");
-  if (!code_page.empty()) call.switches.push_back(PropertySwitch("CodePage", code_page));
+  if (!codePage.empty()) call.switches.push_back(PropertySwitch("CodePage", codePage));
   if (!task.needs.empty() && AreReferencesBuilt(project, task)) {
     // They are built already; the engine only asks them for their outputs.
-    call.switches.push_back(is_xbuild ? "/p:BuildingInsideVisualStudio=true"
-                                      : "/p:BuildProjectReferences=false");
+    call.switches.push_back(isXbuild ? "/p:BuildingInsideVisualStudio=true"
+                                     : "/p:BuildProjectReferences=false");
     const std::string configurations = SolutionConfigurations(task);
     if (!configurations.empty()) call.environment["CurrentSolutionConfigurationContents"] = configurations;
   }
-  if (!task.solution_file.empty()) {
-    call.switches.push_back("/p:SolutionDir=" + FolderPart(task.solution_file));
-    call.switches.push_back("/p:SolutionPath=" + task.solution_file);
+  if (!task.solutionFile.empty()) {
+    call.switches.push_back("/p:SolutionDir=" + FolderPart(task.solutionFile));
+    call.switches.push_back("/p:SolutionPath=" + task.solutionFile);
   }
   return call;
 }
@@ -301,11 +301,11 @@ std::optional<std::string> CorrectedProject(const std::string& text, const NetPr
     if (const auto name = OtherName(project, file.path)) corrector.Rename(file.path, *name);
   }
   for (const NetReference& reference : project.references) {
-    if (const auto name = OtherName(project, reference.project_file))
-      corrector.Rename(reference.project_file, *name);
+    if (const auto name = OtherName(project, reference.projectFile))
+      corrector.Rename(reference.projectFile, *name);
     if (IsFoundByEngine(project, reference, folders)) continue;
-    bool is_local = false;
-    const std::string file = ResolveReference(project, reference, task, folders, is_local);
+    bool isLocal = false;
+    const std::string file = ResolveReference(project, reference, task, folders, isLocal);
     if (!file.empty()) corrector.PointReference(reference.name, file);
   }
   return std::move(corrector).Result();

@@ -18,9 +18,9 @@ struct MsBuildCall {
   std::map<std::string, std::string> environment;
 };
 
-// `is_xbuild`: mono's own engine. `code_page`: of the sources, where the project says none; empty: UTF-8.
-MsBuildCall CallFor(const NetProject& project, const ProjectTask& task, bool is_xbuild,
-                    const std::string& code_page);
+// `isXbuild`: mono's own engine. `codePage`: of the sources, where the project says none; empty: UTF-8.
+MsBuildCall CallFor(const NetProject& project, const ProjectTask& task, bool isXbuild,
+                    const std::string& codePage);
 
 // The project file's text with the names of files as they are on disk, and with the assemblies that the
 // engine would not find named by their paths; none: nothing has to be put right.

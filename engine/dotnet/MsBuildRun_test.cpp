@@ -40,7 +40,7 @@ TEST(MsBuildCalls, TellHowWhatIsNeededWasBuilt) {
   need.platform = "Any CPU";
   NetProject project;
   project.references.emplace_back();
-  project.references[0].project_guid = kLibrary;
+  project.references[0].projectGuid = kLibrary;
   ProjectTask task;
   EXPECT_FALSE(Holds(CallFor(project, task, true, "").switches, "/p:BuildingInsideVisualStudio=true"));
   task.needs = {&need};

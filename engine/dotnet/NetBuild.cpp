@@ -17,7 +17,7 @@ BuiltProject BuildDotNet(const ProjectTask& task, Console& console) {
   if (!NetLanguageOf(task.file)) return Failed("it is no project of C#, Visual Basic or J#: " + task.file);
   try {
     const NetProject project =
-        ReadNetProject(task.file, {task.configuration, task.platform, task.properties, task.solution_file});
+        ReadNetProject(task.file, {task.configuration, task.platform, task.properties, task.solutionFile});
     if (project.language == NetLanguage::JSharp)
       return Failed("J# cannot be compiled here: there is no compiler for it");
     return project.form == NetForm::Attributes ? BuildWithMono(project, task, console)

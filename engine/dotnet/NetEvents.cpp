@@ -31,10 +31,10 @@ Macros MacrosOf(const NetProject& project, const ProjectTask& task, const std::s
   AddFile(macros, "target", output);
   AddFile(macros, "project", project.file);
   if (!task.name.empty()) macros["projectname"] = task.name;
-  if (!task.solution_file.empty()) AddFile(macros, "solution", task.solution_file);
+  if (!task.solutionFile.empty()) AddFile(macros, "solution", task.solutionFile);
   macros["configurationname"] = task.configuration;
   macros["platformname"] = task.platform.empty() ? ".NET" : task.platform;
-  macros["outdir"] = project.output_path.value;
+  macros["outdir"] = project.outputPath.value;
   macros["devenvdir"] = "";
   return macros;
 }
@@ -42,19 +42,19 @@ Macros MacrosOf(const NetProject& project, const ProjectTask& task, const std::s
 }  // namespace
 
 WhenToRun WhenPostBuildEventRuns(const NetProject& project) {
-  if (SameText(project.run_post_build_event, "Always")) return WhenToRun::Always;
-  if (SameText(project.run_post_build_event, "OnOutputUpdated")) return WhenToRun::OnOutputUpdated;
+  if (SameText(project.runPostBuildEvent, "Always")) return WhenToRun::Always;
+  if (SameText(project.runPostBuildEvent, "OnOutputUpdated")) return WhenToRun::OnOutputUpdated;
   return WhenToRun::OnBuildSuccess;
 }
 
 std::string RunBuildEvent(const char* name, const NetProject& project, const ProjectTask& task,
                           const std::string& output, const std::string& intermediate, Console& console) {
-  const bool is_first = std::string_view(name) == "PreBuildEvent";
-  const std::string& commands = is_first ? project.pre_build_event : project.post_build_event;
+  const bool isFirst = std::string_view(name) == "PreBuildEvent";
+  const std::string& commands = isFirst ? project.preBuildEvent : project.postBuildEvent;
   if (TrimView(commands).empty()) return {};
   CreateFolders(FolderPart(output));
   CreateFolders(intermediate);
-  const CommandStep step{is_first ? "Performing Pre-Build Event..." : "Performing Post-Build Event...",
+  const CommandStep step{isFirst ? "Performing Pre-Build Event..." : "Performing Post-Build Event...",
                          ExpandEventMacros(commands, project, task, output), FolderPart(output),
                          intermediate + name + ".bat"};
   const std::string reason = RunCommandStep(step, console);

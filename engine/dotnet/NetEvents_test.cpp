@@ -8,11 +8,11 @@ namespace {
 TEST(NetEvents, KnowTheProductsMacros) {
   NetProject project;
   project.file = "/code/My App/App.csproj";
-  project.output_path.value = "bin\\Debug\\";
+  project.outputPath.value = "bin\\Debug\\";
   ProjectTask task;
   task.name = "App";
   task.configuration = "Debug";
-  task.solution_file = "/code/All.sln";
+  task.solutionFile = "/code/All.sln";
   const std::string output = "/code/My App/bin/Debug/App.Main.exe";
   const auto expand = [&](const char* text) { return ExpandEventMacros(text, project, task, output); };
   EXPECT_EQ(expand("\"$(TargetPath)\" $(targetdir)"),
@@ -27,9 +27,9 @@ TEST(NetEvents, KnowTheProductsMacros) {
 TEST(NetEvents, RunWhenTheProjectSays) {
   NetProject project;
   EXPECT_EQ(WhenPostBuildEventRuns(project), WhenToRun::OnBuildSuccess);
-  project.run_post_build_event = "Always";
+  project.runPostBuildEvent = "Always";
   EXPECT_EQ(WhenPostBuildEventRuns(project), WhenToRun::Always);
-  project.run_post_build_event = "OnOutputUpdated";
+  project.runPostBuildEvent = "OnOutputUpdated";
   EXPECT_EQ(WhenPostBuildEventRuns(project), WhenToRun::OnOutputUpdated);
 }
 

@@ -51,9 +51,9 @@ std::string PathOf(const std::string& resource, const std::string& text, Range n
 std::string PrepareSource(const PlannedResource& resource, const std::string& scratch) {
   std::string text = ReadFile(resource.source);
   const std::vector<Range> names = FileNames(text);
-  const bool is_empty = TrimView(text).empty();
-  if (!is_empty && names.empty()) return resource.source;
-  if (is_empty) text = kEmptyResx;
+  const bool isEmpty = TrimView(text).empty();
+  if (!isEmpty && names.empty()) return resource.source;
+  if (isEmpty) text = kEmptyResx;
   for (auto name = names.rbegin(); name != names.rend(); ++name) {
     text.replace(name->begin, name->end - name->begin, PathOf(resource.source, text, *name));
   }
@@ -91,19 +91,18 @@ std::string CompileResources(const CompilePlan& plan, const std::string& scratch
     std::string source, target;
   };
   std::vector<Step> steps;
-  bool fits_one_call = true;
+  bool fitsOneCall = true;
   for (const PlannedResource& resource : plan.resources) {
     if (!resource.IsCompiled() || IsFresh(resource.embedded, InputsOfResource(resource))) continue;
     steps.push_back({&resource, PrepareSource(resource, scratch), scratch + FilePart(resource.embedded)});
-    fits_one_call =
-        fits_one_call && (steps.back().source + steps.back().target).find(',') == std::string::npos;
+    fitsOneCall = fitsOneCall && (steps.back().source + steps.back().target).find(',') == std::string::npos;
   }
   if (steps.empty()) return {};
   // All at once, for most of the time is the tool's start. What it says of a failure then names no file, so a
   // failed call is made again one by one.
   ChildCommand together{{"resgen", "-usesourcepath", "/compile"}, plan.folder, {}};
   for (const Step& step : steps) together.arguments.push_back(step.source + "," + step.target);
-  if (!fits_one_call || RunChild(together, [](std::string_view) {}).code != 0) {
+  if (!fitsOneCall || RunChild(together, [](std::string_view) {}).code != 0) {
     for (const Step& step : steps) {
       std::string reason = CompileOne(*step.resource, step.source, step.target, console);
       if (!reason.empty()) return reason;

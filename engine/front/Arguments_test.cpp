@@ -25,11 +25,11 @@ TEST(DevenvArguments, TakesEveryFormOfASolutionsBuild) {
   EXPECT_EQ(request.goal, Goal::Build);
   EXPECT_EQ(request.configuration, "Debug|Win32");
   EXPECT_EQ(request.file, "C:\\src\\App.sln");
-  EXPECT_FALSE(request.is_deployed);
-  EXPECT_FALSE(request.uses_environment);
+  EXPECT_FALSE(request.isDeployed);
+  EXPECT_FALSE(request.usesEnvironment);
   EXPECT_EQ(ReadDevenvArguments({"/rebuild", "Debug", "a.sln"}).goal, Goal::Rebuild);
   EXPECT_EQ(ReadDevenvArguments({"/clean", "Debug", "a.sln"}).goal, Goal::Clean);
-  EXPECT_TRUE(ReadDevenvArguments({"/deploy", "Debug", "a.sln"}).is_deployed);
+  EXPECT_TRUE(ReadDevenvArguments({"/deploy", "Debug", "a.sln"}).isDeployed);
   EXPECT_EQ(ReadDevenvArguments({"/build", "", "a.sln"}).configuration, "");
 }
 
@@ -37,11 +37,11 @@ TEST(DevenvArguments, TakesAChosenProjectAndTheOtherSwitches) {
   const BuildRequest request =
       ReadDevenvArguments({"/useenv", "/Build", "Debug", "/PROJECT", "Lib\\Lib.csproj", "/projectconfig",
                            "Release", "/home/me/App.sln", "/out", "/tmp/log.txt"});
-  EXPECT_TRUE(request.uses_environment);
+  EXPECT_TRUE(request.usesEnvironment);
   EXPECT_EQ(request.project, "Lib\\Lib.csproj");
-  EXPECT_EQ(request.project_configuration, "Release");
+  EXPECT_EQ(request.projectConfiguration, "Release");
   EXPECT_EQ(request.file, "/home/me/App.sln");
-  EXPECT_EQ(request.log_file, "/tmp/log.txt");
+  EXPECT_EQ(request.logFile, "/tmp/log.txt");
 }
 
 TEST(DevenvArguments, RefusesWhatItCannotFollow) {
@@ -57,11 +57,11 @@ TEST(MsBuildArguments, TakesEveryFormOfABuild) {
   const MsBuildRequest request =
       ReadMsBuildArguments({"C:\\src\\App.sln", "/t:Rebuild", "/p:useenv=1",
                             "/p:Configuration=Release;Platform=Any CPU;OutputPath=bin\\Release"});
-  EXPECT_TRUE(request.is_understood);
+  EXPECT_TRUE(request.isUnderstood);
   EXPECT_EQ(request.build.goal, Goal::Rebuild);
   EXPECT_EQ(request.build.configuration, "Release|Any CPU");
   EXPECT_EQ(request.build.file, "C:\\src\\App.sln");
-  EXPECT_TRUE(request.build.uses_environment);
+  EXPECT_TRUE(request.build.usesEnvironment);
   EXPECT_EQ(request.build.properties, (Properties{{"OutputPath", "bin\\Release"}}));
   EXPECT_EQ(ReadMsBuildArguments({"a.sln", "-property:configuration=Debug"}).build.configuration, "Debug");
   EXPECT_EQ(ReadMsBuildArguments({"a.sln"}).build.configuration, "");
@@ -81,9 +81,9 @@ TEST(MsBuildArguments, KnowsWhatIsBeyondIt) {
                                      {"a", "b"},
                                      {"a.sln", "/t:Deploy"},
                                      {"a.sln", "/t:Clean;Build"}}) {
-    EXPECT_FALSE(ReadMsBuildArguments(arguments).is_understood) << arguments.back();
+    EXPECT_FALSE(ReadMsBuildArguments(arguments).isUnderstood) << arguments.back();
   }
-  EXPECT_TRUE(ReadMsBuildArguments({"a.sln", "/nologo", "/v:minimal", "/m:4"}).is_understood);
+  EXPECT_TRUE(ReadMsBuildArguments({"a.sln", "/nologo", "/v:minimal", "/m:4"}).isUnderstood);
 }
 
 // The variables as they are for one test.

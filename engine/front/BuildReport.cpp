@@ -43,8 +43,8 @@ void BuildReport::Ended(std::string_view project, int errors, int warnings) {
 }
 
 void BuildReport::Closed(const BuildTotals& totals) {
-  const bool is_older = format_ == SolutionFormat::Vs2002 || format_ == SolutionFormat::Vs2003;
-  if (is_older) {
+  const bool isOlder = format_ == SolutionFormat::Vs2002 || format_ == SolutionFormat::Vs2003;
+  if (isOlder) {
     console_.Line("---------------------- Done ----------------------");
     console_.Line("");
   }
@@ -54,11 +54,11 @@ void BuildReport::Closed(const BuildTotals& totals) {
 void BuildReport::Deployed(const BuildTotals& totals) { Total("Deploy", totals); }
 
 void BuildReport::Total(std::string_view name, const BuildTotals& totals) {
-  const bool is_older = format_ == SolutionFormat::Vs2002 || format_ == SolutionFormat::Vs2003;
-  std::string text = is_older ? "    " : "========== ";
+  const bool isOlder = format_ == SolutionFormat::Vs2002 || format_ == SolutionFormat::Vs2003;
+  std::string text = isOlder ? "    " : "========== ";
   (text += name) += ": " + std::to_string(totals.succeeded) + " succeeded, " + std::to_string(totals.failed) +
                     " failed, " + std::to_string(totals.skipped) + " skipped";
-  console_.Line(is_older ? text : text + " ==========");
+  console_.Line(isOlder ? text : text + " ==========");
 }
 
 }  // namespace qx

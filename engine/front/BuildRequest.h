@@ -17,11 +17,11 @@ struct BuildRequest {
   std::string file;           // the solution or project, as given
   std::string configuration;  // "Release", "Release|Win32"; of MSBuild.exe both parts joined; may be empty
   std::string project;        // only this one and what it needs: a name, path or identifier; empty: all
-  std::string project_configuration;  // for that one, instead of the one it is mapped to; empty: none
-  std::string log_file;               // gets every line as well; empty: none
+  std::string projectConfiguration;  // for that one, instead of the one it is mapped to; empty: none
+  std::string logFile;               // gets every line as well; empty: none
   Goal goal = Goal::Build;
-  bool is_deployed = false;       // build, then deploy
-  bool uses_environment = false;  // INCLUDE, LIB and PATH before the folders of the tools
+  bool isDeployed = false;       // build, then deploy
+  bool usesEnvironment = false;  // INCLUDE, LIB and PATH before the folders of the tools
   std::map<std::string, std::string>
       properties;  // of MSBuild.exe, without the configuration and the platform
 };
@@ -48,7 +48,7 @@ BuildRequest ReadDevenvArguments(const std::vector<std::string>& arguments);
 // What MSBuild.exe was asked, as far as this front itself can do it.
 struct MsBuildRequest {
   BuildRequest build;
-  bool is_understood = true;  // false: a target, switch or response file that only a full MSBuild knows
+  bool isUnderstood = true;  // false: a target, switch or response file that only a full MSBuild knows
 };
 MsBuildRequest ReadMsBuildArguments(const std::vector<std::string>& arguments);
 

@@ -14,7 +14,7 @@ constexpr const char* kUsage =
 struct GoalSwitch {
   std::string_view name;
   Goal goal;
-  bool is_deployed;
+  bool isDeployed;
 };
 constexpr std::array kGoals = {
     GoalSwitch{"/build", Goal::Build, false}, GoalSwitch{"/rebuild", Goal::Rebuild, false},
@@ -25,8 +25,8 @@ struct TextSwitch {
   std::string BuildRequest::*target;
 };
 constexpr std::array kTexts = {TextSwitch{"/project", &BuildRequest::project},
-                               TextSwitch{"/projectconfig", &BuildRequest::project_configuration},
-                               TextSwitch{"/out", &BuildRequest::log_file}};
+                               TextSwitch{"/projectconfig", &BuildRequest::projectConfiguration},
+                               TextSwitch{"/out", &BuildRequest::logFile}};
 
 [[noreturn]] void Refuse(const std::string& reason) { throw UsageError(reason + "\n" + kUsage); }
 
@@ -36,7 +36,7 @@ class ArgumentReader {
 
   BuildRequest Read() {
     while (at_ < arguments_.size()) Take(arguments_[at_++]);
-    if (!has_goal_) Refuse("No /build, /rebuild, /clean or /deploy was given.");
+    if (!hasGoal_) Refuse("No /build, /rebuild, /clean or /deploy was given.");
     if (request_.file.empty()) Refuse("No solution or project was given.");
     return request_;
   }
@@ -52,9 +52,9 @@ class ArgumentReader {
     for (const GoalSwitch& goal : kGoals) {
       if (name != goal.name) continue;
       request_.goal = goal.goal;
-      request_.is_deployed = goal.is_deployed;
+      request_.isDeployed = goal.isDeployed;
       request_.configuration = Value(argument);
-      has_goal_ = true;
+      hasGoal_ = true;
       return;
     }
     for (const TextSwitch& text : kTexts) {
@@ -63,7 +63,7 @@ class ArgumentReader {
       return;
     }
     if (name != "/useenv") Refuse("The switch " + argument + " is not known here.");
-    request_.uses_environment = true;
+    request_.usesEnvironment = true;
   }
 
   std::string Value(const std::string& name) {
@@ -74,7 +74,7 @@ class ArgumentReader {
   const std::vector<std::string>& arguments_;
   std::size_t at_ = 0;
   BuildRequest request_;
-  bool has_goal_ = false;
+  bool hasGoal_ = false;
 };
 
 }  // namespace

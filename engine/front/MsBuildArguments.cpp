@@ -25,9 +25,9 @@ constexpr std::array<std::string_view, 11> kPassedOver = {
 std::string Unescaped(std::string_view text) {
   std::string plain;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool is_escape =
+    const bool isEscape =
         text[i] == '%' && i + 2 < text.size() && HexDigit(text[i + 1]) >= 0 && HexDigit(text[i + 2]) >= 0;
-    if (!is_escape) {
+    if (!isEscape) {
       plain += text[i];
       continue;
     }
@@ -76,7 +76,7 @@ MsBuildRequest ReadMsBuildArguments(const std::vector<std::string>& arguments) {
   MsBuildRequest request;
   for (const std::string& argument : arguments) {
     if (!IsSwitch(argument)) {
-      if (!request.build.file.empty()) request.is_understood = false;
+      if (!request.build.file.empty()) request.isUnderstood = false;
       request.build.file = argument;
       continue;
     }
@@ -89,20 +89,20 @@ MsBuildRequest ReadMsBuildArguments(const std::vector<std::string>& arguments) {
     } else if (name == "t" || name == "target") {
       const Target* target = FindTarget(Unquoted(value));
       if (target == nullptr) {
-        request.is_understood = false;
+        request.isUnderstood = false;
       } else {
         request.build.goal = target->goal;
       }
     } else if (argument.starts_with('@') || std::ranges::find(kPassedOver, name) == kPassedOver.end()) {
-      request.is_understood = false;
+      request.isUnderstood = false;
     }
   }
   auto& properties = request.build.properties;
   request.build.configuration = TakeProperty(properties, "Configuration");
   const std::string platform = TakeProperty(properties, "Platform");
   if (!platform.empty()) request.build.configuration += "|" + platform;
-  const std::string use_environment = TakeProperty(properties, "useenv");
-  request.build.uses_environment = use_environment == "1" || SameText(use_environment, "true");
+  const std::string useEnvironment = TakeProperty(properties, "useenv");
+  request.build.usesEnvironment = useEnvironment == "1" || SameText(useEnvironment, "true");
   return request;
 }
 

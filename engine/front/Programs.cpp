@@ -30,7 +30,7 @@ int Build(const char* program, const BuildRequest& request,
           const std::function<void(Console&, bool succeeded)>& close) {
   try {
     ForwardSignals();
-    StreamConsole console(request.log_file);
+    StreamConsole console(request.logFile);
     const bool succeeded = CarryOut(request, SettingsFromEnvironment(), RealBuilders(), console);
     close(console, succeeded);
     if (StopSignal() != 0) return 128 + StopSignal();
@@ -85,7 +85,7 @@ int RunDevenv(const std::vector<std::string>& arguments) {
 
 int RunMsBuild(const std::vector<std::string>& arguments) {
   const MsBuildRequest request = ReadMsBuildArguments(arguments);
-  if (IsOurs(request.build.file) && request.is_understood)
+  if (IsOurs(request.build.file) && request.isUnderstood)
     return Build("MSBuild.exe", request.build, PrintResult);
   if (HasExtension(request.build.file, ".sln") || HasExtension(request.build.file, ".vcproj")) {
     return Complain("MSBuild.exe",

@@ -118,8 +118,8 @@ constexpr const char* kUnsupported =
     "\t\t{EB812030-9F2E-4FB7-813D-2E99AE2C5E4E}.Debug|Win32.Build.0 = "
     "Debug\r\n\tEndGlobalSection\r\nEndGlobal\r\n";
 
-std::string UnsupportedLog(const std::string& project_file) {
-  return "------ Build started: Project: Setup, Configuration: Debug ------\n" + project_file +
+std::string UnsupportedLog(const std::string& projectFile) {
+  return "------ Build started: Project: Setup, Configuration: Debug ------\n" + projectFile +
          " : error QXE0001: Setup: setup projects need Visual Studio itself\n\nSetup - 1 error(s), 0 "
          "warning(s)\n\n"
          "========== Build: 0 succeeded, 1 failed, 0 skipped ==========\n";

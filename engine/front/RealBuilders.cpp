@@ -8,11 +8,11 @@ namespace qx {
 namespace {
 
 // What is written in them: an identifier, a path from the project's folder, or both.
-void Add(const std::string& project_file, const std::string& guid, const std::string& path,
+void Add(const std::string& projectFile, const std::string& guid, const std::string& path,
          std::vector<std::string>& references) {
   if (!guid.empty()) references.push_back(guid);
   if (path.empty()) return;
-  std::string file = ExpandPath(FolderPart(project_file), path);
+  std::string file = ExpandPath(FolderPart(projectFile), path);
   const std::string found = FindExisting(file);
   references.push_back(found.empty() ? file : found);
 }
@@ -28,7 +28,7 @@ std::vector<std::string> ReferencesOf(const PlannedProject& project) {
   }
   const NetProject read = ReadNetProject(project.file, {project.configuration, project.platform, {}, ""});
   for (const NetReference& reference : read.references) {
-    Add(project.file, reference.project_guid, reference.project_file, references);
+    Add(project.file, reference.projectGuid, reference.projectFile, references);
   }
   return references;
 }

@@ -33,10 +33,10 @@ bool HasSucceeded(const BuiltProject& project) {
 
 class SolutionRun {
  public:
-  SolutionRun(SolutionPlan plan, std::string solution_file, const BuildRequest& request,
+  SolutionRun(SolutionPlan plan, std::string solutionFile, const BuildRequest& request,
               const FrontSettings& settings, const Builders& builders, Console& console, BuildReport report)
       : plan_(std::move(plan)),
-        solution_file_(std::move(solution_file)),
+        solutionFile_(std::move(solutionFile)),
         request_(request),
         settings_(settings),
         builders_(builders),
@@ -46,12 +46,12 @@ class SolutionRun {
 
   bool Run() {
     for (const std::string& warning : plan_.warnings) {
-      console_.Warning(solution_file_, 0, kCode, warning);
+      console_.Warning(solutionFile_, 0, kCode, warning);
     }
     for (std::size_t i = 0; i < plan_.projects.size() && !IsStopped(); ++i) RunProject(i);
     if (IsStopped()) console_.Line("The build was stopped.");
     report_.Closed(totals_);
-    return (!request_.is_deployed || Deploy()) && totals_.failed == 0 && !IsStopped();
+    return (!request_.isDeployed || Deploy()) && totals_.failed == 0 && !IsStopped();
   }
 
  private:
@@ -87,7 +87,7 @@ class SolutionRun {
       return Outcome(Status::Failed,
                      "not built, for it needs " + plan_.projects[need].name + ", which failed");
     }
-    const auto& builder = project.kind == ProjectKind::VisualCpp ? builders_.visual_cpp : builders_.dot_net;
+    const auto& builder = project.kind == ProjectKind::VisualCpp ? builders_.visualCpp : builders_.dotNet;
     try {
       return builder(TaskFor(project), console_);
     } catch (const std::exception& failure) {
@@ -100,13 +100,13 @@ class SolutionRun {
     task.name = project.name;
     task.guid = project.guid;
     task.file = project.file;
-    task.type_guid = project.type_guid;
+    task.typeGuid = project.typeGuid;
     task.configuration = project.configuration;
     task.platform = project.platform;
-    task.solution_file = solution_file_;
+    task.solutionFile = solutionFile_;
     task.goal = request_.goal;
     task.properties = request_.properties;
-    if (request_.uses_environment) task.properties["useenv"] = "1";
+    if (request_.usesEnvironment) task.properties["useenv"] = "1";
     task.launcher = settings_.launcher;
     task.jobs = settings_.jobs;
     for (const std::size_t need : NeedsOf(project)) task.needs.push_back(&built_[need]);
@@ -115,13 +115,13 @@ class SolutionRun {
 
   // Directly or not, each once, in the order of building.
   std::vector<std::size_t> NeedsOf(const PlannedProject& project) const {
-    std::vector<bool> is_needed(plan_.projects.size());
-    for (const std::size_t need : project.needs) is_needed[need] = true;
+    std::vector<bool> isNeeded(plan_.projects.size());
+    for (const std::size_t need : project.needs) isNeeded[need] = true;
     std::vector<std::size_t> all;
     for (std::size_t i = plan_.projects.size(); i-- > 0;) {
-      if (!is_needed[i]) continue;
+      if (!isNeeded[i]) continue;
       all.push_back(i);
-      for (const std::size_t need : plan_.projects[i].needs) is_needed[need] = true;
+      for (const std::size_t need : plan_.projects[i].needs) isNeeded[need] = true;
     }
     std::ranges::reverse(all);
     return all;
@@ -134,21 +134,21 @@ class SolutionRun {
       built = Outcome(Status::Failed, "its build reports success, but there is no " + built.output);
       return;
     }
-    const auto [first, is_new] = outputs_.try_emplace(built.output, project.name);
-    if (is_new) return;
+    const auto [first, isNew] = outputs_.try_emplace(built.output, project.name);
+    if (isNew) return;
     console_.Warning(project.file, 0, kCode,
                      "wrote over " + built.output + ", which " + first->second + " had built");
   }
 
   // Says why a project failed: as an error, unless its tools have printed theirs; as a warning where the user
   // asked for such projects to be skipped.
-  void Complain(const PlannedProject& project, BuiltProject& built, bool has_errors) {
+  void Complain(const PlannedProject& project, BuiltProject& built, bool hasErrors) {
     const std::string text = project.name + ": " + built.reason;
     if (!built.limit.empty() && settings_.skip.contains(built.limit)) {
       console_.Warning(project.file, 0, kCode,
                        text + " (skipped, as the setting for \"" + built.limit + "\" asks)");
       built.status = Status::Skipped;
-    } else if (has_errors) {
+    } else if (hasErrors) {
       console_.Line(text);
     } else {
       console_.Error(project.file, 0, kCode, text);
@@ -169,7 +169,7 @@ class SolutionRun {
   bool Deploy() {
     BuildTotals totals;
     for (const PlannedProject& project : plan_.projects) {
-      if (!project.is_deployed) continue;
+      if (!project.isDeployed) continue;
       console_.Error(project.file, 0, kCode, project.name + ": projects are not deployed here, only built");
       ++totals.failed;
     }
@@ -178,7 +178,7 @@ class SolutionRun {
   }
 
   SolutionPlan plan_;
-  const std::string solution_file_;
+  const std::string solutionFile_;
   const BuildRequest& request_;
   const FrontSettings& settings_;
   const Builders& builders_;
@@ -202,7 +202,7 @@ SolutionPlan PlanFor(const BuildRequest& request, const SolutionMap& map, const 
   }
   SolutionPlan plan = PlanSolution(map, file, configuration, builders.references);
   if (request.project.empty()) return plan;
-  return SelectProject(std::move(plan), request.project, request.project_configuration);
+  return SelectProject(std::move(plan), request.project, request.projectConfiguration);
 }
 
 // One project by itself, in a configuration of its own.

@@ -14,7 +14,7 @@ namespace qx {
 
 // Who builds the projects, and who reads what their files refer to.
 struct Builders {
-  std::function<BuiltProject(const ProjectTask&, Console&)> visual_cpp, dot_net;
+  std::function<BuiltProject(const ProjectTask&, Console&)> visualCpp, dotNet;
   ReadReferences references;
 };
 // Those of the engine.

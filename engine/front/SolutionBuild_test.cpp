@@ -14,7 +14,7 @@ using Status = BuiltProject::Status;
 struct ProjectText {
   std::string name, file;
   Names needs;
-  bool is_built = true;
+  bool isBuilt = true;
 };
 
 std::string SolutionText(const std::string& format, const std::vector<ProjectText>& projects) {
@@ -30,7 +30,7 @@ std::string SolutionText(const std::string& format, const std::vector<ProjectTex
     }
     blocks += "\tEndProjectSection\r\nEndProject\r\n";
     mappings += "\t\t" + guid + ".Release.ActiveCfg = Release|Win32\r\n";
-    if (project.is_built) mappings += "\t\t" + guid + ".Release.Build.0 = Release|Win32\r\n";
+    if (project.isBuilt) mappings += "\t\t" + guid + ".Release.Build.0 = Release|Win32\r\n";
   }
   return "Microsoft Visual Studio Solution File, Format Version " + format + "\r\n" + blocks +
          "Global\r\n\tGlobalSection(SolutionConfiguration) = preSolution\r\n\t\tRelease = Release\r\n"
@@ -56,7 +56,7 @@ class SolutionBuildTest : public testing::Test {
       built.output = outputs_[task.name];
       return built;
     };
-    builders_.visual_cpp = builders_.dot_net = build;
+    builders_.visualCpp = builders_.dotNet = build;
     for (const char* file : {"A.vcproj", "B.vcproj", "C.vcproj", "D.csproj"}) folder_.Write(file, "");
   }
 
@@ -87,7 +87,7 @@ TEST_F(SolutionBuildTest, BuildsInOrderAndHandsOnWhatWasBuilt) {
   EXPECT_EQ(asked_, (Names{"D()", "B(D)", "A(DB)"}));
   EXPECT_EQ(tasks_[0].configuration, "Release");
   EXPECT_EQ(tasks_[0].platform, "Win32");
-  EXPECT_EQ(tasks_[0].solution_file, folder_ / "App.sln");
+  EXPECT_EQ(tasks_[0].solutionFile, folder_ / "App.sln");
 }
 
 TEST_F(SolutionBuildTest, PrintsWhatTheProductsOf2003Print) {
@@ -179,7 +179,7 @@ TEST_F(SolutionBuildTest, BuildsOneProjectByItself) {
   EXPECT_EQ(tasks_[0].name, "D");
   EXPECT_EQ(tasks_[0].configuration, "Debug");
   EXPECT_EQ(tasks_[0].platform, "Any CPU");
-  EXPECT_EQ(tasks_[0].solution_file, "");
+  EXPECT_EQ(tasks_[0].solutionFile, "");
   EXPECT_EQ(tasks_[0].properties.at("OutputPath"), "bin\\Debug");
   EXPECT_EQ(tasks_[0].launcher, "ccache");
   EXPECT_EQ(tasks_[0].jobs, 3);
@@ -209,7 +209,7 @@ TEST_F(SolutionBuildTest, RefusesWhatItCannotBegin) {
 TEST_F(SolutionBuildTest, TellsWhatIsToBeDeployedAndCannotBe) {
   std::string solution = SolutionText("8.00", {{"A", "A.vcproj", {}}});
   BuildRequest request;
-  request.is_deployed = true;
+  request.isDeployed = true;
   EXPECT_TRUE(Build(solution, request));
   const std::string line = ".Release.Build.0 = Release|Win32\r\n";
   const std::size_t at = solution.find(line);

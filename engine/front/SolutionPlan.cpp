@@ -43,8 +43,8 @@ void TakeConfiguration(const MappedProject& mapped, const std::string& configura
   OwnConfiguration own = ConfigurationOf(mapped, configuration);
   project.configuration = std::move(own.configuration);
   project.platform = std::move(own.platform);
-  project.is_deployed = own.is_deployed;
-  if (own.is_built) return;
+  project.isDeployed = own.isDeployed;
+  if (own.isBuilt) return;
   project.fate = Fate::PassOver;
   project.reason = kNotSelected;
 }
@@ -54,9 +54,9 @@ PlannedProject Plan(const MappedProject& mapped, const std::string& folder, cons
   PlannedProject project;
   project.name = mapped.name;
   project.guid = mapped.guid;
-  project.type_guid = mapped.type_guid;
+  project.typeGuid = mapped.typeGuid;
   project.path = mapped.path;
-  project.kind = KindOfProject(mapped.path, mapped.type_guid);
+  project.kind = KindOfProject(mapped.path, mapped.typeGuid);
   TakeConfiguration(mapped, configuration, project);
   project.file = project.kind == ProjectKind::Web ? mapped.path : ExpandPath(folder, mapped.path);
   if (project.fate == Fate::PassOver) {
@@ -130,21 +130,21 @@ void Order(SolutionPlan& plan) {
 }
 
 bool IsMeant(const PlannedProject& project, const std::string& asked) {
-  std::string turned_path = project.path, turned_asked = asked;
-  std::ranges::replace(turned_path, '\\', '/');
-  std::ranges::replace(turned_asked, '\\', '/');
-  return SameText(project.name, asked) || SameText(turned_path, turned_asked) ||
-         SameText(project.guid, asked) || SameText(project.file, turned_asked);
+  std::string turnedPath = project.path, turnedAsked = asked;
+  std::ranges::replace(turnedPath, '\\', '/');
+  std::ranges::replace(turnedAsked, '\\', '/');
+  return SameText(project.name, asked) || SameText(turnedPath, turnedAsked) ||
+         SameText(project.guid, asked) || SameText(project.file, turnedAsked);
 }
 
 // With what was asked for exactly as it is written, else the nearest of the other ways.
 std::size_t FindAsked(const std::vector<PlannedProject>& projects, const std::string& asked) {
-  std::vector<std::size_t> meant, by_path;
+  std::vector<std::size_t> meant, byPath;
   for (std::size_t i = 0; i < projects.size(); ++i) {
     if (IsMeant(projects[i], asked)) meant.push_back(i);
-    if (projects[i].path == asked) by_path.push_back(i);
+    if (projects[i].path == asked) byPath.push_back(i);
   }
-  if (by_path.size() == 1) return by_path.front();
+  if (byPath.size() == 1) return byPath.front();
   if (meant.size() == 1) return meant.front();
   std::string names;
   for (const PlannedProject& project : projects) names += (names.empty() ? "" : ", ") + project.path;
@@ -155,14 +155,14 @@ std::size_t FindAsked(const std::vector<PlannedProject>& projects, const std::st
 
 }  // namespace
 
-SolutionPlan PlanSolution(const SolutionMap& map, const std::string& solution_file,
+SolutionPlan PlanSolution(const SolutionMap& map, const std::string& solutionFile,
                           const std::string& configuration, const ReadReferences& references) {
   SolutionPlan plan;
   std::vector<const MappedProject*> mapped;
   PathFinder finder;
   for (const MappedProject& project : map.projects) {
-    if (KindOfProject(project.path, project.type_guid) == ProjectKind::Folder) continue;
-    plan.projects.push_back(Plan(project, FolderPart(solution_file), configuration, finder));
+    if (KindOfProject(project.path, project.typeGuid) == ProjectKind::Folder) continue;
+    plan.projects.push_back(Plan(project, FolderPart(solutionFile), configuration, finder));
     mapped.push_back(&project);
   }
   const ProjectIndex index(plan.projects);
@@ -172,32 +172,31 @@ SolutionPlan PlanSolution(const SolutionMap& map, const std::string& solution_fi
     for (std::string& reference : ReferencesOf(project, references)) all.push_back(std::move(reference));
     for (const std::string& need : all) {
       const std::size_t number = index.Find(need);
-      const bool is_new = std::ranges::find(project.needs, number) == project.needs.end();
-      if (number < plan.projects.size() && number != i && is_new) project.needs.push_back(number);
+      const bool isNew = std::ranges::find(project.needs, number) == project.needs.end();
+      if (number < plan.projects.size() && number != i && isNew) project.needs.push_back(number);
     }
   }
   Order(plan);
   return plan;
 }
 
-SolutionPlan SelectProject(SolutionPlan plan, const std::string& asked,
-                           const std::string& own_configuration) {
+SolutionPlan SelectProject(SolutionPlan plan, const std::string& asked, const std::string& ownConfiguration) {
   const std::size_t chosen = FindAsked(plan.projects, asked);
-  if (!own_configuration.empty()) {
-    const ConfigurationName parts = SplitConfiguration(own_configuration);
+  if (!ownConfiguration.empty()) {
+    const ConfigurationName parts = SplitConfiguration(ownConfiguration);
     plan.projects[chosen].configuration = parts.configuration;
     if (!parts.platform.empty()) plan.projects[chosen].platform = parts.platform;
   }
-  std::vector<bool> is_needed(plan.projects.size());
-  is_needed[chosen] = true;
+  std::vector<bool> isNeeded(plan.projects.size());
+  isNeeded[chosen] = true;
   for (std::size_t i = chosen + 1; i-- > 0;) {
-    if (!is_needed[i]) continue;
-    for (const std::size_t need : plan.projects[i].needs) is_needed[need] = true;
+    if (!isNeeded[i]) continue;
+    for (const std::size_t need : plan.projects[i].needs) isNeeded[need] = true;
   }
   std::vector<std::size_t> place(plan.projects.size());
   std::vector<PlannedProject> kept;
   for (std::size_t i = 0; i < plan.projects.size(); ++i) {
-    if (!is_needed[i]) continue;
+    if (!isNeeded[i]) continue;
     place[i] = kept.size();
     for (std::size_t& need : plan.projects[i].needs) need = place[need];
     kept.push_back(std::move(plan.projects[i]));

@@ -21,15 +21,15 @@ class SolutionPlanTest : public testing::Test {
     map_.configurations = {"Release"};
   }
 
-  void Add(const std::string& name, const std::string& path, const Names& needs = {}, bool is_built = true) {
+  void Add(const std::string& name, const std::string& path, const Names& needs = {}, bool isBuilt = true) {
     MappedProject project{name, path, kType, "{" + name + "}", {}, {}};
     for (const std::string& need : needs) project.needs.push_back("{" + need + "}");
-    project.mappings["release"] = {"Release|Win32", is_built, false};
+    project.mappings["release"] = {"Release|Win32", isBuilt, false};
     map_.projects.push_back(project);
   }
-  void AddWithFile(const std::string& name, const Names& needs = {}, bool is_built = true) {
+  void AddWithFile(const std::string& name, const Names& needs = {}, bool isBuilt = true) {
     folder_.Write(name + ".vcproj", "");
-    Add(name, name + ".vcproj", needs, is_built);
+    Add(name, name + ".vcproj", needs, isBuilt);
   }
 
   SolutionPlan Plan(const ReadReferences& references = {}) {
@@ -105,7 +105,7 @@ TEST_F(SolutionPlanTest, RefusesWhatNobodyCanBuildHereWithTheReason) {
 TEST_F(SolutionPlanTest, LeavesSolutionFoldersOut) {
   AddWithFile("App");
   Add("Docs", "Docs");
-  map_.projects[1].type_guid = "{2150E333-8FDC-42A3-9474-1A3956D46DE8}";
+  map_.projects[1].typeGuid = "{2150E333-8FDC-42A3-9474-1A3956D46DE8}";
   EXPECT_EQ(NamesOf(Plan()), Names{"App"});
 }
 

@@ -6,9 +6,9 @@
 
 namespace qx {
 
-StreamConsole::StreamConsole(const std::string& log_file) : log_(nullptr, std::fclose) {
-  if (log_file.empty()) return;
-  const std::string path = ExpandPath("", log_file);
+StreamConsole::StreamConsole(const std::string& logFile) : log_(nullptr, std::fclose) {
+  if (logFile.empty()) return;
+  const std::string path = ExpandPath("", logFile);
   log_.reset(std::fopen(path.c_str(), "wb"));
   if (!log_) throw Exception("Cannot write " + path + ": " + system::LastError());
 }

@@ -12,7 +12,7 @@ namespace qx {
 class StreamConsole final : public Console {
  public:
   // Raises Exception when the file cannot be made. No name: standard output alone.
-  explicit StreamConsole(const std::string& log_file);
+  explicit StreamConsole(const std::string& logFile);
 
  private:
   void Write(std::string_view line) override;

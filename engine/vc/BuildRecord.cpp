@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <ctime>
 #include <utility>
 
 #include "platform/Texts.h"
@@ -39,10 +38,10 @@ FileStamp StampOf(const std::string& path) {
   return {status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec, status.st_size};
 }
 
-std::int64_t FileTimeNow() {
-  timespec now;
-  clock_gettime(CLOCK_REALTIME_COARSE, &now);
-  return now.tv_sec * kNanoseconds + now.tv_nsec;
+std::int64_t TimeOfFileMadeNow(const std::string& path) {
+  RemoveFile(path);
+  ReplaceFile(path, {});
+  return StampOf(path).time;
 }
 
 bool BuildRecord::IsCurrent() const {
@@ -65,7 +64,7 @@ void BuildRecord::Save(const std::string& path) const {
     line("file", std::to_string(stamp.time) + ' ' + std::to_string(stamp.size) + ' ' + name);
   }
   line("output", output);
-  line("import", import_library);
+  line("import", importLibrary);
   for (const std::string& library : libraries) line("library", library);
   ReplaceFile(path, text + "\n");
 }
@@ -82,7 +81,7 @@ std::optional<BuildRecord> BuildRecord::Load(const std::string& path) {
     if (word == "set")
       record.environment[value.substr(0, value.find('='))] = value.substr(value.find('=') + 1);
     if (word == "output") record.output = value;
-    if (word == "import") record.import_library = value;
+    if (word == "import") record.importLibrary = value;
     if (word == "library") record.libraries.push_back(value);
     if (word != "file") return;
     FileStamp stamp;

@@ -17,14 +17,15 @@ struct FileStamp {
 };
 // Size -1: there is no such file.
 FileStamp StampOf(const std::string& path);
-// The clock that files' times are made with.
-std::int64_t FileTimeNow();
+// The time that a file made now is given, read off one that is made (and made anew where it stands). The system's
+// clock would not do: the times that the kernel gives to files may run milliseconds ahead of it.
+std::int64_t TimeOfFileMadeNow(const std::string& path);
 
 struct BuildRecord {
   std::string key;  // whatever else must be the same: configuration, tools, options of the engine
   std::map<std::string, std::optional<std::string>> environment;
   std::map<std::string, FileStamp> files;  // read or made
-  std::string output, import_library;
+  std::string output, importLibrary;
   std::vector<std::string> libraries;
 
   void Add(const std::string& path) { files.insert_or_assign(path, StampOf(path)); }

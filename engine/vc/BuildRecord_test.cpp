@@ -15,7 +15,7 @@ TEST(BuildRecord, ComesBackAsItWasSaved) {
   record.Add(folder.Write("in put.c", "x"));
   record.Add(folder / "gone");
   record.output = folder / "a.exe";
-  record.import_library = "i";
+  record.importLibrary = "i";
   record.libraries = {"l 1", "l2"};
   record.Save(folder / "record");
   const auto loaded = BuildRecord::Load(folder / "record");
@@ -23,7 +23,7 @@ TEST(BuildRecord, ComesBackAsItWasSaved) {
   EXPECT_EQ(loaded->key, record.key);
   EXPECT_EQ(loaded->environment, record.environment);
   EXPECT_EQ(loaded->files, record.files);
-  EXPECT_EQ(loaded->output + loaded->import_library, record.output + "i");
+  EXPECT_EQ(loaded->output + loaded->importLibrary, record.output + "i");
   EXPECT_EQ(loaded->libraries, record.libraries);
   EXPECT_FALSE(BuildRecord::Load(folder / "none"));
   folder.Write("other", "something else\n");

@@ -160,10 +160,10 @@ std::vector<std::string> Defines(const VcSettings& settings, std::string_view to
 std::vector<std::string> CompilerArguments(const VcSettings& settings, const VcFile& file,
                                            const std::string& overlay) {
   std::vector<std::string> arguments;
-  const bool is_c = LanguageOf(settings, file) == VcLanguage::C;
-  arguments = is_c ? std::vector<std::string>{"-x", "c"} : std::vector<std::string>{"-x", "c++"};
-  if (is_c) arguments.insert(arguments.end(), kCAlways.begin(), kCAlways.end());
-  if (!is_c) arguments.insert(arguments.end(), kCppAlways.begin(), kCppAlways.end());
+  const bool isC = LanguageOf(settings, file) == VcLanguage::C;
+  arguments = isC ? std::vector<std::string>{"-x", "c"} : std::vector<std::string>{"-x", "c++"};
+  if (isC) arguments.insert(arguments.end(), kCAlways.begin(), kCAlways.end());
+  if (!isC) arguments.insert(arguments.end(), kCppAlways.begin(), kCppAlways.end());
   arguments.insert(arguments.end(), kAlways.begin(), kAlways.end());
   for (const Choice& choice : kChoices) {
     if (choice.attribute == "CallingConvention" && settings.Place().platform != "Win32") continue;
@@ -175,7 +175,7 @@ std::vector<std::string> CompilerArguments(const VcSettings& settings, const VcF
   for (const Switch& each : kSwitches) {
     if (settings.Flag(kCompiler, each.attribute, &file) == each.value) arguments.emplace_back(each.option);
   }
-  if (!is_c && settings.Flag(kCompiler, "RuntimeTypeInfo", &file) == false) arguments.push_back("-fno-rtti");
+  if (!isC && settings.Flag(kCompiler, "RuntimeTypeInfo", &file) == false) arguments.push_back("-fno-rtti");
   for (const std::string& define : Defines(settings, kCompiler, &file)) arguments.push_back("-D" + define);
   for (const std::string& name :
        settings.List(kCompiler, "UndefinePreprocessorDefinitions", VcList::Defines, &file)) {

@@ -18,7 +18,7 @@ class Arguments : public testing::Test {
         "/></Configuration></Configurations><Files><File RelativePath=\"" + source +
         "\"/></Files></VisualStudioProject>";
     VcPlace place;
-    place.project_file = folder_ / "App.vcproj";
+    place.projectFile = folder_ / "App.vcproj";
     place.configuration = "Release";
     place.platform = "Win32";
     const VcSettings settings(ReadVcProject(text), place);

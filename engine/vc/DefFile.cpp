@@ -62,7 +62,7 @@ std::string DefFileForLd(std::string_view text) {
   return out;
 }
 
-std::string DefFileWithStdcall(std::string_view for_ld, std::string_view symbols) {
+std::string DefFileWithStdcall(std::string_view forLd, std::string_view symbols) {
   std::map<std::string, std::string, std::less<>> stacks;  // "two": "@8"
   ForEachLine(symbols, [&](std::string_view line) {
     const std::size_t at = line.rfind('@');
@@ -72,7 +72,7 @@ std::string DefFileWithStdcall(std::string_view for_ld, std::string_view symbols
   });
   std::string out;
   bool changed = false;
-  ForEachLine(for_ld, [&](std::string_view line) {
+  ForEachLine(forLd, [&](std::string_view line) {
     line = TrimView(line);
     std::string_view name = line.substr(0, line.find_first_of(" \t="));
     std::string_view rest = line.substr(name.size());

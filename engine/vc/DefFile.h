@@ -12,6 +12,6 @@ std::string DefFileForLd(std::string_view text);
 
 // The same exports for the import library of a Win32 DLL: a function that is exported by its plain name and called
 // as "_name@8" is listed as "name@8". `symbols`: what nm says of the objects. Empty: no export is such a function.
-std::string DefFileWithStdcall(std::string_view for_ld, std::string_view symbols);
+std::string DefFileWithStdcall(std::string_view forLd, std::string_view symbols);
 
 }  // namespace qx

@@ -128,12 +128,12 @@ Diagnostics::Diagnostics(std::string status, Printer print)
 
 void Diagnostics::Print(const std::string& place, std::string_view category, std::string_view code,
                         std::string_view text) {
-  if (category != "warning" && first_error_.empty()) first_error_ = text;
+  if (category != "warning" && firstError_.empty()) firstError_ = text;
   print_(place + " : " + std::string(category) + " " + std::string(code) + ": " + std::string(text));
 }
 
 void Diagnostics::Line(std::string_view line) {
-  if (std::exchange(skip_next_, false)) return;  // the command of an edge that failed
+  if (std::exchange(skipNext_, false)) return;  // the command of an edge that failed
   if (Ninja(line) || Linker(line) || Compiler(line)) return;
   print_(line);
 }
@@ -145,10 +145,10 @@ bool Diagnostics::Ninja(std::string_view line) {
     print_(step_);
     return true;
   }
-  if (line.starts_with("FAILED: ")) return skip_next_ = true;
+  if (line.starts_with("FAILED: ")) return skipNext_ = true;
   if (!Take(line, "ninja: ")) return false;
-  const bool is_error = Take(line, "error:") || Take(line, "fatal:");
-  if (is_error) Print("NMAKE", "fatal error", "U1073", line);
+  const bool isError = Take(line, "error:") || Take(line, "fatal:");
+  if (isError) Print("NMAKE", "fatal error", "U1073", line);
   return true;
 }
 
@@ -174,7 +174,7 @@ bool Diagnostics::Compiler(std::string_view line) {
   const bool fatal = Take(rest, "fatal error:");
   if (fatal || Take(rest, "error:")) {
     const std::string_view code = CompilerErrorCode(rest);
-    if (code == "C1083") missing_headers_.emplace(rest.substr(0, rest.find(':')));
+    if (code == "C1083") missingHeaders_.emplace(rest.substr(0, rest.find(':')));
     Print(name, fatal ? "fatal error" : "error", code, rest);
     return true;
   }
@@ -194,7 +194,7 @@ bool Diagnostics::Linker(std::string_view line) {
   if (Take(rest, "collect2: error:")) {
     if (unresolved_ > 0) {
       Print("LINK", "fatal error", "LNK1120", std::to_string(unresolved_) + " unresolved externals");
-    } else if (first_error_.empty()) {
+    } else if (firstError_.empty()) {
       Print("LINK", "fatal error", "LNK1181", rest);
     }
     return true;

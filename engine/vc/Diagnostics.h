@@ -24,9 +24,9 @@ class Diagnostics {
   // One line of Ninja's output. Lines that say nothing to a user print nothing.
   void Line(std::string_view line);
   // The header that was not there, of those that the first missing one is; empty: none was missing.
-  const std::set<std::string>& MissingHeaders() const { return missing_headers_; }
+  const std::set<std::string>& MissingHeaders() const { return missingHeaders_; }
   // The first error, without its place; empty: none.
-  const std::string& FirstError() const { return first_error_; }
+  const std::string& FirstError() const { return firstError_; }
 
  private:
   bool Compiler(std::string_view line);
@@ -37,11 +37,11 @@ class Diagnostics {
 
   std::string status_;
   Printer print_;
-  bool skip_next_ = false;
+  bool skipNext_ = false;
   int unresolved_ = 0;
-  std::set<std::string> missing_headers_;
+  std::set<std::string> missingHeaders_;
   std::set<std::string> reported_;  // unresolved symbols with their object: ld repeats them
-  std::string first_error_, step_;
+  std::string firstError_, step_;
 };
 
 }  // namespace qx

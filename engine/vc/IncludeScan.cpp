@@ -76,32 +76,32 @@ ScannedText ScanSource(std::string_view text) {
     if (line.starts_with('#')) {
       ScanDirective(line, scanned);
     } else {
-      scanned.has_old_literals |= HasOldLiteral(line);
+      scanned.hasOldLiterals |= HasOldLiteral(line);
     }
     if (line.find("ain") != std::string_view::npos) {
-      scanned.has_wide_main |= HasWord(line, "wmain") || HasWord(line, "wWinMain");
-      scanned.has_generic_main |= HasWord(line, "_tmain") || HasWord(line, "_tWinMain");
+      scanned.hasWideMain |= HasWord(line, "wmain") || HasWord(line, "wWinMain");
+      scanned.hasGenericMain |= HasWord(line, "_tmain") || HasWord(line, "_tWinMain");
     }
   });
   return scanned;
 }
 
-IncludeScan::IncludeScan(std::vector<std::string> folders, std::vector<std::string> system_folders)
-    : folders_(std::move(folders)), system_folders_(std::move(system_folders)) {}
+IncludeScan::IncludeScan(std::vector<std::string> folders, std::vector<std::string> systemFolders)
+    : folders_(std::move(folders)), systemFolders_(std::move(systemFolders)) {}
 
 bool IncludeScan::IsExact(const std::string& path) {
-  const auto [place, is_new] = exact_.try_emplace(path, false);
+  const auto [place, isNew] = exact_.try_emplace(path, false);
   std::error_code error;
-  if (is_new) place->second = fs::is_regular_file(path, error);
+  if (isNew) place->second = fs::is_regular_file(path, error);
   return place->second;
 }
 
 bool IncludeScan::IsInFolders(const std::string& name) {
-  const auto [place, is_new] = in_folders_.try_emplace(name, false);
-  if (!is_new) return place->second;
+  const auto [place, isNew] = inFolders_.try_emplace(name, false);
+  if (!isNew) return place->second;
   const auto has = [&](const std::string& folder) { return IsExact(folder + name); };
   return place->second = std::any_of(folders_.begin(), folders_.end(), has) ||
-                         std::any_of(system_folders_.begin(), system_folders_.end(), has);
+                         std::any_of(systemFolders_.begin(), systemFolders_.end(), has);
 }
 
 void IncludeScan::Add(const std::string& source) {
@@ -121,12 +121,12 @@ void IncludeScan::Follow(const std::string& path, std::vector<std::string>& incl
   if (!TryReadFile(path, bytes)) return;
   const ScannedText scanned = ScanSource(bytes);
   if (includers.empty()) {
-    has_wide_main_ |= scanned.has_wide_main;
-    has_generic_main_ |= scanned.has_generic_main;
+    hasWideMain_ |= scanned.hasWideMain;
+    hasGenericMain_ |= scanned.hasGenericMain;
   }
-  has_old_literals_ |= scanned.has_old_literals;
+  hasOldLiterals_ |= scanned.hasOldLiterals;
   for (const std::string& library : scanned.libraries) {
-    if (known_libraries_.insert(library).second) libraries_.push_back(library);
+    if (knownLibraries_.insert(library).second) libraries_.push_back(library);
   }
   includers.push_back(FolderPart(path));
   for (const ScannedText::Include& include : scanned.includes) Resolve(include, includers);
@@ -150,14 +150,14 @@ void IncludeScan::Resolve(const ScannedText::Include& include, std::vector<std::
   std::vector<std::string> places;
   if (include.quoted) places.assign(includers.rbegin(), includers.rend());
   places.insert(places.end(), folders_.begin(), folders_.end());
-  const std::size_t project_places = places.size();
-  places.insert(places.end(), system_folders_.begin(), system_folders_.end());
+  const std::size_t projectPlaces = places.size();
+  places.insert(places.end(), systemFolders_.begin(), systemFolders_.end());
   for (std::size_t at = 0; at < places.size(); ++at) {
     std::string path = places[at] + name;
     if (!finder_.FindFile(path)) continue;
-    const auto [known, is_new] = forwards_.emplace(name, ExpandPath("", path));
-    if (!is_new && known->second != ExpandPath("", path)) ambiguous_.insert(name);
-    if (at < project_places) Follow(path, includers);
+    const auto [known, isNew] = forwards_.emplace(name, ExpandPath("", path));
+    if (!isNew && known->second != ExpandPath("", path)) ambiguous_.insert(name);
+    if (at < projectPlaces) Follow(path, includers);
     return;
   }
 }

@@ -24,16 +24,16 @@ struct ScannedText {
   };
   std::vector<Include> includes;
   std::vector<std::string> libraries;  // #pragma comment(lib, "...")
-  bool has_wide_main = false;          // names wmain or wWinMain
-  bool has_generic_main = false;       // names _tmain or _tWinMain
-  bool has_old_literals = false;       // "10i64" and the like
+  bool hasWideMain = false;            // names wmain or wWinMain
+  bool hasGenericMain = false;         // names _tmain or _tWinMain
+  bool hasOldLiterals = false;         // "10i64" and the like
 };
 ScannedText ScanSource(std::string_view text);
 
 class IncludeScan {
  public:
   // Folders with their delimiters, in the order they are searched.
-  IncludeScan(std::vector<std::string> folders, std::vector<std::string> system_folders);
+  IncludeScan(std::vector<std::string> folders, std::vector<std::string> systemFolders);
 
   // Reads a source and all it includes. A file that cannot be read is left to the compiler to name.
   void Add(const std::string& source);
@@ -45,9 +45,9 @@ class IncludeScan {
   // Names among them that mean different files to different includers.
   const std::set<std::string>& Ambiguous() const { return ambiguous_; }
   const std::vector<std::string>& Libraries() const { return libraries_; }
-  bool HasOldLiterals() const { return has_old_literals_; }
-  bool HasWideMain() const { return has_wide_main_; }
-  bool HasGenericMain() const { return has_generic_main_; }
+  bool HasOldLiterals() const { return hasOldLiterals_; }
+  bool HasWideMain() const { return hasWideMain_; }
+  bool HasGenericMain() const { return hasGenericMain_; }
 
  private:
   void Follow(const std::string& path, std::vector<std::string>& includers);
@@ -56,15 +56,15 @@ class IncludeScan {
   // In one of the folders that every file searches.
   bool IsInFolders(const std::string& name);
 
-  std::vector<std::string> folders_, system_folders_;
+  std::vector<std::string> folders_, systemFolders_;
   std::map<std::string, std::string> forwards_;
-  std::map<std::string, bool> exact_, in_folders_;
-  std::set<std::string> read_, known_libraries_;
+  std::map<std::string, bool> exact_, inFolders_;
+  std::set<std::string> read_, knownLibraries_;
   std::set<std::string> resolved_;  // names that gcc would not find, with the folder of their includer
   std::set<std::string> ambiguous_;
   std::vector<std::string> libraries_;
   PathFinder finder_;
-  bool has_wide_main_ = false, has_generic_main_ = false, has_old_literals_ = false;
+  bool hasWideMain_ = false, hasGenericMain_ = false, hasOldLiterals_ = false;
 };
 
 // Writes the forwarding headers below `folder`, which holds nothing else, and removes those of earlier

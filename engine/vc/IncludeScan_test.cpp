@@ -14,12 +14,12 @@ TEST(ScanSource, FindsIncludesLibrariesAndTheWideMain) {
   EXPECT_FALSE(scanned.includes[0].quoted);
   EXPECT_EQ(scanned.includes[1].name, "a\\b.h");
   EXPECT_EQ(scanned.libraries, std::vector<std::string>{"ws2_32.lib"});
-  EXPECT_TRUE(scanned.has_wide_main);
-  EXPECT_FALSE(ScanSource("// wmain\nint my_wmain(){}\n").has_wide_main);
-  EXPECT_TRUE(ScanSource("x = 0xFFui64;\n").has_old_literals);
-  EXPECT_TRUE(ScanSource("x = 1I64;\n").has_old_literals);
-  EXPECT_FALSE(ScanSource("printf(\"%I64d\", mi64);\n").has_old_literals);
-  EXPECT_TRUE(ScanSource("int _tmain(int, char**)\n").has_generic_main);
+  EXPECT_TRUE(scanned.hasWideMain);
+  EXPECT_FALSE(ScanSource("// wmain\nint my_wmain(){}\n").hasWideMain);
+  EXPECT_TRUE(ScanSource("x = 0xFFui64;\n").hasOldLiterals);
+  EXPECT_TRUE(ScanSource("x = 1I64;\n").hasOldLiterals);
+  EXPECT_FALSE(ScanSource("printf(\"%I64d\", mi64);\n").hasOldLiterals);
+  EXPECT_TRUE(ScanSource("int _tmain(int, char**)\n").hasGenericMain);
 }
 
 class Scan : public testing::Test {

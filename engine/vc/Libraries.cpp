@@ -27,22 +27,22 @@ LibraryFinder::LibraryFinder(std::vector<std::string> folders, const std::vector
     : folders_(std::move(folders)), needs_(needs), tools_(tools) {}
 
 LibraryFinder::Library LibraryFinder::Find(const std::string& name) {
-  const std::string with_extension = ExtensionOf(name).empty() ? name + ".lib" : name;
+  const std::string withExtension = ExtensionOf(name).empty() ? name + ".lib" : name;
   for (const std::string& folder : folders_) {
-    std::string path = ExpandPath(folder, with_extension);
+    std::string path = ExpandPath(folder, withExtension);
     if (finder_.FindFile(path)) return {Found::File, path};
   }
   // One that is built elsewhere than the project looks: what is meant is clear from the name.
-  const std::string file = FilePart(with_extension);
+  const std::string file = FilePart(withExtension);
   for (const BuiltProject* need : needs_) {
-    for (const std::string* output : {&need->import_library, &need->output}) {
+    for (const std::string* output : {&need->importLibrary, &need->output}) {
       if (!output->empty() && SameText(FilePart(*output), file)) return {Found::File, *output};
     }
   }
   const std::string base = LowerCase(Base(name));
   if (std::find(kUnneeded.begin(), kUnneeded.end(), base) != kUnneeded.end()) return {Found::Unneeded, ""};
   if (!name.ends_with(file) && name != file) return {};
-  for (const std::string& folder : tools_.library_folders) {
+  for (const std::string& folder : tools_.libraryFolders) {
     std::string path = folder + "lib" + base + ".a";
     if (finder_.FindFile(path)) {
       const std::string found = FilePart(path);

@@ -45,9 +45,9 @@ void SetWork(const VcSettings& settings, VcSource& source) {
     const auto known = std::find_if(kTools.begin(), kTools.end(),
                                     [&](const Tool& each) { return each.name == source.tool; });
     source.work = known == kTools.end() ? VcWork::Unknown : known->work;
-    const bool is_idle = source.work == VcWork::Custom &&
-                         CommandLines(settings.Text("VCCustomBuildTool", "CommandLine", &file)).empty();
-    if (is_idle) source.work = VcWork::None;
+    const bool isIdle = source.work == VcWork::Custom &&
+                        CommandLines(settings.Text("VCCustomBuildTool", "CommandLine", &file)).empty();
+    if (isIdle) source.work = VcWork::None;
     return;
   }
   for (const Extension& each : kExtensions) {
@@ -56,9 +56,9 @@ void SetWork(const VcSettings& settings, VcSource& source) {
     source.tool = each.tool;
   }
   // The project's .rules files say how these are built.
-  if (HasExtension(file.path, ".asm") && !settings.Project().tool_files.empty()) {
+  if (HasExtension(file.path, ".asm") && !settings.Project().toolFiles.empty()) {
     source.work = VcWork::Unknown;
-    source.tool = settings.Project().tool_files.front();
+    source.tool = settings.Project().toolFiles.front();
   }
 }
 
@@ -73,11 +73,11 @@ std::string Joined(const std::vector<std::string>& items, std::size_t most) {
 std::string NameOnDisk(PathFinder& finder, const std::string& path) {
   std::string found = finder.Find(path);
   if (!found.empty()) return found;
-  const bool is_folder = IsDelimiter(path.back());
-  const std::string trimmed = is_folder ? path.substr(0, path.size() - 1) : path;
+  const bool isFolder = IsDelimiter(path.back());
+  const std::string trimmed = isFolder ? path.substr(0, path.size() - 1) : path;
   const std::string above = FolderPart(trimmed);
   if (above.empty() || above.size() >= trimmed.size()) return path;
-  return NameOnDisk(finder, above) + FilePart(trimmed) + (is_folder ? "/" : "");
+  return NameOnDisk(finder, above) + FilePart(trimmed) + (isFolder ? "/" : "");
 }
 
 // A name that means two files needs a folder of forwarding headers for each meaning. The sources to which it
@@ -86,16 +86,16 @@ void SeparateOverlays(Planner& planner, const std::vector<std::string>& folders,
   std::map<std::map<std::string, std::string>, std::string> written{{all.Forwards(), planner.overlay}};
   for (const VcSource& source : planner.sources) {
     if (source.work != VcWork::Compile) continue;
-    IncludeScan scan(folders, planner.tools.include_folders);
+    IncludeScan scan(folders, planner.tools.includeFolders);
     scan.Add(source.path);
     std::map<std::string, std::string> forwards = all.Forwards();
     for (const auto& [name, target] : scan.Forwards()) forwards[name] = target;
-    const auto [place, is_new] = written.try_emplace(std::move(forwards));
-    if (is_new) {
+    const auto [place, isNew] = written.try_emplace(std::move(forwards));
+    if (isNew) {
       place->second = WriteForwards(place->first,
                                     planner.plan.places.folder + "include" + std::to_string(written.size()));
     }
-    planner.own_overlays[source.path] = place->second;
+    planner.ownOverlays[source.path] = place->second;
   }
 }
 
@@ -116,7 +116,7 @@ void ScanIncludes(Planner& planner) {
       if (std::find(folders.begin(), folders.end(), folder) == folders.end()) folders.push_back(folder);
     }
   }
-  IncludeScan scan(folders, planner.tools.include_folders);
+  IncludeScan scan(folders, planner.tools.includeFolders);
   for (const VcSource& source : planner.sources) {
     if (source.work != VcWork::Compile) continue;
     scan.Add(source.path);
@@ -129,10 +129,10 @@ void ScanIncludes(Planner& planner) {
   if (scan.HasOldLiterals()) {
     planner.literals = planner.plan.places.folder + planner.Write("literals.h", kLiterals);
   }
-  planner.pragma_libraries = scan.Libraries();
+  planner.pragmaLibraries = scan.Libraries();
   const std::vector<std::string> defines = Defines(settings, "VCCLCompilerTool", nullptr);
   const bool unicode = std::find(defines.begin(), defines.end(), "_UNICODE") != defines.end();
-  planner.wide_entry = scan.HasWideMain() || (unicode && scan.HasGenericMain());
+  planner.wideEntry = scan.HasWideMain() || (unicode && scan.HasGenericMain());
 }
 
 }  // namespace
@@ -168,13 +168,11 @@ void FindSources(Planner& planner) {
 
 VcPlaces PlacesOf(const VcSettings& settings) {
   PathFinder finder;
-  const auto on_disk = [&](const std::string& path) {
-    return path.empty() ? path : NameOnDisk(finder, path);
-  };
+  const auto onDisk = [&](const std::string& path) { return path.empty() ? path : NameOnDisk(finder, path); };
   std::string name = settings.ProjectName();
   std::replace_if(name.begin(), name.end(), IsDelimiter, '_');  // or it would name a folder elsewhere
-  return {on_disk(settings.IntermediateFolder()) + name + ".objects/", on_disk(settings.OutputFile()),
-          on_disk(settings.ImportLibrary())};
+  return {onDisk(settings.IntermediateFolder()) + name + ".objects/", onDisk(settings.OutputFile()),
+          onDisk(settings.ImportLibrary())};
 }
 
 VcPlan PlanVisualCpp(const VcSettings& settings, const VcPlaces& places, const ProjectTask& task,

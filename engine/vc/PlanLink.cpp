@@ -55,7 +55,7 @@ std::vector<std::string> FindLibraries(Planner& planner, std::string_view tool) 
     if (FileExists(source.path)) {
       AddUnique(libraries, source.path);
     } else {
-      planner.plan.link_errors.push_back("cannot open file '" + source.file->path + "'");
+      planner.plan.linkErrors.push_back("cannot open file '" + source.file->path + "'");
     }
   }
   std::vector<std::string> named = planner.settings.List(tool, "AdditionalDependencies", VcList::Files);
@@ -65,21 +65,21 @@ std::vector<std::string> FindLibraries(Planner& planner, std::string_view tool) 
   for (const std::string& name : named) {
     const LibraryFinder::Library library = finder.Find(name);
     if (library.found == LibraryFinder::Found::Missing) {
-      planner.plan.link_errors.push_back("cannot open file '" + name + "'");
+      planner.plan.linkErrors.push_back("cannot open file '" + name + "'");
     } else if (!library.argument.empty()) {
       AddUnique(libraries, library.argument);
     }
   }
   // A source asks for them on conditions that nobody has looked at: one that is not there is no fault yet.
-  for (const std::string& name : planner.pragma_libraries) {
+  for (const std::string& name : planner.pragmaLibraries) {
     const LibraryFinder::Library library = finder.Find(name);
     if (!library.argument.empty()) AddUnique(libraries, library.argument);
   }
   for (auto need = planner.task.needs.rbegin(); need != planner.task.needs.rend(); ++need) {
     const BuiltProject& built = **need;
-    const bool is_static = HasExtension(built.output, ".lib") || HasExtension(built.output, ".a");
-    if (is_static) AddUnique(libraries, built.output);
-    if (!built.import_library.empty()) AddUnique(libraries, built.import_library);
+    const bool isStatic = HasExtension(built.output, ".lib") || HasExtension(built.output, ".a");
+    if (isStatic) AddUnique(libraries, built.output);
+    if (!built.importLibrary.empty()) AddUnique(libraries, built.importLibrary);
     for (const std::string& library : built.libraries) AddUnique(libraries, library);
   }
   return libraries;
@@ -96,7 +96,7 @@ std::string Definitions(Planner& planner) {
       text = DefFileForLd(ReadFile(path));
       planner.plan.inputs.push_back(path);
     } else {
-      planner.plan.link_errors.push_back("cannot open file '" + written + "'");
+      planner.plan.linkErrors.push_back("cannot open file '" + written + "'");
     }
   }
   for (const std::string& option : settings.List(kLinker, "AdditionalOptions", VcList::Options)) {
@@ -119,8 +119,8 @@ void AddLinkerOption(std::vector<std::string>& command, std::initializer_list<st
 
 void AddEntry(Planner& planner, std::vector<std::string>& command) {
   const std::string entry = planner.settings.Text(kLinker, "EntryPointSymbol");
-  const bool is_program = planner.settings.Type() == VcType::Application;
-  if (is_program && (Contains(kWideEntries, entry) || (entry.empty() && planner.wide_entry))) {
+  const bool isProgram = planner.settings.Type() == VcType::Application;
+  if (isProgram && (Contains(kWideEntries, entry) || (entry.empty() && planner.wideEntry))) {
     command.push_back("-municode");
   } else if (!entry.empty() && !Contains(kUsualEntries, entry)) {
     const bool decorated = planner.tools.prefix.starts_with("i686");
@@ -136,8 +136,8 @@ std::vector<std::string> LinkCommand(Planner& planner) {
   command.push_back(settings.Text(kLinker, "SubSystem") == "2" ? "-mwindows" : "-mconsole");
   AddEntry(planner, command);
   if (planner.tools.prefix.starts_with("i686")) AddLinkerOption(command, {"--enable-stdcall-fixup"});
-  if (!planner.plan.places.import_library.empty()) {
-    AddLinkerOption(command, {"--out-implib", planner.plan.places.import_library});
+  if (!planner.plan.places.importLibrary.empty()) {
+    AddLinkerOption(command, {"--out-implib", planner.plan.places.importLibrary});
   }
   if (settings.Flag(kLinker, "GenerateMapFile").value_or(false)) {
     const std::string name = settings.Text(kLinker, "MapFileName");

@@ -34,18 +34,18 @@ std::string OutputPath(Planner& planner, const std::string& text) {
 // Copies of a script and of what it includes, each one once, all in UTF-8.
 class ScriptCopies {
  public:
-  ScriptCopies(Planner& planner, std::vector<std::string> folders, std::uint32_t code_page)
-      : planner_(planner), folders_(std::move(folders)), code_page_(code_page) {}
+  ScriptCopies(Planner& planner, std::vector<std::string> folders, std::uint32_t codePage)
+      : planner_(planner), folders_(std::move(folders)), codePage_(codePage) {}
 
   // The copy's name in the plan's folder.
   std::string Copy(const std::string& path, int depth) {
-    const auto [place, is_new] = copies_.try_emplace(path);
-    if (!is_new) return place->second;
+    const auto [place, isNew] = copies_.try_emplace(path);
+    if (!isNew) return place->second;
     const std::string name = planner_.UniqueName(Stem(path) + ".copy", ExtensionOf(path));
     place->second = name;
     planner_.plan.inputs.push_back(path);
     const ResourceCopy copy =
-        TranslateResourceScript(ReadFile(path), code_page_, path, [&](const ResourceName& wanted) {
+        TranslateResourceScript(ReadFile(path), codePage_, path, [&](const ResourceName& wanted) {
           const std::string found = Find(wanted.name, FolderPart(path));
           if (!found.empty() && !wanted.included) planner_.plan.inputs.push_back(found);
           if (!found.empty() && !wanted.included) read_.push_back(found);
@@ -73,7 +73,7 @@ class ScriptCopies {
 
   // A header of MinGW-w64 that is named in other letter case; it is not copied.
   std::string FindOwn(const std::string& name) {
-    for (const std::string& folder : planner_.tools.include_folders) {
+    for (const std::string& folder : planner_.tools.includeFolders) {
       std::string path = folder + name;
       if (planner_.finder.FindFile(path)) return path == folder + name ? std::string() : path;
     }
@@ -82,7 +82,7 @@ class ScriptCopies {
 
   Planner& planner_;
   std::vector<std::string> folders_;
-  std::uint32_t code_page_;
+  std::uint32_t codePage_;
   std::map<std::string, std::string> copies_;
   std::vector<std::string> read_;
 };
@@ -121,12 +121,12 @@ std::string CompileRule(Planner& planner, const VcSource& source, const std::str
                         std::map<std::string, std::string>& rules) {
   std::vector<std::string> command;
   if (!planner.task.launcher.empty()) command.push_back(planner.task.launcher);
-  const bool is_c = LanguageOf(planner.settings, *source.file) == VcLanguage::C;
-  command.push_back(is_c ? planner.tools.c : planner.tools.cpp);
+  const bool isC = LanguageOf(planner.settings, *source.file) == VcLanguage::C;
+  command.push_back(isC ? planner.tools.c : planner.tools.cpp);
   for (std::string& each : CompilerArguments(planner.settings, *source.file, overlay)) {
     command.push_back(std::move(each));
   }
-  if (!is_c && !planner.literals.empty()) command.insert(command.end(), {"-include", planner.literals});
+  if (!isC && !planner.literals.empty()) command.insert(command.end(), {"-include", planner.literals});
   const std::string line = Description(ShellQuoted(command));
   std::string& name = rules[line];
   if (!name.empty()) return name;
@@ -204,8 +204,8 @@ void PlanCompiling(Planner& planner) {
   std::map<std::pair<VcLanguage, std::string>, std::string> usual;  // of sources that have nothing special
   for (const VcSource& source : planner.sources) {
     if (source.work != VcWork::Compile) continue;
-    const auto own = planner.own_overlays.find(source.path);
-    const std::string& overlay = own == planner.own_overlays.end() ? planner.overlay : own->second;
+    const auto own = planner.ownOverlays.find(source.path);
+    const std::string& overlay = own == planner.ownOverlays.end() ? planner.overlay : own->second;
     const bool special = planner.settings.IsSpecial(*source.file);
     std::string& known = usual[{LanguageOf(planner.settings, *source.file), overlay}];
     const std::string rule = special || known.empty() ? CompileRule(planner, source, overlay, rules) : known;

@@ -21,8 +21,8 @@ struct VcSource {
 };
 
 struct Planner {
-  Planner(const VcSettings& the_settings, const ProjectTask& the_task, const Toolchain& the_tools)
-      : settings(the_settings), task(the_task), tools(the_tools) {}
+  Planner(const VcSettings& theSettings, const ProjectTask& theTask, const Toolchain& theTools)
+      : settings(theSettings), task(theTask), tools(theTools) {}
 
   const VcSettings& settings;
   const ProjectTask& task;
@@ -33,12 +33,12 @@ struct Planner {
   std::vector<VcSource> sources;
   std::string overlay;  // the folder of forwarding headers to search; empty: none
   std::map<std::string, std::string>
-      own_overlays;                    // of sources to which a name means another file, by their path
+      ownOverlays;                     // of sources to which a name means another file, by their path
   std::string literals;                // a header for "10i64", included before C++; empty: none needs it
   std::vector<std::string> objects;    // relative to the plan's folder, or absolute
   std::vector<std::string> generated;  // outputs of custom build steps
-  std::vector<std::string> pragma_libraries;
-  bool wide_entry = false;  // the program begins at wmain or wWinMain
+  std::vector<std::string> pragmaLibraries;
+  bool wideEntry = false;  // the program begins at wmain or wWinMain
 
   // A name for a file in the plan's folder that no other has: "a.obj", "a_2.obj".
   std::string UniqueName(const std::string& stem, const std::string& extension);

@@ -14,7 +14,7 @@ namespace {
 
 struct CulturePage {
   int language;  // the low ten bits of a culture
-  std::uint32_t code_page;
+  std::uint32_t codePage;
 };
 constexpr std::array kPages = {
     CulturePage{0x11, 932},  CulturePage{0x12, 949},  CulturePage{0x19, 1251}, CulturePage{0x02, 1251},
@@ -24,16 +24,16 @@ constexpr std::array kPages = {
     CulturePage{0x01, 1256}, CulturePage{0x1E, 874},
 };
 
-std::string Decode(std::string_view bytes, std::uint32_t code_page) {
-  if (IsAscii(bytes) || code_page == 65001) return AsValidUtf8(bytes);
-  const std::string name = "CP" + std::to_string(code_page);
-  return system::DecodeLegacy(LegacyEncoding{name, name.c_str(), code_page}, bytes);
+std::string Decode(std::string_view bytes, std::uint32_t codePage) {
+  if (IsAscii(bytes) || codePage == 65001) return AsValidUtf8(bytes);
+  const std::string name = "CP" + std::to_string(codePage);
+  return system::DecodeLegacy(LegacyEncoding{name, name.c_str(), codePage}, bytes);
 }
 
 // Words, numbers, quoted texts and single signs of a line, up to a comment.
 std::vector<std::string_view> Tokens(std::string_view line) {
   std::vector<std::string_view> tokens;
-  const auto is_word = [](char c) {
+  const auto isWord = [](char c) {
     return static_cast<unsigned char>(c) > ' ' && !std::strchr("\",{}()|", c);
   };
   for (std::size_t at = 0; at < line.size();) {
@@ -46,8 +46,8 @@ std::vector<std::string_view> Tokens(std::string_view line) {
     if (line[at] == '"') {
       while (end < line.size() && line[end] != '"') ++end;
       end = std::min(end + 1, line.size());
-    } else if (is_word(line[at])) {
-      while (end < line.size() && is_word(line[end])) ++end;
+    } else if (isWord(line[at])) {
+      while (end < line.size() && isWord(line[end])) ++end;
     }
     tokens.push_back(line.substr(at, end - at));
     at = end;
@@ -75,11 +75,11 @@ std::string FileName(std::string_view token) {
 
 class Translator {
  public:
-  Translator(std::uint32_t code_page, const ResourceResolver& resolve)
-      : code_page_(code_page), resolve_(resolve) {}
+  Translator(std::uint32_t codePage, const ResourceResolver& resolve)
+      : codePage_(codePage), resolve_(resolve) {}
 
   void Line(std::string_view raw) {
-    const std::string line = Decode(raw, code_page_);
+    const std::string line = Decode(raw, codePage_);
     if (line.find_first_not_of(" \t\f") == std::string::npos) return Put("");
     if (TrimView(line).starts_with('#')) return Directive(line);
     const std::vector<std::string_view> tokens = Tokens(line);
@@ -126,7 +126,7 @@ class Translator {
     const std::size_t digit = rest.find_first_of("0123456789", page);
     if (digit != std::string_view::npos) {
       const std::string_view number = rest.substr(digit, rest.find_first_not_of("0123456789", digit) - digit);
-      code_page_ = static_cast<std::uint32_t>(ToInteger(number).value_or(1252));
+      codePage_ = static_cast<std::uint32_t>(ToInteger(number).value_or(1252));
     }
     Put("");
   }
@@ -163,8 +163,8 @@ class Translator {
 
   // "id TYPE [flags] file", and nothing else.
   static bool IsFileStatement(const std::vector<std::string_view>& tokens) {
-    const auto is_name = [](std::string_view token) { return !std::strchr(",{}()|", token[0]); };
-    return std::all_of(tokens.begin(), tokens.end(), is_name) && tokens[1][0] != '=' &&
+    const auto isName = [](std::string_view token) { return !std::strchr(",{}()|", token[0]); };
+    return std::all_of(tokens.begin(), tokens.end(), isName) && tokens[1][0] != '=' &&
            std::all_of(tokens.begin() + 2, tokens.end() - 1, IsFlag);
   }
 
@@ -175,28 +175,28 @@ class Translator {
       const bool begins = token == "{" || SameText(token, "BEGIN");
       const bool ends = token == "}" || SameText(token, "END");
       if (token == "," || IsFlag(token)) continue;
-      (out += needs_comma_ && !ends ? ", " : " ") += token;
-      needs_comma_ = !begins && !ends;
+      (out += needsComma_ && !ends ? ", " : " ") += token;
+      needsComma_ = !begins && !ends;
       if (ends) dlginit_ = false;
     }
     Put(out);
   }
 
-  std::uint32_t code_page_;
+  std::uint32_t codePage_;
   const ResourceResolver& resolve_;
   ResourceCopy copy_;
   int depth_ = 0;
-  bool dlginit_ = false, needs_comma_ = false;
+  bool dlginit_ = false, needsComma_ = false;
 };
 
 }  // namespace
 
-ResourceCopy TranslateResourceScript(std::string_view bytes, std::uint32_t code_page, const std::string& path,
+ResourceCopy TranslateResourceScript(std::string_view bytes, std::uint32_t codePage, const std::string& path,
                                      const ResourceResolver& resolve) {
   std::string scratch;
-  const bool marked = EncodingOf(bytes) != TextEncoding::kBytes;
+  const bool marked = EncodingOf(bytes) != TextEncoding::Bytes;
   const std::string_view text = DecodeText(bytes, scratch);
-  Translator translator(marked ? 65001 : code_page, resolve);
+  Translator translator(marked ? 65001 : codePage, resolve);
   ForEachLine(text, [&](std::string_view line) { translator.Line(line); });
   ResourceCopy copy = std::move(translator).Finish();
   std::string head = "#line 1 \"";
@@ -209,7 +209,7 @@ std::uint32_t CodePageOfCulture(std::string_view culture) {
   const int number = ToInteger(TrimView(culture)).value_or(0);
   if ((number & 0x3FF) == 0x04) return number == 0x0404 || number == 0x0C04 ? 950 : 936;
   for (const CulturePage& each : kPages) {
-    if (each.language == (number & 0x3FF)) return each.code_page;
+    if (each.language == (number & 0x3FF)) return each.codePage;
   }
   return 1252;
 }

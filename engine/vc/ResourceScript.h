@@ -24,9 +24,9 @@ struct ResourceName {
 // An absolute path with "/"; empty: leave the name as it is.
 using ResourceResolver = std::function<std::string(const ResourceName&)>;
 
-// `bytes`: the script as it lies on disk. `code_page`: of scripts that do not say theirs. `path`: its own,
+// `bytes`: the script as it lies on disk. `codePage`: of scripts that do not say theirs. `path`: its own,
 // which errors will name.
-ResourceCopy TranslateResourceScript(std::string_view bytes, std::uint32_t code_page, const std::string& path,
+ResourceCopy TranslateResourceScript(std::string_view bytes, std::uint32_t codePage, const std::string& path,
                                      const ResourceResolver& resolve);
 
 // The ANSI code page of a language ("1041": 932); 1252 for those that have no other.

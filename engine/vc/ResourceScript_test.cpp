@@ -9,8 +9,8 @@ const ResourceResolver kNothing = [](const ResourceName&) { return std::string()
 
 // Without the line that names the script.
 std::string Translated(std::string_view bytes, const ResourceResolver& resolve = kNothing,
-                       std::uint32_t code_page = 1252) {
-  const std::string text = TranslateResourceScript(bytes, code_page, "/x/a.rc", resolve).text;
+                       std::uint32_t codePage = 1252) {
+  const std::string text = TranslateResourceScript(bytes, codePage, "/x/a.rc", resolve).text;
   return text.substr(text.find('\n') + 1);
 }
 

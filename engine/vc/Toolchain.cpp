@@ -39,7 +39,7 @@ void AskFolders(Toolchain& tools) {
   RunChild({{tools.cpp, "-E", "-v", "-x", "c++", "/dev/null"}, "", {{"LC_ALL", "C"}}},
            [&](std::string_view line) {
              if (line.starts_with("End of search list")) listed = false;
-             if (listed && line.starts_with(' ')) tools.include_folders.push_back(Folder(line));
+             if (listed && line.starts_with(' ')) tools.includeFolders.push_back(Folder(line));
              if (line.starts_with("#include <...>")) listed = true;
            });
   RunChild({{tools.c, "-print-search-dirs"}, "", {{"LC_ALL", "C"}}}, [&](std::string_view line) {
@@ -48,7 +48,7 @@ void AskFolders(Toolchain& tools) {
     line.remove_prefix(kLibraries.size());
     for (;;) {
       const std::size_t end = line.find(':');
-      tools.library_folders.push_back(Folder(line.substr(0, end)));
+      tools.libraryFolders.push_back(Folder(line.substr(0, end)));
       if (end == std::string_view::npos) return;
       line.remove_prefix(end + 1);
     }

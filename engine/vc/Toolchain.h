@@ -11,8 +11,8 @@ namespace qx {
 struct Toolchain {
   std::string prefix;                            // "i686-w64-mingw32-"
   std::string c, cpp, windres, ar, nm, dlltool;  // absolute paths
-  std::vector<std::string> include_folders;      // with their delimiters, in the order they are searched
-  std::vector<std::string> library_folders;
+  std::vector<std::string> includeFolders;       // with their delimiters, in the order they are searched
+  std::vector<std::string> libraryFolders;
 };
 
 // For a platform of a project: "Win32" or "x64", letter case aside. Raises Exception that says what is

@@ -79,7 +79,7 @@ class Builder {
     built.status = status;
     built.output = places_.output;
     // A DLL that exports nothing has none.
-    if (StampOf(places_.import_library).size >= 0) built.import_library = places_.import_library;
+    if (StampOf(places_.importLibrary).size >= 0) built.importLibrary = places_.importLibrary;
     return built;
   }
 
@@ -90,12 +90,12 @@ class Builder {
   std::optional<BuildRecord> old_;
   VcPlaces places_;
   VcPlan plan_;
-  std::string first_error_;
-  std::set<std::string> missing_headers_;
+  std::string firstError_;
+  std::set<std::string> missingHeaders_;
 };
 
 void Builder::Open() {
-  VcPlace place = PlaceOnDisk(task_.file, task_.solution_file, task_.configuration, task_.platform);
+  VcPlace place = PlaceOnDisk(task_.file, task_.solutionFile, task_.configuration, task_.platform);
   place.environment = [this, ask = place.environment](const std::string& name) {
     std::optional<std::string> value = ask(name);
     environment_[name] = value;
@@ -120,7 +120,7 @@ std::string Builder::Hindrance() const {
 }
 
 std::string Builder::Key() const {
-  return "1|" + task_.configuration + "|" + task_.platform + "|" + task_.solution_file + "|" + task_.launcher;
+  return "1|" + task_.configuration + "|" + task_.platform + "|" + task_.solutionFile + "|" + task_.launcher;
 }
 
 BuiltProject Builder::UpToDate() const {
@@ -138,8 +138,8 @@ bool Builder::RunNinja(const char* target) {
   command.environment = {{"NINJA_STATUS", kStatus}, {"LC_ALL", "C"}, {"TERM", "dumb"}};
   Diagnostics diagnostics(kStatus, [this](std::string_view line) { console_.Line(line); });
   const ChildResult result = RunChild(command, [&](std::string_view line) { diagnostics.Line(line); });
-  if (first_error_.empty()) first_error_ = diagnostics.FirstError();
-  missing_headers_.insert(diagnostics.MissingHeaders().begin(), diagnostics.MissingHeaders().end());
+  if (firstError_.empty()) firstError_ = diagnostics.FirstError();
+  missingHeaders_.insert(diagnostics.MissingHeaders().begin(), diagnostics.MissingHeaders().end());
   if (!result.reason.empty()) console_.Error(task_.name, 0, "PRJ0003", result.reason);
   return result.code == 0;
 }
@@ -158,14 +158,14 @@ std::string Builder::RunCommands(const std::string& commands, const char* title)
 // MFC and ATL are not there to be had: that one of their headers is missing says it all.
 BuiltProject Builder::ToolFailed() const {
   constexpr std::array kLimits = {std::pair{"afx", "mfc"}, std::pair{"atl", "atl"}};
-  for (const std::string& header : missing_headers_) {
+  for (const std::string& header : missingHeaders_) {
     for (const auto& [prefix, limit] : kLimits) {
       if (!LowerCase(FilePart(header)).starts_with(prefix)) continue;
       return Failed("it needs " + UpperCase(limit) + " (" + header + "), which there is not outside Windows",
                     limit);
     }
   }
-  return Failed(first_error_.empty() ? "a tool failed" : first_error_);
+  return Failed(firstError_.empty() ? "a tool failed" : firstError_);
 }
 
 // Everything that stands on disk before a tool runs.
@@ -174,8 +174,8 @@ void Builder::Prepare() {
     console_.Warning(task_.name, 0, "PRJ0018", "environment variable $(" + macro + ") was not found");
   }
   for (const std::string& note : plan_.notes) console_.Line(note);
-  const std::string root = FolderPart(task_.solution_file.empty() ? task_.file : task_.solution_file);
-  for (const std::string& file : {places_.output, places_.import_library}) {
+  const std::string root = FolderPart(task_.solutionFile.empty() ? task_.file : task_.solutionFile);
+  for (const std::string& file : {places_.output, places_.importLibrary}) {
     if (file.empty()) continue;
     if (!file.starts_with(root)) console_.Line("Output: " + file);  // for everybody to see where it goes
     CreateFolders(FolderPart(file));
@@ -185,12 +185,12 @@ void Builder::Prepare() {
 }
 
 std::optional<BuiltProject> Builder::CompileAndLink() {
-  const bool in_two =
-      !plan_.link_errors.empty() || !settings_->Text("VCPreLinkEventTool", "CommandLine").empty();
-  if (in_two) {
+  const bool inTwo =
+      !plan_.linkErrors.empty() || !settings_->Text("VCPreLinkEventTool", "CommandLine").empty();
+  if (inTwo) {
     if (!RunNinja(kObjectsTarget)) return ToolFailed();
-    for (const std::string& error : plan_.link_errors) console_.Line("LINK : fatal error LNK1104: " + error);
-    if (!plan_.link_errors.empty()) return Failed(plan_.link_errors.front());
+    for (const std::string& error : plan_.linkErrors) console_.Line("LINK : fatal error LNK1104: " + error);
+    if (!plan_.linkErrors.empty()) return Failed(plan_.linkErrors.front());
     const std::string reason = RunEvent("VCPreLinkEventTool", "Performing Pre-Link Event...");
     if (!reason.empty()) return RefuseEvent("pre-link event", reason);
   }
@@ -213,12 +213,12 @@ std::optional<BuiltProject> Builder::MakeImportLibrary(const Toolchain& tools) {
   if (definitions.empty()) return std::nullopt;
   ReplaceFile(places_.folder + "import.def", definitions);
   const ChildResult result = RunChild({{tools.dlltool, "--kill-at", "--input-def", "import.def", "--dllname",
-                                        FilePart(places_.output), "--output-lib", places_.import_library},
+                                        FilePart(places_.output), "--output-lib", places_.importLibrary},
                                        places_.folder,
                                        {}},
                                       [this](std::string_view line) { console_.Line(line); });
   if (result.code == 0) return std::nullopt;
-  return Refuse("its import library could not be made: " + places_.import_library);
+  return Refuse("its import library could not be made: " + places_.importLibrary);
 }
 
 BuiltProject Builder::Build() {
@@ -233,15 +233,15 @@ BuiltProject Builder::Build() {
   const FileStamp before = StampOf(places_.output);
   std::string reason = RunEvent("VCPreBuildEventTool", "Performing Pre-Build Event...");
   if (!reason.empty()) return RefuseEvent("pre-build event", reason);
-  const std::int64_t started = FileTimeNow();
+  const std::int64_t started = TimeOfFileMadeNow(places_.folder + "started");
   if (std::optional<BuiltProject> failed = CompileAndLink()) return *failed;
 
   BuiltProject built = Done(Status::Succeeded);
   built.libraries = plan_.libraries;
   // What comes after the link, comes after a link; once more where the project may say something else now.
-  const bool is_new = !old_ || places_.output.empty() || StampOf(places_.output) != before ||
-                      old_->files[task_.file] != StampOf(task_.file);
-  if (is_new) {
+  const bool isNew = !old_ || places_.output.empty() || StampOf(places_.output) != before ||
+                     old_->files[task_.file] != StampOf(task_.file);
+  if (isNew) {
     if (std::optional<BuiltProject> failed = MakeImportLibrary(tools)) return *failed;
     reason = RunEvent("VCCustomBuildTool", "Performing Custom Build Step...");
     if (!reason.empty()) return RefuseEvent("custom build step", reason);
@@ -267,17 +267,17 @@ void Builder::Save(BuildRecord record, std::int64_t started) {
     std::string text;
     if (!TryReadFile(places_.folder + depfile, text)) return;
     for (const std::string& each : DependenciesIn(text)) {
-      const bool is_made = std::find(plan_.made.begin(), plan_.made.end(), each) != plan_.made.end();
-      if (each[0] != '/' || is_made || record.files.contains(each)) continue;
+      const bool isMade = std::find(plan_.made.begin(), plan_.made.end(), each) != plan_.made.end();
+      if (each[0] != '/' || isMade || record.files.contains(each)) continue;
       record.Add(each);
       if (record.files[each].time > started) return;
     }
   }
   for (const std::string& made : plan_.made) record.Add(made);
   if (!places_.output.empty()) record.Add(places_.output);
-  if (!places_.import_library.empty()) record.Add(places_.import_library);
+  if (!places_.importLibrary.empty()) record.Add(places_.importLibrary);
   record.output = places_.output;
-  record.import_library = places_.import_library;
+  record.importLibrary = places_.importLibrary;
   record.libraries = plan_.libraries;
   record.Save(places_.folder + kRecord);
 }
@@ -286,7 +286,7 @@ void Builder::Clean() {
   std::error_code ignored;
   // A folder that an engine has not made is not the engine's to remove.
   if (FileExists(places_.folder + "build.ninja")) fs::remove_all(places_.folder, ignored);
-  for (const std::string& file : {places_.output, places_.import_library}) {
+  for (const std::string& file : {places_.output, places_.importLibrary}) {
     if (!file.empty()) fs::remove(file, ignored);
   }
 }

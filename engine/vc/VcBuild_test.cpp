@@ -65,7 +65,7 @@ class VcBuild : public testing::Test {
     }
     task.configuration = "Release";
     task.platform = project.platform;
-    task.solution_file = folder_ / "All.sln";
+    task.solutionFile = folder_ / "All.sln";
     task.needs = std::move(needs);
     task.goal = goal;
     task.launcher = launcher_;
@@ -160,20 +160,20 @@ TEST_F(VcBuild, LibrariesReachThoseThatNeedThem) {
   ProjectText app{
       "app",           "1", "x64", "", Tool("VCLinkerTool", "OutputFile=\"..\\dll\\Release\\app.exe\""),
       File("main.cpp")};
-  const BuiltProject built_low = Build(low, "lib/");
-  ASSERT_EQ(built_low.status, Status::Succeeded) << printed_;
-  const BuiltProject built_high = Build(high, "lib/", {&built_low});
-  ASSERT_EQ(built_high.status, Status::Succeeded) << printed_;
-  EXPECT_EQ(built_high.libraries, std::vector<std::string>{built_low.output});
-  const BuiltProject built_dll = Build(dll, "dll/", {&built_high});
-  ASSERT_EQ(built_dll.status, Status::Succeeded) << printed_;
-  EXPECT_EQ(built_dll.import_library, folder_ / "imp/Dll.lib");
-  const BuiltProject built_app = Build(app, "app/", {&built_dll});
-  ASSERT_EQ(built_app.status, Status::Succeeded) << printed_;
-  ExpectPrints(built_app.output, "42");
-  const BuiltProject again = Build(high, "lib/", {&built_low});
+  const BuiltProject builtLow = Build(low, "lib/");
+  ASSERT_EQ(builtLow.status, Status::Succeeded) << printed_;
+  const BuiltProject builtHigh = Build(high, "lib/", {&builtLow});
+  ASSERT_EQ(builtHigh.status, Status::Succeeded) << printed_;
+  EXPECT_EQ(builtHigh.libraries, std::vector<std::string>{builtLow.output});
+  const BuiltProject builtDll = Build(dll, "dll/", {&builtHigh});
+  ASSERT_EQ(builtDll.status, Status::Succeeded) << printed_;
+  EXPECT_EQ(builtDll.importLibrary, folder_ / "imp/Dll.lib");
+  const BuiltProject builtApp = Build(app, "app/", {&builtDll});
+  ASSERT_EQ(builtApp.status, Status::Succeeded) << printed_;
+  ExpectPrints(builtApp.output, "42");
+  const BuiltProject again = Build(high, "lib/", {&builtLow});
   EXPECT_EQ(again.status, Status::UpToDate);
-  EXPECT_EQ(again.libraries, built_high.libraries);
+  EXPECT_EQ(again.libraries, builtHigh.libraries);
 }
 
 TEST_F(VcBuild, StdcallExportsOfWin32KeepTheirPlainName) {

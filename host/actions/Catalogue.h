@@ -113,8 +113,8 @@ class Catalogue final : public IQXActionServices, public IQXOptionsServices, pub
 
   // The variables of the build project that is open, for code that runs outside a build; null: the
   // environment's alone. They outlive their use.
-  void UseDesignVariables(const Variables* variables) { design_variables_ = variables; }
-  const Variables* DesignVariables() const { return design_variables_; }
+  void UseDesignVariables(const Variables* variables) { designVariables_ = variables; }
+  const Variables* DesignVariables() const { return designVariables_; }
 
   // Drops everything that was registered, the objects too. Modified options that were not saved are lost.
   void Forget();
@@ -130,7 +130,7 @@ class Catalogue final : public IQXActionServices, public IQXOptionsServices, pub
   std::vector<RegisteredFunction> functions_;
   std::vector<RegisteredEnumeration> enumerations_;
   OptionsStore* store_ = nullptr;
-  const Variables* design_variables_ = nullptr;
+  const Variables* designVariables_ = nullptr;
   std::recursive_mutex objects_;  // an object that loads may ask for another, or for itself
 };
 

@@ -37,7 +37,7 @@ class LineQueue {
   // From a reader. True when the calling thread must be woken.
   bool Push(OutputStream stream, std::string_view line) {
     std::unique_lock lock(mutex_);
-    has_room_.wait(lock, [&] { return closed_ || bytes_ < kMostBytes; });
+    hasRoom_.wait(lock, [&] { return closed_ || bytes_ < kMostBytes; });
     if (closed_) return false;
     bytes_ += line.size() + sizeof(Entry);
     entries_.push_back({stream, std::string(line)});
@@ -47,7 +47,7 @@ class LineQueue {
   std::deque<Entry> TakeAll() {
     const std::lock_guard lock(mutex_);
     bytes_ = 0;
-    has_room_.notify_all();
+    hasRoom_.notify_all();
     return std::exchange(entries_, {});
   }
 
@@ -55,14 +55,14 @@ class LineQueue {
   void Close() {
     const std::lock_guard lock(mutex_);
     closed_ = true;
-    has_room_.notify_all();
+    hasRoom_.notify_all();
   }
 
  private:
   static constexpr std::size_t kMostBytes = std::size_t{256} << 10;
 
   std::mutex mutex_;
-  std::condition_variable has_room_;
+  std::condition_variable hasRoom_;
   std::deque<Entry> entries_;
   std::size_t bytes_ = 0;
   bool closed_ = false;
@@ -78,7 +78,7 @@ class ChildRun {
 
  private:
   const LineSink& SinkOf(OutputStream stream) const {
-    return stream == OutputStream::kOutput ? what_.on_output : what_.on_error;
+    return stream == OutputStream::Output ? what_.onOutput : what_.onError;
   }
   void StartReader(OutputStream stream);
   void Pump(OutputStream stream);
@@ -94,35 +94,35 @@ class ChildRun {
   TEvent notice_;  // a reader has ended or failed, or the queue is no longer empty
   RunningChild child_;
   LineQueue queue_;
-  std::atomic<int> open_readers_ = 0;
+  std::atomic<int> openReaders_ = 0;
   std::array<std::thread, 2> readers_;
-  std::mutex failure_mutex_;
+  std::mutex failureMutex_;
   std::exception_ptr failure_;  // the first that a sink threw
 };
 
 // Readers are joined last of all; whatever brought us here, they must find an end.
 ChildRun::~ChildRun() {
   queue_.Close();
-  if (open_readers_ > 0) EndTree();
+  if (openReaders_ > 0) EndTree();
   for (std::thread& reader : readers_) {
     if (reader.joinable()) reader.join();
   }
 }
 
 int ChildRun::ToTheEnd() {
-  if (what_.redirect_output) {
-    StartReader(OutputStream::kOutput);
-    StartReader(OutputStream::kError);
+  if (what_.redirectOutput) {
+    StartReader(OutputStream::Output);
+    StartReader(OutputStream::Error);
   }
   bool exited = false;
-  while (!exited || open_readers_ > 0) {
+  while (!exited || openReaders_ > 0) {
     const Woken woken = child_.Wait(what_.stop, notice_, !exited, kForEver);
-    if (woken == Woken::kStop) {
+    if (woken == Woken::Stop) {
       EndTree();
       DeliverQueued();
       return Failed() ? (std::rethrow_exception(failure_), 0) : kTerminatedExitCode;
     }
-    exited = exited || woken == Woken::kExit;
+    exited = exited || woken == Woken::Exit;
     DeliverQueued();
     if (Failed()) {
       EndTree();
@@ -135,15 +135,15 @@ int ChildRun::ToTheEnd() {
 }
 
 void ChildRun::StartReader(OutputStream stream) {
-  ++open_readers_;
+  ++openReaders_;
   try {
     readers_[static_cast<std::size_t>(stream)] = std::thread([this, stream] {
       Pump(stream);
-      --open_readers_;
+      --openReaders_;
       notice_.SetEvent();
     });
   } catch (const std::exception& error) {
-    --open_readers_;
+    --openReaders_;
     throw Exception("Cannot read the output of \"" + what_.executable + "\": " + error.what());
   }
 }
@@ -153,8 +153,8 @@ void ChildRun::Pump(OutputStream stream) {
   LineSplitter splitter;
   LineSink sink = SinkOf(stream);
   if (!sink) sink = [](std::string_view) {};
-  std::function<void()> idle = what_.on_idle;
-  if (what_.delivery == Delivery::kCallingThread) {
+  std::function<void()> idle = what_.onIdle;
+  if (what_.delivery == Delivery::CallingThread) {
     sink = [this, stream](std::string_view line) {
       if (queue_.Push(stream, line)) notice_.SetEvent();
     };
@@ -179,13 +179,13 @@ void ChildRun::Pump(OutputStream stream) {
 }
 
 void ChildRun::DeliverQueued() {
-  if (what_.delivery != Delivery::kCallingThread || Failed()) return;
+  if (what_.delivery != Delivery::CallingThread || Failed()) return;
   try {
     const std::deque<LineQueue::Entry> entries = queue_.TakeAll();
     for (const LineQueue::Entry& entry : entries) {
       if (const LineSink& sink = SinkOf(entry.stream)) sink(entry.line);
     }
-    if (!entries.empty() && what_.on_idle) what_.on_idle();
+    if (!entries.empty() && what_.onIdle) what_.onIdle();
   } catch (...) {
     Fail(std::current_exception());
   }
@@ -193,7 +193,7 @@ void ChildRun::DeliverQueued() {
 
 void ChildRun::Fail(std::exception_ptr failure) {
   {
-    const std::lock_guard lock(failure_mutex_);
+    const std::lock_guard lock(failureMutex_);
     if (!failure_) failure_ = std::move(failure);
   }
   queue_.Close();
@@ -201,7 +201,7 @@ void ChildRun::Fail(std::exception_ptr failure) {
 }
 
 bool ChildRun::Failed() {
-  const std::lock_guard lock(failure_mutex_);
+  const std::lock_guard lock(failureMutex_);
   return failure_ != nullptr;
 }
 
@@ -229,9 +229,9 @@ void ChildRun::EndTree() {
     child_.KillTree();
     return !child_.TreeIsAlive();
   });
-  const auto readers_are_through = [&] { return open_readers_ == 0; };
-  if (PauseUntil(kDrainPatience, readers_are_through)) return;
-  while (!readers_are_through()) {
+  const auto readersAreThrough = [&] { return openReaders_ == 0; };
+  if (PauseUntil(kDrainPatience, readersAreThrough)) return;
+  while (!readersAreThrough()) {
     child_.AbandonPipes();
     Pause(milliseconds(20));
   }

@@ -13,8 +13,8 @@
 namespace qx {
 
 enum class Delivery {
-  kReaderThreads,  // each stream's lines come on a thread of its own, both at the same time
-  kCallingThread,  // all lines come on the thread that called Run, never two at once
+  ReaderThreads,  // each stream's lines come on a thread of its own, both at the same time
+  CallingThread,  // all lines come on the thread that called Run, never two at once
 };
 
 struct ChildProcess {
@@ -28,19 +28,19 @@ struct ChildProcess {
   std::string directory;
 
   // False: the child writes to the host's own streams, and the sinks stay silent.
-  bool redirect_output = true;
+  bool redirectOutput = true;
   // Windows: true gives the child no console window; false lets it share the host's console. Nothing elsewhere.
-  bool hide_window = true;
+  bool hideWindow = true;
 
   // One line, without its line end, bytes as the child wrote them (LineSplitter.h). Lines of one stream come
   // in order; between the two streams there is none. An empty sink drops the stream, which is drained all the
   // same. When a sink throws, the tree is ended and Run throws the same.
-  LineSink on_output;
-  LineSink on_error;
+  LineSink onOutput;
+  LineSink onError;
   // Called on the same thread as the sinks when all that had come was handed out: the moment to flush a log.
   // A hint, which costs the readers nothing. May be empty. What it throws is treated like what a sink throws.
-  std::function<void()> on_idle;
-  Delivery delivery = Delivery::kReaderThreads;
+  std::function<void()> onIdle;
+  Delivery delivery = Delivery::ReaderThreads;
 
   // When it is signalled the whole tree of the child is ended; may be null. Consumed by the run that it ends.
   // A run that is over by itself leaves it as it is. If it is signalled beforehand, nothing is started.

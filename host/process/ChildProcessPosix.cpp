@@ -31,10 +31,10 @@ constexpr char kWakeByte = '\0';
 constexpr int kLastReads = 32;
 
 struct Pipe {
-  Descriptor read_end;
+  Descriptor readEnd;
   std::atomic<bool> abandoned = false;
-  std::atomic<bool> wake_byte_sent = false;
-  int last_reads = 0;
+  std::atomic<bool> wakeByteSent = false;
+  int lastReads = 0;
 };
 
 // The host's environment with the tree's mark behind the marks that are there (a host started by a host).
@@ -77,8 +77,8 @@ int FolderError(const std::string& folder) {
                                    const std::string& folder, int error) {
   const std::string beginning = "Cannot start \"" + what.executable + "\"";
   if (!folder.empty()) {
-    if (const int folder_error = FolderError(folder); folder_error != 0) {
-      throw Exception(beginning + " in the folder \"" + what.directory + "\": " + ErrorText(folder_error));
+    if (const int folderError = FolderError(folder); folderError != 0) {
+      throw Exception(beginning + " in the folder \"" + what.directory + "\": " + ErrorText(folderError));
     }
   }
   struct stat status;
@@ -119,7 +119,7 @@ Descriptor RunningChild::System::OpenPipe(OutputStream stream) {
   if (pipe2(ends, O_CLOEXEC) != 0) {
     throw Exception("Cannot start \"" + executable + "\": " + system::LastError());
   }
-  PipeOf(stream).read_end = Descriptor(ends[0]);
+  PipeOf(stream).readEnd = Descriptor(ends[0]);
   return Descriptor(ends[1]);
 }
 
@@ -131,9 +131,9 @@ void RunningChild::System::Start(const ChildProcess& what) {
   posix_spawn_file_actions_addopen(&orders.actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   Descriptor output;
   Descriptor error;
-  if (what.redirect_output) {
-    output = OpenPipe(OutputStream::kOutput);
-    error = OpenPipe(OutputStream::kError);
+  if (what.redirectOutput) {
+    output = OpenPipe(OutputStream::Output);
+    error = OpenPipe(OutputStream::Error);
     posix_spawn_file_actions_adddup2(&orders.actions, output.Number(), STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&orders.actions, error.Number(), STDERR_FILENO);
   }
@@ -185,35 +185,35 @@ RunningChild::~RunningChild() {
 std::size_t RunningChild::Read(OutputStream stream, std::span<char> space) {
   Pipe& pipe = system_->PipeOf(stream);
   for (;;) {
-    if (pipe.abandoned && ++pipe.last_reads > kLastReads) return 0;
-    const ssize_t result = read(pipe.read_end.Number(), space.data(), space.size());
+    if (pipe.abandoned && ++pipe.lastReads > kLastReads) return 0;
+    const ssize_t result = read(pipe.readEnd.Number(), space.data(), space.size());
     if (result < 0 && errno == EINTR) continue;
     if (result <= 0) return 0;  // the end, or nothing left in an abandoned pipe
     const auto count = static_cast<std::size_t>(result);
-    const bool woken = space[count - 1] == kWakeByte && pipe.wake_byte_sent.exchange(false);
+    const bool woken = space[count - 1] == kWakeByte && pipe.wakeByteSent.exchange(false);
     if (!woken) return count;
     if (count > 1) return count - 1;
   }
 }
 
-Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool for_exit, std::chrono::milliseconds patience) {
+Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool forExit, std::chrono::milliseconds patience) {
   // A negative descriptor is passed over by poll.
   const auto native = [](const TEvent* event) {
     return event ? static_cast<int>(event->NativeHandle()) : -1;
   };
   std::array<pollfd, 3> waited{{{native(stop), POLLIN, 0},
                                 {native(&notice), POLLIN, 0},
-                                {for_exit ? system_->exit.Number() : -1, POLLIN, 0}}};
-  const bool must_look = for_exit && !system_->exit.IsOpen();
+                                {forExit ? system_->exit.Number() : -1, POLLIN, 0}}};
+  const bool mustLook = forExit && !system_->exit.IsOpen();
   const auto end = std::chrono::steady_clock::now() + patience;
   for (;;) {
     auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-    if (left.count() <= 0) return Woken::kTime;
-    if (must_look) left = std::min(left, std::chrono::milliseconds(20));
+    if (left.count() <= 0) return Woken::Time;
+    if (mustLook) left = std::min(left, std::chrono::milliseconds(20));
     if (poll(waited.data(), waited.size(), static_cast<int>(left.count())) < 0) continue;  // interrupted
-    if (waited[0].revents != 0 && stop->WaitFor(0)) return Woken::kStop;
-    if (waited[1].revents != 0 && notice.WaitFor(0)) return Woken::kNotice;
-    if (waited[2].revents != 0 || (must_look && system_->HasExited())) return Woken::kExit;
+    if (waited[0].revents != 0 && stop->WaitFor(0)) return Woken::Stop;
+    if (waited[1].revents != 0 && notice.WaitFor(0)) return Woken::Notice;
+    if (waited[2].revents != 0 || (mustLook && system_->HasExited())) return Woken::Exit;
   }
 }
 
@@ -230,15 +230,14 @@ bool RunningChild::TreeIsAlive() { return !LivingTree(system_->pid, system_->mar
 
 void RunningChild::AbandonPipes() {
   for (Pipe& pipe : system_->pipes) {
-    const int read_end = pipe.read_end.Number();
-    if (read_end < 0 || pipe.abandoned.exchange(true)) continue;
-    fcntl(read_end, F_SETFL, O_NONBLOCK);
+    const int readEnd = pipe.readEnd.Number();
+    if (readEnd < 0 || pipe.abandoned.exchange(true)) continue;
+    fcntl(readEnd, F_SETFL, O_NONBLOCK);
     // A reader that is blocked already needs something to read.
-    const std::string name = "/proc/self/fd/" + std::to_string(read_end);
-    const Descriptor write_end(open(name.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
-    pipe.wake_byte_sent = true;
-    if (write(write_end.Number(), &kWakeByte, 1) != 1)
-      pipe.wake_byte_sent = false;  // full: nobody is blocked
+    const std::string name = "/proc/self/fd/" + std::to_string(readEnd);
+    const Descriptor writeEnd(open(name.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+    pipe.wakeByteSent = true;
+    if (write(writeEnd.Number(), &kWakeByte, 1) != 1) pipe.wakeByteSent = false;  // full: nobody is blocked
   }
 }
 

@@ -27,7 +27,7 @@ std::size_t OpenDescriptors() {
 
 Lines OutputOf(ChildProcess child) {
   Lines lines;
-  child.on_output = [&](std::string_view line) { lines.emplace_back(line); };
+  child.onOutput = [&](std::string_view line) { lines.emplace_back(line); };
   child.Run();
   return lines;
 }
@@ -97,10 +97,10 @@ TEST_F(ChildProcessPosix, AForbiddenStartingFolderIsNamed) {
   mkdir(closed.c_str(), 0);
   chmod(folder_.c_str(), 0755);
   child_.directory = closed;
-  const bool is_root = geteuid() == 0;  // whom nothing is forbidden
-  ASSERT_EQ(seteuid(is_root ? 65534 : geteuid()), 0);
+  const bool isRoot = geteuid() == 0;  // whom nothing is forbidden
+  ASSERT_EQ(seteuid(isRoot ? 65534 : geteuid()), 0);
   const std::string error = ErrorOf(child_);
-  ASSERT_EQ(seteuid(is_root ? 0 : geteuid()), 0);
+  ASSERT_EQ(seteuid(isRoot ? 0 : geteuid()), 0);
   EXPECT_EQ(error, "Cannot start \"" QX_TEST_CHILD "\" in the folder \"" + closed + "\": Permission denied");
 }
 
@@ -168,8 +168,8 @@ TEST_F(ChildProcessPosix, WorksWithoutStandardStreamsOfItsOwn) {
   child_.parameters = "out:one err:two stdin";
   Lines output;
   Lines error;
-  child_.on_output = [&](std::string_view line) { output.emplace_back(line); };
-  child_.on_error = [&](std::string_view line) { error.emplace_back(line); };
+  child_.onOutput = [&](std::string_view line) { output.emplace_back(line); };
+  child_.onError = [&](std::string_view line) { error.emplace_back(line); };
   const int code = child_.Run();
   for (int i = 0; i < 3; ++i) {
     dup2(saved[i], i);
@@ -189,13 +189,13 @@ TEST_F(ChildProcessPosix, SignalsArriveInTheChildAsEver) {
   pthread_sigmask(SIG_BLOCK, &blocked, &before);
   const auto handler = signal(SIGINT, SIG_IGN);
   child_.parameters = "signal:15";
-  const int by_term = child_.Run();
+  const int byTerm = child_.Run();
   child_.parameters = "signal:2";
-  const int by_int = child_.Run();
+  const int byInt = child_.Run();
   signal(SIGINT, handler);
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
-  EXPECT_EQ(by_term, 128 + SIGTERM);
-  EXPECT_EQ(by_int, 128 + SIGINT);
+  EXPECT_EQ(byTerm, 128 + SIGTERM);
+  EXPECT_EQ(byInt, 128 + SIGINT);
 }
 
 TEST_F(ChildProcessPosix, StopEndsAnOrphanWithoutEnvironmentInTheSameSession) {
@@ -223,7 +223,7 @@ TEST_F(ChildProcessPosix, AStreamHeldFromOutsideTheTreeDoesNotHoldUpTheStop) {
   child_.parameters =
       "new-session no-environment spawn:4 new-session spawn:2 out:left sleep:4000 exit:0 sleep:100 exit:0";
   Lines output;
-  child_.on_output = [&](std::string_view line) { output.emplace_back(line); };
+  child_.onOutput = [&](std::string_view line) { output.emplace_back(line); };
   std::chrono::steady_clock::time_point signalled;
   std::thread stopper([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(500));

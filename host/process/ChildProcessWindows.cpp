@@ -17,9 +17,9 @@ using system::Handle;
 constexpr int kLastReads = 32;
 
 struct Pipe {
-  Handle read_end;
+  Handle readEnd;
   std::atomic<bool> abandoned = false;
-  int last_reads = 0;
+  int lastReads = 0;
   std::atomic<HANDLE> reader = nullptr;  // the reading thread, so that its read can be cancelled
 };
 
@@ -58,8 +58,8 @@ struct StartOrders {
   const std::string beginning = "Cannot start \"" + what.executable + "\"";
   const DWORD folder = what.directory.empty() ? FILE_ATTRIBUTE_DIRECTORY
                                               : GetFileAttributesW(system::ToWide(what.directory).c_str());
-  const bool folder_is_bad = folder == INVALID_FILE_ATTRIBUTES || (folder & FILE_ATTRIBUTE_DIRECTORY) == 0;
-  if (folder_is_bad || error == ERROR_DIRECTORY) {
+  const bool folderIsBad = folder == INVALID_FILE_ATTRIBUTES || (folder & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  if (folderIsBad || error == ERROR_DIRECTORY) {
     throw Exception(beginning + " in the folder \"" + what.directory +
                     "\": " + system::ErrorText(ERROR_DIRECTORY));
   }
@@ -112,10 +112,10 @@ BOOL CALLBACK AskWindowToClose(HWND window, LPARAM parameter) {
 struct RunningChild::System {
   std::string executable;
   Handle process;
-  DWORD process_id = 0;
+  DWORD processId = 0;
   // None where the host stands in a job that forbids others (Windows 7): then only the child ends.
   Handle job;
-  bool shares_console = false;
+  bool sharesConsole = false;
   bool over = false;
   std::array<Pipe, 2> pipes;
 
@@ -128,14 +128,14 @@ struct RunningChild::System {
 
 // Keeps the end to read from; the other, which the child inherits, is the result.
 Handle RunningChild::System::OpenPipe(OutputStream stream) {
-  HANDLE read_end = nullptr;
-  HANDLE write_end = nullptr;
-  if (!CreatePipe(&read_end, &write_end, nullptr, static_cast<DWORD>(LineSplitter::kReadSize))) {
+  HANDLE readEnd = nullptr;
+  HANDLE writeEnd = nullptr;
+  if (!CreatePipe(&readEnd, &writeEnd, nullptr, static_cast<DWORD>(LineSplitter::kReadSize))) {
     throw Exception("Cannot start \"" + executable + "\": " + system::LastError());
   }
-  PipeOf(stream).read_end = Handle(read_end);
-  SetHandleInformation(write_end, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-  return Handle(write_end);
+  PipeOf(stream).readEnd = Handle(readEnd);
+  SetHandleInformation(writeEnd, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+  return Handle(writeEnd);
 }
 
 void RunningChild::System::Start(const ChildProcess& what) {
@@ -143,24 +143,23 @@ void RunningChild::System::Start(const ChildProcess& what) {
   SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
   const Handle input(CreateFileW(L"NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable,
                                  OPEN_EXISTING, 0, nullptr));
-  const Handle output =
-      what.redirect_output ? OpenPipe(OutputStream::kOutput) : Inheritable(STD_OUTPUT_HANDLE);
-  const Handle error = what.redirect_output ? OpenPipe(OutputStream::kError) : Inheritable(STD_ERROR_HANDLE);
+  const Handle output = what.redirectOutput ? OpenPipe(OutputStream::Output) : Inheritable(STD_OUTPUT_HANDLE);
+  const Handle error = what.redirectOutput ? OpenPipe(OutputStream::Error) : Inheritable(STD_ERROR_HANDLE);
   StartOrders orders({input.Get(), output.Get(), error.Get()});
-  shares_console = !what.hide_window;
+  sharesConsole = !what.hideWindow;
   // Suspended, so that it cannot start others before it is in its job; a group of its own, so that Ctrl-Break
   // can be sent to it alone.
   const DWORD flags = CREATE_SUSPENDED | EXTENDED_STARTUPINFO_PRESENT | CREATE_NEW_PROCESS_GROUP |
-                      (what.hide_window ? CREATE_NO_WINDOW : 0);
-  std::wstring command_line = CommandLine(what);
+                      (what.hideWindow ? CREATE_NO_WINDOW : 0);
+  std::wstring commandLine = CommandLine(what);
   const std::wstring folder = system::ToWide(what.directory);
   PROCESS_INFORMATION started{};
-  if (!CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, TRUE, flags, nullptr,
+  if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, flags, nullptr,
                       folder.empty() ? nullptr : folder.c_str(), &orders.info.StartupInfo, &started)) {
     RaiseCannotStart(what, GetLastError());
   }
   process = Handle(started.hProcess);
-  process_id = started.dwProcessId;
+  processId = started.dwProcessId;
   const Handle thread(started.hThread);
   PutIntoJob();
   ResumeThread(thread.Get());
@@ -177,13 +176,13 @@ void RunningChild::System::PutIntoJob() {
 
 std::vector<DWORD> RunningChild::System::Members() const {
   constexpr std::size_t kMost = 1024;
-  if (!job.IsOpen()) return {process_id};
+  if (!job.IsOpen()) return {processId};
   std::vector<char> memory(sizeof(JOBOBJECT_BASIC_PROCESS_ID_LIST) + kMost * sizeof(ULONG_PTR));
   auto* const list = reinterpret_cast<JOBOBJECT_BASIC_PROCESS_ID_LIST*>(memory.data());
   if (!QueryInformationJobObject(job.Get(), JobObjectBasicProcessIdList, list,
                                  static_cast<DWORD>(memory.size()), nullptr) &&
       GetLastError() != ERROR_MORE_DATA) {
-    return {process_id};
+    return {processId};
   }
   std::vector<DWORD> members;
   for (DWORD i = 0; i < list->NumberOfProcessIdsInList; ++i) {
@@ -217,11 +216,11 @@ std::size_t RunningChild::Read(OutputStream stream, std::span<char> space) {
     DWORD waiting = 0;
     // An abandoned pipe is read as long as that does not block.
     if (pipe.abandoned &&
-        (++pipe.last_reads > kLastReads ||
-         !PeekNamedPipe(pipe.read_end.Get(), nullptr, 0, nullptr, &waiting, nullptr) || waiting == 0)) {
+        (++pipe.lastReads > kLastReads ||
+         !PeekNamedPipe(pipe.readEnd.Get(), nullptr, 0, nullptr, &waiting, nullptr) || waiting == 0)) {
       return 0;
     }
-    if (ReadFile(pipe.read_end.Get(), space.data(), static_cast<DWORD>(space.size()), &count, nullptr)) {
+    if (ReadFile(pipe.readEnd.Get(), space.data(), static_cast<DWORD>(space.size()), &count, nullptr)) {
       if (count > 0) return count;  // an empty write is no end
       continue;
     }
@@ -229,7 +228,7 @@ std::size_t RunningChild::Read(OutputStream stream, std::span<char> space) {
   }
 }
 
-Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool for_exit, std::chrono::milliseconds patience) {
+Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool forExit, std::chrono::milliseconds patience) {
   std::array<HANDLE, 3> waited{};
   std::array<Woken, 3> meaning{};
   DWORD count = 0;
@@ -237,12 +236,12 @@ Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool for_exit, std::chron
     waited[count] = handle;
     meaning[count++] = why;
   };
-  if (stop != nullptr) add(reinterpret_cast<HANDLE>(stop->NativeHandle()), Woken::kStop);
-  add(reinterpret_cast<HANDLE>(notice.NativeHandle()), Woken::kNotice);
-  if (for_exit) add(system_->process.Get(), Woken::kExit);
+  if (stop != nullptr) add(reinterpret_cast<HANDLE>(stop->NativeHandle()), Woken::Stop);
+  add(reinterpret_cast<HANDLE>(notice.NativeHandle()), Woken::Notice);
+  if (forExit) add(system_->process.Get(), Woken::Exit);
   const DWORD woken =
       WaitForMultipleObjects(count, waited.data(), FALSE, static_cast<DWORD>(patience.count()));
-  return woken < WAIT_OBJECT_0 + count ? meaning[woken - WAIT_OBJECT_0] : Woken::kTime;
+  return woken < WAIT_OBJECT_0 + count ? meaning[woken - WAIT_OBJECT_0] : Woken::Time;
 }
 
 // A child with the host's console hears Ctrl-Break; one with windows, its window's closing. A console program
@@ -251,7 +250,7 @@ bool RunningChild::AskTreeToEnd() {
   const std::vector<DWORD> members = system_->Members();
   Asked asked{members};
   EnumWindows(AskWindowToClose, reinterpret_cast<LPARAM>(&asked));
-  if (system_->shares_console && GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, system_->process_id)) {
+  if (system_->sharesConsole && GenerateConsoleCtrlEvent(CTRL_BREAK_EVENT, system_->processId)) {
     asked.anybody = true;
   }
   return asked.anybody;
@@ -285,10 +284,10 @@ void RunningChild::AbandonPipes() {
 
 // What outlives a child that ended by itself may live on, as everywhere.
 int RunningChild::ExitCode() {
-  JOBOBJECT_EXTENDED_LIMIT_INFORMATION no_limits{};
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION noLimits{};
   if (system_->job.IsOpen()) {
-    SetInformationJobObject(system_->job.Get(), JobObjectExtendedLimitInformation, &no_limits,
-                            sizeof no_limits);
+    SetInformationJobObject(system_->job.Get(), JobObjectExtendedLimitInformation, &noLimits,
+                            sizeof noLimits);
   }
   system_->over = true;
   DWORD code = 0;

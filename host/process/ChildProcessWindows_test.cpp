@@ -9,7 +9,7 @@ namespace {
 
 std::string OutputOf(ChildProcess child) {
   std::string text;
-  child.on_output = [&](std::string_view line) { text += std::string(line) + "\n"; };
+  child.onOutput = [&](std::string_view line) { text += std::string(line) + "\n"; };
   child.Run();
   return text;
 }
@@ -45,9 +45,9 @@ TEST(ChildProcessWindows, AChildThatSharesTheConsoleIsStoppedToo) {
   TEvent stop;
   ChildProcess child;
   child.executable = QX_TEST_CHILD;
-  child.hide_window = false;
+  child.hideWindow = false;
   child.stop = &stop;
-  child.on_output = [&](std::string_view) { stop.SetEvent(); };
+  child.onOutput = [&](std::string_view) { stop.SetEvent(); };
   child.parameters = "out:x\\n ignore-requests sleep:60000";
   const ULONGLONG start = GetTickCount64();
   EXPECT_EQ(child.Run(), kTerminatedExitCode);

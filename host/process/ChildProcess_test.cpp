@@ -32,7 +32,7 @@ ChildProcess Child(const Lines& orders) {
 }
 
 struct Result {
-  int exit_code = -1;
+  int exitCode = -1;
   Lines output;
   Lines error;
   milliseconds time{};
@@ -40,10 +40,10 @@ struct Result {
 
 Result RunAndCollect(ChildProcess child) {
   Result result;
-  child.on_output = [&](std::string_view line) { result.output.emplace_back(line); };
-  child.on_error = [&](std::string_view line) { result.error.emplace_back(line); };
+  child.onOutput = [&](std::string_view line) { result.output.emplace_back(line); };
+  child.onError = [&](std::string_view line) { result.error.emplace_back(line); };
   const Clock::time_point start = Clock::now();
-  result.exit_code = child.Run();
+  result.exitCode = child.Run();
   result.time = std::chrono::duration_cast<milliseconds>(Clock::now() - start);
   return result;
 }
@@ -107,7 +107,7 @@ Result RunAndStop(ChildProcess child, const std::vector<const Pulse*>& pulses) {
 
 TEST(ChildProcess, DeliversBothStreamsByLine) {
   const Result result = RunAndCollect(Child({"out:one\\r\\n\\ntwo\\n", "err:three\\n"}));
-  EXPECT_EQ(result.exit_code, 0);
+  EXPECT_EQ(result.exitCode, 0);
   EXPECT_EQ(result.output, (Lines{"one", "", "two"}));
   EXPECT_EQ(result.error, Lines{"three"});
 }
@@ -134,8 +134,8 @@ TEST(ChildProcess, AHundredMegabytesOnBothStreamsAtOnceDoNotBlock) {
   std::size_t output = 0;
   std::size_t error = 0;
   std::size_t odd = 0;
-  child.on_output = [&](std::string_view line) { output += line.size() + 1, odd += line.size() != 63; };
-  child.on_error = [&](std::string_view line) { error += line.size() + 1; };
+  child.onOutput = [&](std::string_view line) { output += line.size() + 1, odd += line.size() != 63; };
+  child.onError = [&](std::string_view line) { error += line.size() + 1; };
   EXPECT_EQ(child.Run(), 0);
   EXPECT_EQ(output, kBytes);
   EXPECT_EQ(error, kBytes);
@@ -146,7 +146,7 @@ TEST(ChildProcess, DrainsAStreamThatNobodyWants) { EXPECT_EQ(Child({"flood:10000
 
 TEST(ChildProcess, WaitsForWhatAGrandchildWritesAfterTheChildsExit) {
   const Result result = RunAndCollect(Child({"spawn:2", "sleep:400", "out:late", "out:early\\n", "exit:5"}));
-  EXPECT_EQ(result.exit_code, 5);
+  EXPECT_EQ(result.exitCode, 5);
   EXPECT_EQ(result.output, (Lines{"early", "late"}));
 }
 
@@ -158,8 +158,8 @@ TEST(ChildProcess, TellsWhenAllThatCameWasHandedOut) {
     const std::lock_guard lock(mutex);
     if (what != "idle" || (!seen.empty() && seen.back() != "idle")) seen.emplace_back(what);
   };
-  child.on_output = note;
-  child.on_idle = [&] { note("idle"); };
+  child.onOutput = note;
+  child.onIdle = [&] { note("idle"); };
   child.Run();
   EXPECT_EQ(seen, (Lines{"a", "idle", "b", "idle"}));
 }
@@ -170,8 +170,8 @@ TEST(ChildProcess, OnReaderThreadsEachStreamHasItsOwn) {
   ChildProcess child = Child({"out:a\\nb\\n", "err:c\\nd\\n"});
   std::set<std::thread::id> output;
   std::set<std::thread::id> error;
-  child.on_output = [&](std::string_view) { output.insert(std::this_thread::get_id()); };
-  child.on_error = [&](std::string_view) { error.insert(std::this_thread::get_id()); };
+  child.onOutput = [&](std::string_view) { output.insert(std::this_thread::get_id()); };
+  child.onError = [&](std::string_view) { error.insert(std::this_thread::get_id()); };
   child.Run();
   ASSERT_EQ(output.size(), 1u);
   ASSERT_EQ(error.size(), 1u);
@@ -181,14 +181,14 @@ TEST(ChildProcess, OnReaderThreadsEachStreamHasItsOwn) {
 
 TEST(ChildProcess, OnTheCallingThreadAllLinesComeThere) {
   ChildProcess child = Child({"flood:3000000", "out:last"});
-  child.delivery = Delivery::kCallingThread;
+  child.delivery = Delivery::CallingThread;
   std::map<std::thread::id, std::size_t> bytes;
   std::string last;
-  child.on_output = [&](std::string_view line) {
+  child.onOutput = [&](std::string_view line) {
     bytes[std::this_thread::get_id()] += line.size() + 1;
     last = line;
   };
-  child.on_error = [&](std::string_view line) { bytes[std::this_thread::get_id()] += line.size() + 1; };
+  child.onError = [&](std::string_view line) { bytes[std::this_thread::get_id()] += line.size() + 1; };
   EXPECT_EQ(child.Run(), 0);
   const std::size_t flood = (3000000 + 32767) / 32768 * 32768;
   EXPECT_EQ(bytes, (std::map<std::thread::id, std::size_t>{{std::this_thread::get_id(), 2 * flood + 5}}));
@@ -198,11 +198,11 @@ TEST(ChildProcess, OnTheCallingThreadAllLinesComeThere) {
 TEST(ChildProcess, OnTheCallingThreadASlowReceiverHoldsUpTheChild) {
   const Pulse pulse("qx-slow-");
   ChildProcess child = Child({"spawn:2", "flood:4000000", pulse.Order()});
-  child.delivery = Delivery::kCallingThread;
+  child.delivery = Delivery::CallingThread;
   TEvent stop;
   child.stop = &stop;
   std::uintmax_t beats = 1;
-  child.on_output = [&, first = true](std::string_view) mutable {
+  child.onOutput = [&, first = true](std::string_view) mutable {
     if (!std::exchange(first, false)) return;
     std::this_thread::sleep_for(milliseconds(600));
     beats = pulse.Size();
@@ -223,19 +223,19 @@ TEST(ChildProcess, SeveralRunAtTheSameTime) {
   }
   for (std::thread& thread : threads) thread.join();
   for (std::size_t i = 0; i < results.size(); ++i) {
-    EXPECT_EQ(results[i].exit_code, static_cast<int>(i));
+    EXPECT_EQ(results[i].exitCode, static_cast<int>(i));
     EXPECT_EQ(results[i].output.back(), std::to_string(i));
     EXPECT_EQ(results[i].error.size(), results[i].output.size() - 1);
   }
 }
 
 TEST(ChildProcess, WhatASinkThrowsEndsTheTreeAndComesOutOfRun) {
-  for (const Delivery delivery : {Delivery::kReaderThreads, Delivery::kCallingThread}) {
+  for (const Delivery delivery : {Delivery::ReaderThreads, Delivery::CallingThread}) {
     const Pulse pulse("qx-throw-");
     ChildProcess child =
         Child({"spawn:1", pulse.Order(), "sleep:200", "out:now\\n", "flood:1000000", "sleep:60000"});
     child.delivery = delivery;
-    child.on_output = [](std::string_view line) { throw std::out_of_range("at " + std::string(line)); };
+    child.onOutput = [](std::string_view line) { throw std::out_of_range("at " + std::string(line)); };
     const Clock::time_point start = Clock::now();
     try {
       child.Run();
@@ -300,7 +300,7 @@ TEST(ChildProcess, StopEndsTheWholeTree) {
   const Pulse grandchild("qx-grandchild-");
   const Result result =
       RunAndStop(Child({"out:hello", "spawn:1", grandchild.Order(), parent.Order()}), {&parent, &grandchild});
-  EXPECT_EQ(result.exit_code, kTerminatedExitCode);
+  EXPECT_EQ(result.exitCode, kTerminatedExitCode);
   EXPECT_LT(result.time, milliseconds(2000));
   EXPECT_TRUE(parent.HasStopped());
   EXPECT_TRUE(grandchild.HasStopped());
@@ -312,7 +312,7 @@ TEST(ChildProcess, StopAsksPolitelyFirst) {
   const Result result = RunAndStop(
       Child({"spawn:2", "sleep:500", pulse.Order(), "out:hello\\n", "await-request:good bye", "exit:0"}),
       {&pulse});
-  EXPECT_EQ(result.exit_code, kTerminatedExitCode);
+  EXPECT_EQ(result.exitCode, kTerminatedExitCode);
   EXPECT_LT(result.time, milliseconds(2000));
   if (result.output == Lines{"hello", "cannot be asked"})
     GTEST_SKIP() << "no desktop here to make a window on";
@@ -326,7 +326,7 @@ TEST(ChildProcess, StopEndsThoseWhoDoNotListen) {
   const Result result =
       RunAndStop(Child({"ignore-requests", "spawn:2", "ignore-requests", grandchild.Order(), parent.Order()}),
                  {&parent, &grandchild});
-  EXPECT_EQ(result.exit_code, kTerminatedExitCode);
+  EXPECT_EQ(result.exitCode, kTerminatedExitCode);
   EXPECT_LT(result.time, milliseconds(2000));
   EXPECT_TRUE(parent.HasStopped());
   EXPECT_TRUE(grandchild.HasStopped());
@@ -337,7 +337,7 @@ TEST(ChildProcess, StopEndsAGrandchildInASessionOfItsOwn) {
   const Pulse grandchild("qx-grandchild-");
   const Result result = RunAndStop(Child({"spawn:2", "new-session", grandchild.Order(), parent.Order()}),
                                    {&parent, &grandchild});
-  EXPECT_EQ(result.exit_code, kTerminatedExitCode);
+  EXPECT_EQ(result.exitCode, kTerminatedExitCode);
   EXPECT_LT(result.time, milliseconds(2000));
   EXPECT_TRUE(parent.HasStopped());
   EXPECT_TRUE(grandchild.HasStopped());
@@ -347,18 +347,18 @@ TEST(ChildProcess, StopEndsADaemonWhoseParentsAreGone) {
   const Pulse daemon("qx-daemon-");
   const Result result =
       RunAndStop(Child({"spawn:4", "new-session", "spawn:1", daemon.Order(), "exit:0"}), {&daemon});
-  EXPECT_EQ(result.exit_code, kTerminatedExitCode);
+  EXPECT_EQ(result.exitCode, kTerminatedExitCode);
   EXPECT_LT(result.time, milliseconds(2000));
   EXPECT_TRUE(daemon.HasStopped());
 }
 
 TEST(ChildProcess, StopEndsATreeThatWritesAllTheTime) {
-  for (const Delivery delivery : {Delivery::kReaderThreads, Delivery::kCallingThread}) {
+  for (const Delivery delivery : {Delivery::ReaderThreads, Delivery::CallingThread}) {
     const Pulse pulse("qx-writer-");
     ChildProcess child = Child({"ignore-requests", "spawn:1", pulse.Order(), "flood:100000000000"});
     child.delivery = delivery;
     const Result result = RunAndStop(child, {&pulse});
-    EXPECT_EQ(result.exit_code, kTerminatedExitCode);
+    EXPECT_EQ(result.exitCode, kTerminatedExitCode);
     EXPECT_LT(result.time, milliseconds(3000));
     EXPECT_TRUE(pulse.HasStopped());
   }
@@ -392,9 +392,9 @@ TEST(ChildProcess, StoppingOneLeavesTheOtherAlone) {
   const Pulse pulse("qx-one-");
   Result other;
   std::thread thread([&] { other = RunAndCollect(Child({"sleep:800", "out:done", "exit:7"})); });
-  EXPECT_EQ(RunAndStop(Child({pulse.Order()}), {&pulse}).exit_code, kTerminatedExitCode);
+  EXPECT_EQ(RunAndStop(Child({pulse.Order()}), {&pulse}).exitCode, kTerminatedExitCode);
   thread.join();
-  EXPECT_EQ(other.exit_code, 7);
+  EXPECT_EQ(other.exitCode, 7);
   EXPECT_EQ(other.output, Lines{"done"});
 }
 

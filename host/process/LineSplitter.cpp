@@ -20,8 +20,8 @@ std::size_t PieceSize(std::string_view text, std::size_t limit) {
 
 }  // namespace
 
-LineSplitter::LineSplitter(std::size_t longest_line)
-    : longest_line_(std::max<std::size_t>(longest_line, 4)), buffer_(kReadSize + kReadSize / 16) {}
+LineSplitter::LineSplitter(std::size_t longestLine)
+    : longestLine_(std::max<std::size_t>(longestLine, 4)), buffer_(kReadSize + kReadSize / 16) {}
 
 std::span<char> LineSplitter::Space() {
   if (buffer_.size() - end_ < kReadSize && begin_ > 0) {
@@ -30,7 +30,7 @@ std::span<char> LineSplitter::Space() {
     scanned_ -= begin_;
     begin_ = 0;
   }
-  // At most twice longest_line_ and a read: Commit leaves no more than longest_line_ + 1 bytes behind.
+  // At most twice longestLine_ and a read: Commit leaves no more than longestLine_ + 1 bytes behind.
   if (buffer_.size() - end_ < kReadSize) buffer_.resize(std::max(end_ + kReadSize, end_ * 2));
   return {buffer_.data() + end_, kReadSize};
 }
@@ -39,17 +39,17 @@ void LineSplitter::Commit(std::size_t count, const LineSink& sink) {
   end_ += count;
   const char* const base = buffer_.data();
   while (const void* found = std::memchr(base + scanned_, '\n', end_ - scanned_)) {
-    const auto line_end = static_cast<std::size_t>(static_cast<const char*>(found) - base);
-    std::string_view line(base + begin_, line_end - begin_);
+    const auto lineEnd = static_cast<std::size_t>(static_cast<const char*>(found) - base);
+    std::string_view line(base + begin_, lineEnd - begin_);
     if (line.ends_with('\r')) line.remove_suffix(1);
-    begin_ = scanned_ = line_end + 1;
+    begin_ = scanned_ = lineEnd + 1;
     Deliver(line, sink);
   }
   scanned_ = end_;
   // One byte more than the limit may still be the CR of a line end.
-  while (end_ - begin_ > longest_line_ + 1) {
+  while (end_ - begin_ > longestLine_ + 1) {
     const std::string_view rest(base + begin_, end_ - begin_);
-    const std::size_t size = PieceSize(rest, longest_line_);
+    const std::size_t size = PieceSize(rest, longestLine_);
     begin_ += size;
     sink(rest.substr(0, size));
   }
@@ -64,8 +64,8 @@ void LineSplitter::Finish(const LineSink& sink) {
 }
 
 void LineSplitter::Deliver(std::string_view line, const LineSink& sink) const {
-  while (line.size() > longest_line_) {
-    const std::size_t size = PieceSize(line, longest_line_);
+  while (line.size() > longestLine_) {
+    const std::size_t size = PieceSize(line, longestLine_);
     sink(line.substr(0, size));
     line.remove_prefix(size);
   }

@@ -24,7 +24,7 @@ class LineSplitter {
   // The size of one read: what a pipe holds.
   static constexpr std::size_t kReadSize = std::size_t{64} << 10;
 
-  explicit LineSplitter(std::size_t longest_line = kLongestLine);
+  explicit LineSplitter(std::size_t longestLine = kLongestLine);
 
   // Where the next bytes go; at least kReadSize of room. Valid until the next call of a member.
   std::span<char> Space();
@@ -38,7 +38,7 @@ class LineSplitter {
  private:
   void Deliver(std::string_view line, const LineSink& sink) const;
 
-  std::size_t longest_line_;
+  std::size_t longestLine_;
   std::vector<char> buffer_;
   std::size_t begin_ = 0;    // the first byte that was not handed out
   std::size_t scanned_ = 0;  // up to here there is no line end

@@ -16,29 +16,29 @@ using Lines = std::vector<std::string>;
 
 class Callback final : public AnswersUncounted<IQXProcessCallback> {
  public:
-  explicit Callback(bool requires_sync) : requires_sync_(requires_sync) {}
+  explicit Callback(bool requiresSync) : requiresSync_(requiresSync) {}
   virtual ~Callback() = default;
 
-  bool RequiresSync() override { return requires_sync_; }
+  bool RequiresSync() override { return requiresSync_; }
   void OnStdOutData(IQXProcess& process, std::string_view text) override {
     output.emplace_back(text);
-    output_process = &process;
-    output_thread = std::this_thread::get_id();
+    outputProcess = &process;
+    outputThread = std::this_thread::get_id();
     if (text == "throw") throw std::runtime_error("from the callback");
   }
   void OnStdErrData(IQXProcess&, std::string_view text) override {
     error.emplace_back(text);
-    error_thread = std::this_thread::get_id();
+    errorThread = std::this_thread::get_id();
   }
 
   Lines output;
   Lines error;
-  IQXProcess* output_process = nullptr;
-  std::thread::id output_thread;
-  std::thread::id error_thread;
+  IQXProcess* outputProcess = nullptr;
+  std::thread::id outputThread;
+  std::thread::id errorThread;
 
  private:
-  bool requires_sync_;
+  bool requiresSync_;
 };
 
 InterfacePtr<IQXProcess> TestProcess(const std::string& parameters) {
@@ -75,7 +75,7 @@ TEST(ProcessService, RunsAndTellsTheCallback) {
   EXPECT_EQ(process->Execute(), 6);
   EXPECT_EQ(callback.output, (Lines{"one", "two"}));
   EXPECT_EQ(callback.error, Lines{"three"});
-  EXPECT_EQ(callback.output_process, process.get());
+  EXPECT_EQ(callback.outputProcess, process.get());
 }
 
 TEST(ProcessService, WithoutSyncTheCallbackComesOnReaderThreads) {
@@ -83,9 +83,9 @@ TEST(ProcessService, WithoutSyncTheCallbackComesOnReaderThreads) {
   const InterfacePtr<IQXProcess> process = TestProcess("out:a err:b");
   process->SetCallback(&callback);
   process->Execute();
-  EXPECT_NE(callback.output_thread, std::this_thread::get_id());
-  EXPECT_NE(callback.error_thread, std::this_thread::get_id());
-  EXPECT_NE(callback.output_thread, callback.error_thread);
+  EXPECT_NE(callback.outputThread, std::this_thread::get_id());
+  EXPECT_NE(callback.errorThread, std::this_thread::get_id());
+  EXPECT_NE(callback.outputThread, callback.errorThread);
 }
 
 TEST(ProcessService, WithSyncTheCallbackComesOnTheCallersThread) {
@@ -93,8 +93,8 @@ TEST(ProcessService, WithSyncTheCallbackComesOnTheCallersThread) {
   const InterfacePtr<IQXProcess> process = TestProcess("out:a\\nb err:c");
   process->SetCallback(&callback);
   process->Execute();
-  EXPECT_EQ(callback.output_thread, std::this_thread::get_id());
-  EXPECT_EQ(callback.error_thread, std::this_thread::get_id());
+  EXPECT_EQ(callback.outputThread, std::this_thread::get_id());
+  EXPECT_EQ(callback.errorThread, std::this_thread::get_id());
   EXPECT_EQ(callback.output, (Lines{"a", "b"}));
 }
 

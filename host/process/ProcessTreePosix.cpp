@@ -43,13 +43,13 @@ std::string ReadProcFile(pid_t pid, const char* name) {
 
 std::optional<Process> ReadProcess(pid_t pid) {
   const std::string stat = ReadProcFile(pid, "stat");
-  const std::size_t name_end =
+  const std::size_t nameEnd =
       stat.rfind(')');  // the program's name may hold anything, blanks and brackets too
-  if (name_end == std::string::npos) return std::nullopt;
+  if (nameEnd == std::string::npos) return std::nullopt;
   Process process;
   process.pid = pid;
   const int fields =
-      std::sscanf(stat.c_str() + name_end + 1,
+      std::sscanf(stat.c_str() + nameEnd + 1,
                   " %c %d %*d %d %*d %*d %*u %*u %*u %*u %*u %*u %*u %*d %*d %*d %*d %*d %*d %llu",
                   &process.state, &process.parent, &process.session, &process.started);
   if (fields != 4) return std::nullopt;

@@ -11,10 +11,10 @@
 
 namespace qx {
 
-enum class OutputStream { kOutput, kError };
+enum class OutputStream { Output, Error };
 
 // Why a wait has ended.
-enum class Woken { kStop, kExit, kNotice, kTime };
+enum class Woken { Stop, Exit, Notice, Time };
 
 class RunningChild {
  public:
@@ -29,9 +29,9 @@ class RunningChild {
   std::size_t Read(OutputStream stream, std::span<char> space);
 
   // The remaining operations are for the thread that runs the child.
-  // Waits for the first of: the stop event (null: none), the notice, the child's exit (once `for_exit`), the
+  // Waits for the first of: the stop event (null: none), the notice, the child's exit (once `forExit`), the
   // time. Consumes the event that it names. `stop` goes first.
-  Woken Wait(TEvent* stop, TEvent& notice, bool for_exit, std::chrono::milliseconds patience);
+  Woken Wait(TEvent* stop, TEvent& notice, bool forExit, std::chrono::milliseconds patience);
   // Asks every process of the tree to end. False: there is no way to ask, or nobody to.
   bool AskTreeToEnd();
   // Makes every process of the tree end; to be repeated while TreeIsAlive.

@@ -47,13 +47,13 @@ void Flood(std::size_t bytes) {
   }
 }
 
-void WriteLines(long count, std::size_t block_size) {
+void WriteLines(long count, std::size_t blockSize) {
   std::string block;
   for (long i = 0; i < count; ++i) {
     const std::string unit = std::to_string(i % 997);
     block += i % 5 == 0 ? "..\\Module\\unit" + unit + ".cpp(12) : warning C4244: possible loss of data\n"
                         : "unit" + unit + ".cpp compiled, no warnings\n";
-    if (block.size() < block_size) continue;
+    if (block.size() < blockSize) continue;
     Write(1, block);
     block.clear();
   }

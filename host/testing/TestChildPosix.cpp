@@ -12,7 +12,7 @@
 namespace qx::test_child {
 namespace {
 
-bool without_environment = false;
+bool withoutEnvironment = false;
 
 }  // namespace
 
@@ -55,13 +55,13 @@ void Spawn(const std::vector<std::string>& orders) {
   arguments.push_back(nullptr);
   if (fork() != 0) return;
   char* nothing[] = {nullptr};
-  execve("/proc/self/exe", arguments.data(), without_environment ? nothing : environ);
+  execve("/proc/self/exe", arguments.data(), withoutEnvironment ? nothing : environ);
   _exit(3);
 }
 
 void LeaveSession() { setsid(); }
 
-void DropEnvironment() { without_environment = true; }
+void DropEnvironment() { withoutEnvironment = true; }
 
 void IgnoreRequests() {
   for (const int request : {SIGTERM, SIGINT, SIGHUP}) signal(request, SIG_IGN);

@@ -109,7 +109,7 @@ std::string DigestAuthorization(const HttpChallenge& challenge, const DigestAnsw
   const bool isSession = LowerCase(algorithm).ends_with("-sess");
   const std::string base = LowerCase(algorithm.substr(0, algorithm.size() - (isSession ? 5 : 0)));
   if (!base.empty() && base != "md5" && base != "sha-256") return {};
-  const HttpHash kind = base == "sha-256" ? HttpHash::kSha256 : HttpHash::kMd5;
+  const HttpHash kind = base == "sha-256" ? HttpHash::Sha256 : HttpHash::Md5;
 
   const std::string nonce = Parameter(challenge, "nonce");
   const std::string realm = Parameter(challenge, "realm");

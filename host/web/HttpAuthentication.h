@@ -22,7 +22,7 @@ std::vector<HttpChallenge> ParseChallenges(std::string_view header);
 // The value of an Authorization header.
 std::string BasicAuthorization(std::string_view userName, std::string_view password);
 
-enum class HttpHash { kMd5, kSha256 };
+enum class HttpHash { Md5, Sha256 };
 
 // What one answer to a Digest challenge is made of.
 struct DigestAnswer {

@@ -7,7 +7,7 @@ namespace {
 
 // Shows what was hashed instead of hashing it.
 std::string ShowHash(HttpHash kind, std::string_view text) {
-  return (kind == HttpHash::kMd5 ? "md5(" : "sha(") + std::string(text) + ")";
+  return (kind == HttpHash::Md5 ? "md5(" : "sha(") + std::string(text) + ")";
 }
 
 const DigestAnswer kAnswer{"ann", "pw", "GET", "/a", "cn", 1};

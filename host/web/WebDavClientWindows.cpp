@@ -50,9 +50,9 @@ constexpr ErrorRow kErrors[] = {
 
 std::string HashOf(HttpHash kind, std::string_view text) {
   BCRYPT_ALG_HANDLE algorithm = nullptr;
-  const wchar_t* name = kind == HttpHash::kMd5 ? BCRYPT_MD5_ALGORITHM : BCRYPT_SHA256_ALGORITHM;
+  const wchar_t* name = kind == HttpHash::Md5 ? BCRYPT_MD5_ALGORITHM : BCRYPT_SHA256_ALGORITHM;
   std::array<UCHAR, 32> bytes{};
-  const ULONG size = kind == HttpHash::kMd5 ? 16 : 32;
+  const ULONG size = kind == HttpHash::Md5 ? 16 : 32;
   bool isDone = BCryptOpenAlgorithmProvider(&algorithm, name, nullptr, 0) == 0;
   if (isDone) {
     BCRYPT_HASH_HANDLE hash = nullptr;
@@ -75,7 +75,7 @@ std::string FreshNonce() {
                       BCRYPT_USE_SYSTEM_PREFERRED_RNG) != 0) {
     throw Exception("The system gives no random numbers");
   }
-  return HashOf(HttpHash::kSha256, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}).substr(0, 32);
+  return HashOf(HttpHash::Sha256, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}).substr(0, 32);
 }
 
 // A header of the reply, the one at `index` of those of that name (which moves on); false when there is none.

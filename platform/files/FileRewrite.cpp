@@ -63,7 +63,7 @@ FileRewrite::FileRewrite(const std::string& path) {
 void FileRewrite::Commit(std::string_view suffix, BackupRule rule, Pieces backup, Pieces bytes) {
   const std::string name = path_ + std::string(suffix);
   if (WritesAreCaptured()) {
-    if (rule == BackupRule::kEveryTime || !FileExists(name)) ReplaceFile(name, Joined(backup));
+    if (rule == BackupRule::EveryTime || !FileExists(name)) ReplaceFile(name, Joined(backup));
     ReplaceFile(path_, Joined(bytes));
     return;
   }
@@ -86,9 +86,9 @@ void FileRewrite::Commit(std::string_view suffix, BackupRule rule, Pieces backup
 // Gives whether the backup is a second name of the file, which `mayLink` allows.
 bool FileRewrite::BackUp(const std::string& name, BackupRule rule, Pieces backup, bool mayLink) {
   std::string reason;
-  if (rule == BackupRule::kFirstTime && FileExists(name)) return false;
+  if (rule == BackupRule::FirstTime && FileExists(name)) return false;
   if (mayLink && system::AddName(target_, name)) return true;
-  if (rule == BackupRule::kEveryTime && !system::Remove(name, reason)) FailToWrite(name, reason);
+  if (rule == BackupRule::EveryTime && !system::Remove(name, reason)) FailToWrite(name, reason);
   if (mayLink && system::AddName(target_, name)) return true;
   if (facts_ ? system::ReplaceByFacts(name, backup, *facts_, true, reason)
              : system::Replace(name, backup, target_, reason)) {

@@ -12,8 +12,8 @@
 namespace qx {
 
 enum class BackupRule {
-  kEveryTime,  // an older backup is removed first
-  kFirstTime,  // an older backup stays and no other is made
+  EveryTime,  // an older backup is removed first
+  FirstTime,  // an older backup stays and no other is made
 };
 
 class FileRewrite {

@@ -52,7 +52,7 @@ class FileRewritePosix : public testing::Test {
 TEST_F(FileRewritePosix, ReplacesAndKeepsBackupAndMode) {
   const std::string path = Write("a", "old");
   chmod(path.c_str(), 0640);
-  EXPECT_EQ(Commit(path, BackupRule::kEveryTime, "new"), "");
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new"), "");
   EXPECT_EQ(Read("a"), "new");
   EXPECT_EQ(Read("a.bak"), "old");
   EXPECT_EQ(Mode(path), 0640U);
@@ -63,10 +63,10 @@ TEST_F(FileRewritePosix, ReplacesAndKeepsBackupAndMode) {
 
 TEST_F(FileRewritePosix, TheFirstBackupStaysWhereAsked) {
   const std::string path = Write("a", "one");
-  EXPECT_EQ(Commit(path, BackupRule::kFirstTime, "two"), "");
-  EXPECT_EQ(Commit(path, BackupRule::kFirstTime, "three"), "");
+  EXPECT_EQ(Commit(path, BackupRule::FirstTime, "two"), "");
+  EXPECT_EQ(Commit(path, BackupRule::FirstTime, "three"), "");
   EXPECT_EQ(Read("a.bak"), "one");
-  EXPECT_EQ(Commit(path, BackupRule::kEveryTime, "four"), "");
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "four"), "");
   EXPECT_EQ(Read("a.bak"), "three");
 }
 
@@ -74,7 +74,7 @@ TEST_F(FileRewritePosix, ALinkStaysALinkAndItsBackupStandsBesideIt) {
   fs::create_directories(folder / "deep");
   Write("deep/target", "old");
   fs::create_symlink("deep/target", folder / "link");
-  EXPECT_EQ(Commit((folder / "link").string(), BackupRule::kEveryTime, "new"), "");
+  EXPECT_EQ(Commit((folder / "link").string(), BackupRule::EveryTime, "new"), "");
   EXPECT_TRUE(fs::is_symlink(folder / "link"));
   EXPECT_EQ(Read("deep/target"), "new");
   EXPECT_EQ(Read("link.bak"), "old");
@@ -84,8 +84,8 @@ TEST_F(FileRewritePosix, TheBackupOfANameWithTheOtherDelimiterStandsBesideTheFil
   fs::create_directory(folder / "sub");
   Write("sub/a", "old");
   const std::string name = folder.string() + "\\Sub\\a";
-  EXPECT_EQ(Commit(name, BackupRule::kEveryTime, "new"), "");
-  EXPECT_EQ(Commit(name, BackupRule::kEveryTime, "newer"), "");
+  EXPECT_EQ(Commit(name, BackupRule::EveryTime, "new"), "");
+  EXPECT_EQ(Commit(name, BackupRule::EveryTime, "newer"), "");
   EXPECT_EQ(Read("sub/a"), "newer");
   EXPECT_EQ(Read("sub/a.bak"), "new");
   EXPECT_FALSE(fs::exists(name + ".bak"));
@@ -94,7 +94,7 @@ TEST_F(FileRewritePosix, TheBackupOfANameWithTheOtherDelimiterStandsBesideTheFil
 TEST_F(FileRewritePosix, AFileOfSeveralNamesGetsARealCopy) {
   const std::string path = Write("a", "old");
   fs::create_hard_link(folder / "a", folder / "other");
-  EXPECT_EQ(Commit(path, BackupRule::kEveryTime, "new"), "");
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new"), "");
   Write("other", "changed in place");
   EXPECT_EQ(Read("a.bak"), "old");
   EXPECT_EQ(Read("a"), "new");
@@ -104,7 +104,7 @@ TEST_F(FileRewritePosix, AnUnchangedFileIsLeftAndItsBackupIsARealCopy) {
   const std::string path = Write("a", "same");
   const auto time = fs::last_write_time(path) - std::chrono::hours(1);
   fs::last_write_time(path, time);
-  EXPECT_EQ(Commit(path, BackupRule::kEveryTime, "same"), "");
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "same"), "");
   EXPECT_EQ(fs::last_write_time(path), time);
   EXPECT_EQ(fs::hard_link_count(path), 1U);
   EXPECT_EQ(Read("a.bak"), "same");
@@ -114,7 +114,7 @@ TEST_F(FileRewritePosix, AReadOnlyFileIsNamedAndNothingIsWritten) {
   const std::string path = Write("a", "old");
   Write("a.bak", "older");
   chmod(path.c_str(), 0444);
-  EXPECT_EQ(Commit(path, BackupRule::kEveryTime, "new"), "Cannot write " + path + ": the file is read-only");
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new"), "Cannot write " + path + ": the file is read-only");
   EXPECT_EQ(Read("a"), "old");
   EXPECT_EQ(Read("a.bak"), "older");
 }
@@ -122,13 +122,13 @@ TEST_F(FileRewritePosix, AReadOnlyFileIsNamedAndNothingIsWritten) {
 TEST_F(FileRewritePosix, ABackupThatCannotBeMadeLeavesTheFile) {
   const std::string path = Write("a", "old");
   fs::create_directories(folder / "a.bak" / "full");
-  EXPECT_EQ(Commit(path, BackupRule::kEveryTime, "new").rfind("Cannot write " + path + ".bak: ", 0), 0U);
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new").rfind("Cannot write " + path + ".bak: ", 0), 0U);
   EXPECT_EQ(Read("a"), "old");
 }
 
 TEST_F(FileRewritePosix, AMissingFileIsNamed) {
   const std::string path = (folder / "none").string();
-  EXPECT_EQ(Commit(path, BackupRule::kEveryTime, "new").rfind("Cannot read " + path + ": ", 0), 0U);
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new").rfind("Cannot read " + path + ": ", 0), 0U);
   EXPECT_TRUE(fs::is_empty(folder));
 }
 

@@ -173,8 +173,8 @@ std::string WhyNotWritable(const std::string& target) {
   if (S_ISDIR(status.st_mode)) return "it is a folder";
   if (!S_ISREG(status.st_mode)) return "it is not a regular file";
   // The superuser may write everything: what counts is what the file's owner said.
-  const bool read_only = (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
-  return read_only || access(target.c_str(), W_OK) != 0 ? "the file is read-only" : "";
+  const bool readOnly = (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+  return readOnly || access(target.c_str(), W_OK) != 0 ? "the file is read-only" : "";
 }
 
 std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes) {

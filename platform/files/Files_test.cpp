@@ -77,9 +77,9 @@ TEST(Files, FoldersAreMadeWithThoseAboveThem) {
   CreateFolders(folder / "A\\B\\d");
   EXPECT_TRUE(FolderExists(folder / "a/b/d"));
   EXPECT_EQ(folder.Count(), 1) << "a folder of another letter case was made";
-  const std::string below_file = folder.Write("file", "") + "/x";
-  const std::string message = MessageOf([&] { CreateFolders(below_file); });
-  EXPECT_TRUE(message.starts_with("Cannot create folder " + below_file + ": ")) << message;
+  const std::string belowFile = folder.Write("file", "") + "/x";
+  const std::string message = MessageOf([&] { CreateFolders(belowFile); });
+  EXPECT_TRUE(message.starts_with("Cannot create folder " + belowFile + ": ")) << message;
 }
 
 TEST(ReplaceFile, MakesAndReplacesAndLeavesNothingBeside) {
@@ -94,8 +94,8 @@ TEST(ReplaceFile, MakesAndReplacesAndLeavesNothingBeside) {
 TEST(ReplaceFile, LeavesAFileOfTheSameBytesAlone) {
   const TestFolder folder;
   const std::string path = folder.Write("a", "same");
-  const auto long_ago = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
-  std::filesystem::last_write_time(path, long_ago);
+  const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+  std::filesystem::last_write_time(path, longAgo);
   const auto before = std::filesystem::last_write_time(path);
   ReplaceFile(path, "same");
   EXPECT_EQ(std::filesystem::last_write_time(path), before);

@@ -62,19 +62,19 @@ std::string WithTrailingDelimiter(std::string_view path) {
 bool IsAbsolute(std::string_view path) { return system::RootLength(path) > 0; }
 
 std::string ExpandPath(std::string_view base, std::string_view relative) {
-  const auto mounted_relative = system::Mounted(relative);
-  const auto mounted_base = system::Mounted(base);
-  if (mounted_relative) relative = *mounted_relative;
-  if (mounted_base) base = *mounted_base;
+  const auto mountedRelative = system::Mounted(relative);
+  const auto mountedBase = system::Mounted(base);
+  if (mountedRelative) relative = *mountedRelative;
+  if (mountedBase) base = *mountedBase;
   std::string current;  // keeps what pieces[0] may point to
   std::string_view pieces[] = {relative, {}, {}};
-  const bool rooted_only = system::LacksDrive(relative);
-  if (rooted_only || !IsAbsolute(relative)) {
+  const bool rootedOnly = system::LacksDrive(relative);
+  if (rootedOnly || !IsAbsolute(relative)) {
     if (!IsAbsolute(base)) current = system::CurrentFolder();
     pieces[0] = current.empty() ? base : current;
     pieces[1] = current.empty() ? std::string_view() : base;
     pieces[2] = relative;
-    if (rooted_only) {
+    if (rootedOnly) {
       pieces[0] = pieces[0].substr(0, system::RootLength(pieces[0]));
       pieces[1] = {};
     }

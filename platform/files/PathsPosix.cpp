@@ -22,12 +22,12 @@ bool IsDrive(std::string_view path) {
   return path.size() >= 3 && letter >= 'a' && letter <= 'z' && path[1] == ':' && IsDelimiter(path[2]);
 }
 
-enum class Wanted { kAny, kFile };
+enum class Wanted { Any, File };
 
 bool Exists(const std::string& path, Wanted wanted) {
   struct stat status;
   if (stat(path.c_str(), &status) != 0) return false;
-  return wanted == Wanted::kAny || !S_ISDIR(status.st_mode);
+  return wanted == Wanted::Any || !S_ISDIR(status.st_mode);
 }
 
 // What the system itself knows on Windows: where shares lead is a fact of the whole process there, and every
@@ -104,21 +104,21 @@ struct PathFinder::Cache {
     const std::string segment(rest.substr(0, rest.find('/')));
     rest.remove_prefix(segment.size());
     const std::size_t size = found.size();
-    const auto try_name = [&](const std::string& name) {
+    const auto tryName = [&](const std::string& name) {
       found.append(name).append(rest.empty() ? "" : "/");
-      const Wanted here = rest.empty() ? wanted : Wanted::kAny;
+      const Wanted here = rest.empty() ? wanted : Wanted::Any;
       if (Exists(found, here) && (rest.empty() || Walk(found, rest, wanted))) return true;
       found.resize(size);
       return false;
     };
-    if (try_name(segment)) return true;
+    if (tryName(segment)) return true;
     if (segment == "." || segment == "..") return false;
     const Names& names = List(found);
     const auto same = names.find(FoldCase(segment));
     if (same == names.end()) return false;
     const std::vector<std::string> candidates = same->second;  // deeper walks may move the listings
     return std::any_of(candidates.begin(), candidates.end(),
-                       [&](const std::string& name) { return name != segment && try_name(name); });
+                       [&](const std::string& name) { return name != segment && tryName(name); });
   }
 
   bool Find(std::string& path, Wanted wanted) {
@@ -143,11 +143,11 @@ PathFinder::PathFinder() : cache_(std::make_unique<Cache>()) {}
 PathFinder::~PathFinder() = default;
 PathFinder::PathFinder(PathFinder&&) noexcept = default;
 
-bool PathFinder::FindFile(std::string& path) { return cache_->Find(path, Wanted::kFile); }
+bool PathFinder::FindFile(std::string& path) { return cache_->Find(path, Wanted::File); }
 
 std::string PathFinder::Find(const std::string& path) {
   std::string found = path;
-  return cache_->Find(found, Wanted::kAny) ? found : std::string();
+  return cache_->Find(found, Wanted::Any) ? found : std::string();
 }
 
 }  // namespace qx

@@ -15,14 +15,14 @@ struct Mark {
   TextEncoding encoding;
   std::string_view bytes;
 };
-constexpr Mark kMarks[] = {{TextEncoding::kUtf8WithMark, "\xEF\xBB\xBF"sv},
-                           {TextEncoding::kUtf16LittleEnd, "\xFF\xFE"sv},
-                           {TextEncoding::kUtf16BigEnd, "\xFE\xFF"sv}};
+constexpr Mark kMarks[] = {{TextEncoding::Utf8WithMark, "\xEF\xBB\xBF"sv},
+                           {TextEncoding::Utf16LittleEnd, "\xFF\xFE"sv},
+                           {TextEncoding::Utf16BigEnd, "\xFE\xFF"sv}};
 
 Mark MarkOf(std::string_view bytes) {
   const auto found = std::find_if(std::begin(kMarks), std::end(kMarks),
                                   [&](const Mark& mark) { return bytes.starts_with(mark.bytes); });
-  return found == std::end(kMarks) ? Mark{TextEncoding::kBytes, {}} : *found;
+  return found == std::end(kMarks) ? Mark{TextEncoding::Bytes, {}} : *found;
 }
 
 std::string_view MarkBytes(TextEncoding encoding) {
@@ -33,11 +33,11 @@ std::string_view MarkBytes(TextEncoding encoding) {
 }
 
 bool IsUtf16(TextEncoding encoding) {
-  return encoding == TextEncoding::kUtf16LittleEnd || encoding == TextEncoding::kUtf16BigEnd;
+  return encoding == TextEncoding::Utf16LittleEnd || encoding == TextEncoding::Utf16BigEnd;
 }
 
 std::string DecodeUtf16(std::string_view bytes, TextEncoding encoding) {
-  const std::size_t low = encoding == TextEncoding::kUtf16LittleEnd ? 0 : 1;
+  const std::size_t low = encoding == TextEncoding::Utf16LittleEnd ? 0 : 1;
   std::u16string units(bytes.size() / 2, u'\0');
   for (std::size_t i = 0; i < units.size(); ++i) {
     const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[2 * i + at]); };
@@ -51,8 +51,8 @@ void AppendUtf16(std::string& out, std::u16string_view units, TextEncoding encod
   for (const char16_t unit : units) {
     const char low = static_cast<char>(unit & 0xFF);
     const char high = static_cast<char>(unit >> 8);
-    out += encoding == TextEncoding::kUtf16LittleEnd ? low : high;
-    out += encoding == TextEncoding::kUtf16LittleEnd ? high : low;
+    out += encoding == TextEncoding::Utf16LittleEnd ? low : high;
+    out += encoding == TextEncoding::Utf16LittleEnd ? high : low;
   }
 }
 
@@ -61,7 +61,7 @@ void AppendUtf16(std::string& out, std::u16string_view units, TextEncoding encod
 TextEncoding EncodingOf(std::string_view bytes) { return MarkOf(bytes).encoding; }
 
 std::string_view WithoutUtf8Mark(std::string_view text) {
-  if (EncodingOf(text) == TextEncoding::kUtf8WithMark) text.remove_prefix(MarkOf(text).bytes.size());
+  if (EncodingOf(text) == TextEncoding::Utf8WithMark) text.remove_prefix(MarkOf(text).bytes.size());
   return text;
 }
 
@@ -87,7 +87,7 @@ std::string TextFile::Bytes() const {
       throw Exception("Line " + std::to_string(i + 1) + " cannot be written as " + name +
                       ": it is not UTF-8");
     };
-    if (encoding == TextEncoding::kUtf8WithMark && !IsValidUtf8(lines[i])) refuse("UTF-8");
+    if (encoding == TextEncoding::Utf8WithMark && !IsValidUtf8(lines[i])) refuse("UTF-8");
     if (!IsUtf16(encoding)) {
       out.append(lines[i]).append("\r\n");
       continue;

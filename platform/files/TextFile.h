@@ -9,15 +9,15 @@
 namespace qx {
 
 enum class TextEncoding {
-  kBytes,           // no mark: the lines hold the file's bytes (plain UTF-8 too)
-  kUtf8WithMark,    // EF BB BF
-  kUtf16LittleEnd,  // FF FE
-  kUtf16BigEnd,     // FE FF
+  Bytes,           // no mark: the lines hold the file's bytes (plain UTF-8 too)
+  Utf8WithMark,    // EF BB BF
+  Utf16LittleEnd,  // FF FE
+  Utf16BigEnd,     // FE FF
 };
 
 struct TextFile {
   std::vector<std::string> lines;  // without their ends; the mark is not part of the first
-  TextEncoding encoding = TextEncoding::kBytes;
+  TextEncoding encoding = TextEncoding::Bytes;
 
   // Raises as ReadFile does.
   static TextFile Load(const std::string& path);

@@ -14,12 +14,12 @@ TEST(TextFile, KnowsItsEncodingByTheMark) {
   EXPECT_EQ(TextFile::FromBytes("\xEF\xBB\xBF"
                                 "ä")
                 .encoding,
-            TextEncoding::kUtf8WithMark);
-  EXPECT_EQ(TextFile::FromBytes("\xFF\xFE"s).encoding, TextEncoding::kUtf16LittleEnd);
-  EXPECT_EQ(TextFile::FromBytes("\xFE\xFF"s).encoding, TextEncoding::kUtf16BigEnd);
-  EXPECT_EQ(TextFile::FromBytes("ä").encoding, TextEncoding::kBytes);
-  EXPECT_EQ(TextFile::FromBytes("\xFF").encoding, TextEncoding::kBytes);
-  EXPECT_EQ(TextFile::FromBytes("").encoding, TextEncoding::kBytes);
+            TextEncoding::Utf8WithMark);
+  EXPECT_EQ(TextFile::FromBytes("\xFF\xFE"s).encoding, TextEncoding::Utf16LittleEnd);
+  EXPECT_EQ(TextFile::FromBytes("\xFE\xFF"s).encoding, TextEncoding::Utf16BigEnd);
+  EXPECT_EQ(TextFile::FromBytes("ä").encoding, TextEncoding::Bytes);
+  EXPECT_EQ(TextFile::FromBytes("\xFF").encoding, TextEncoding::Bytes);
+  EXPECT_EQ(TextFile::FromBytes("").encoding, TextEncoding::Bytes);
 }
 
 TEST(TextFile, TheMarkIsNotPartOfTheFirstLine) {
@@ -52,9 +52,9 @@ TEST(TextFile, EveryLineEndsInCrLfTheLastOneToo) {
 }
 
 TEST(TextFile, ATextThatTheEncodingCannotHoldIsAnError) {
-  TextFile file{{"ok", "\xFF"}, TextEncoding::kUtf16LittleEnd};
+  TextFile file{{"ok", "\xFF"}, TextEncoding::Utf16LittleEnd};
   EXPECT_EQ(MessageOf([&] { file.Bytes(); }), "Line 2 cannot be written as UTF-16: it is not UTF-8");
-  file.encoding = TextEncoding::kUtf8WithMark;
+  file.encoding = TextEncoding::Utf8WithMark;
   const TestFolder folder;
   EXPECT_EQ(MessageOf([&] { file.Save(folder / "a"); }),
             "Cannot write " + (folder / "a") + ": Line 2 cannot be written as UTF-8: it is not UTF-8");

@@ -12,11 +12,11 @@ TextSearch::TextSearch(std::string_view word) : word_(word) {}
 void TextSearch::Begin() {
   const TextEncoding encoding = EncodingOf(tail_);
   hasBegun_ = true;
-  isWide_ = encoding == TextEncoding::kUtf16LittleEnd || encoding == TextEncoding::kUtf16BigEnd;
+  isWide_ = encoding == TextEncoding::Utf16LittleEnd || encoding == TextEncoding::Utf16BigEnd;
   if (!isWide_) return;
   std::string wide;
   for (const char c : word_) {
-    wide += encoding == TextEncoding::kUtf16BigEnd ? std::string{'\0', c} : std::string{c, '\0'};
+    wide += encoding == TextEncoding::Utf16BigEnd ? std::string{'\0', c} : std::string{c, '\0'};
   }
   word_ = std::move(wide);
 }

@@ -16,17 +16,17 @@ constexpr std::string_view kVersion5 = "Windows Registry Editor Version 5.00";
 // A value that is too long for its line goes on behind a backslash at the line's end.
 std::vector<std::string> WholeLines(std::string_view text) {
   std::vector<std::string> whole;
-  bool goes_on = false;
+  bool goesOn = false;
   ForEachLine(text, [&](std::string_view line) {
     line = TrimView(line);
     const bool more = line.ends_with('\\');
     if (more) line.remove_suffix(1);
-    if (goes_on) {
+    if (goesOn) {
       whole.back() += line;
     } else {
       whole.emplace_back(line);
     }
-    goes_on = more;
+    goesOn = more;
   });
   return whole;
 }

@@ -17,8 +17,8 @@ struct StandIn {
 };
 
 StandIn& TheStandIn() {
-  static StandIn stand_in;
-  return stand_in;
+  static StandIn standIn;
+  return standIn;
 }
 
 void StandIn::Take(std::optional<RegistryExport> taken) {
@@ -29,9 +29,9 @@ void StandIn::Take(std::optional<RegistryExport> taken) {
 }  // namespace
 
 std::optional<std::string> ReadMachineText(const std::string& key, const std::string& name) {
-  StandIn& stand_in = TheStandIn();
-  const std::lock_guard guard(stand_in.lock);
-  return stand_in.file ? stand_in.file->MachineText(key, name) : std::nullopt;
+  StandIn& standIn = TheStandIn();
+  const std::lock_guard guard(standIn.lock);
+  return standIn.file ? standIn.file->MachineText(key, name) : std::nullopt;
 }
 
 void SetRegistryFile(const std::string& path) {

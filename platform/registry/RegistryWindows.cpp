@@ -13,14 +13,14 @@ std::optional<std::string> ReadMachineText(const std::string& key, const std::st
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, kAccess, &opened) != ERROR_SUCCESS)
     return std::nullopt;
 
-  const std::wstring value_name = system::ToWide(name);
+  const std::wstring valueName = system::ToWide(name);
   std::wstring text(260, L'\0');
   DWORD kind = 0;
   LSTATUS status = ERROR_MORE_DATA;
   while (status == ERROR_MORE_DATA) {
     DWORD size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
-    status = RegQueryValueExW(opened, value_name.c_str(), nullptr, &kind,
-                              reinterpret_cast<BYTE*>(text.data()), &size);
+    status = RegQueryValueExW(opened, valueName.c_str(), nullptr, &kind, reinterpret_cast<BYTE*>(text.data()),
+                              &size);
     text.resize((size + 1) / sizeof(wchar_t));
   }
   RegCloseKey(opened);

@@ -29,7 +29,7 @@ class XmlElement {
   // Name and value of each, in document order.
   std::vector<std::pair<std::string, std::string>> Attributes() const;
   // What stands directly in it, without elements and comments and without the blanks around it; UTF-8, line
-  // ends are LF. Empty unless the document was parsed with XmlTexts::kKept.
+  // ends are LF. Empty unless the document was parsed with XmlTexts::Kept.
   std::string Text() const;
 
  private:
@@ -41,7 +41,7 @@ class XmlElement {
 };
 
 // Whether the texts between elements are asked for: to keep them costs time and memory.
-enum class XmlTexts { kDropped, kKept };
+enum class XmlTexts { Dropped, Kept };
 
 class XmlDocument {
  public:
@@ -53,7 +53,7 @@ class XmlDocument {
   // Takes a whole file: UTF-8 or UTF-16, or the legacy encoding that its declaration names. The document may
   // work in the buffer, which has to stay until it parses again and holds nothing of use meanwhile.
   // Raises Exception with the parser's reason alone.
-  void Parse(std::string& bytes, XmlTexts texts = XmlTexts::kDropped);
+  void Parse(std::string& bytes, XmlTexts texts = XmlTexts::Dropped);
 
   // The document element; false before a successful Parse.
   XmlElement Root() const;

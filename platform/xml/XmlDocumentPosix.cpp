@@ -68,7 +68,7 @@ void XmlDocument::Parse(std::string& bytes, XmlTexts texts) {
   // Elements and attribute values are all that is mostly asked for; comments and instructions are never kept.
   constexpr unsigned kFlags = pugi::parse_minimal | pugi::parse_escapes;
   constexpr unsigned kTexts = pugi::parse_cdata | pugi::parse_eol;
-  const unsigned flags = texts == XmlTexts::kKept ? kFlags | kTexts : kFlags;
+  const unsigned flags = texts == XmlTexts::Kept ? kFlags | kTexts : kFlags;
   const pugi::xml_parse_result result =
       state_->document.load_buffer_inplace(bytes.data(), bytes.size(), flags, encoding);
   if (result) return;

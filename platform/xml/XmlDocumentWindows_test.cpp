@@ -110,9 +110,9 @@ TEST(XmlDocument, ProhibitsDocumentTypesAndResolvesNothing) {
       reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(library, "DllGetClassObject")));
   IClassFactory* real = nullptr;
   ASSERT_EQ(get(id, IID_IClassFactory, reinterpret_cast<void**>(&real)), S_OK);
-  StandIn stand_in(real);
+  StandIn standIn(real);
   DWORD registration = 0;
-  ASSERT_EQ(CoRegisterClassObject(id, &stand_in, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &registration),
+  ASSERT_EQ(CoRegisterClassObject(id, &standIn, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &registration),
             S_OK);
 
   notes = {};

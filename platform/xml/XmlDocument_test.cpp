@@ -33,7 +33,7 @@ TEST(XmlDocument, WalksElementsByName) {
 TEST(XmlDocument, WalksElementsOfAnyName) {
   std::string bytes = "<!-- before --><r>text<a/>more<!-- none --><b/><a/></r>";
   XmlDocument document;
-  document.Parse(bytes, XmlTexts::kKept);
+  document.Parse(bytes, XmlTexts::Kept);
   std::string names;
   for (XmlElement at = document.Root().FirstChild(); at; at = at.NextSibling()) names += at.Name();
   EXPECT_EQ(names, "aba");
@@ -51,7 +51,7 @@ TEST(XmlDocument, GivesTextsWhereTheyAreKept) {
   const std::string text = "<r> one &lt;<!-- none --><![CDATA[two & ]]><a>not this</a>three\r\nfour </r>";
   XmlDocument document;
   std::string bytes = text;
-  document.Parse(bytes, XmlTexts::kKept);
+  document.Parse(bytes, XmlTexts::Kept);
   EXPECT_EQ(document.Root().Text(), "one <two & three\nfour");
   EXPECT_EQ(document.Root().FirstChild("a").Text(), "not this");
 }

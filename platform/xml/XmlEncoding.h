@@ -12,8 +12,8 @@ namespace qx {
 // number by which Windows does.
 struct LegacyEncoding {
   std::string_view name;
-  const char* library_name;
-  unsigned code_page;
+  const char* libraryName;
+  unsigned codePage;
 };
 
 // What an XML file's declaration says of its encoding.

@@ -5,7 +5,7 @@
 namespace qx::system {
 
 std::string DecodeLegacy(const LegacyEncoding& encoding, std::string_view bytes) {
-  Converter converter("UTF-8", encoding.library_name);
+  Converter converter("UTF-8", encoding.libraryName);
   if (!converter.IsOpen())
     throw Exception("The encoding " + std::string(encoding.name) + " is not supported");
   std::string out;

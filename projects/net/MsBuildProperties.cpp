@@ -59,7 +59,7 @@ class ConditionReader {
 
   struct Operand {
     NetText text;
-    bool is_quoted = false;
+    bool isQuoted = false;
   };
 
   Truth Doubtful(const std::string& why) {
@@ -105,7 +105,7 @@ class ConditionReader {
       return Take(")") ? inner : Doubtful("a bracket is not closed");
     }
     const Operand left = ReadOperand();
-    if (!left.is_quoted && IsName(left.text.value) && Take("(")) {
+    if (!left.isQuoted && IsName(left.text.value) && Take("(")) {
       const Operand argument = ReadOperand();
       if (!Take(")")) return Doubtful("a bracket is not closed");
       return CallFunction(left.text.value, argument.text);
@@ -129,7 +129,7 @@ class ConditionReader {
     std::size_t size = 0;
     if (text_.starts_with('\'')) {
       const std::size_t end = text_.find('\'', 1);
-      operand.is_quoted = true;
+      operand.isQuoted = true;
       if (end == std::string_view::npos) {
         operand.text.doubt = "a quote is not closed";
         text_ = {};
@@ -141,7 +141,7 @@ class ConditionReader {
     }
     if (text_.starts_with("$(")) {
       size = std::min(text_.find(')'), text_.size() - 1) + 1;
-      operand.is_quoted = true;
+      operand.isQuoted = true;
     } else {
       while (size < text_.size() && (IsNameCharacter(text_[size]) || text_[size] == '.')) ++size;
     }
@@ -194,23 +194,22 @@ void MsBuildProperties::Doubt(std::string_view name, std::string doubt) {
 }
 
 void MsBuildProperties::DoubtAll(const std::string& doubt) {
-  all_doubt_ = doubt;
+  allDoubt_ = doubt;
   for (auto& [key, text] : values_) {
     if (text.doubt.empty() && !fixed_.contains(key)) text.doubt = doubt;
   }
 }
 
-void MsBuildProperties::Set(std::string_view name, std::string_view text,
-                            const std::string& condition_doubt) {
+void MsBuildProperties::Set(std::string_view name, std::string_view text, const std::string& conditionDoubt) {
   const std::string key = LowerCase(name);
   if (fixed_.contains(key)) return;
   constexpr std::size_t kMost = 16 * 1024 * 1024;  // a small file of doublings must not fill the memory
   if (size_ > kMost) return DoubtAll("its properties are too long");
   NetText value = Expand(text);
-  if (!condition_doubt.empty()) {
+  if (!conditionDoubt.empty()) {
     const NetText before = Get(name);
     if (before.doubt.empty() && value.doubt.empty() && before.value == value.value) return;
-    value.doubt = condition_doubt;
+    value.doubt = conditionDoubt;
   }
   size_ += value.value.size();
   values_[key] = std::move(value);
@@ -218,7 +217,7 @@ void MsBuildProperties::Set(std::string_view name, std::string_view text,
 
 NetText MsBuildProperties::Get(std::string_view name) const {
   const auto found = values_.find(LowerCase(name));
-  return found != values_.end() ? found->second : NetText{"", all_doubt_};
+  return found != values_.end() ? found->second : NetText{"", allDoubt_};
 }
 
 NetText MsBuildProperties::Expand(std::string_view text) const {

@@ -25,7 +25,7 @@ class MsBuildProperties {
   // From here on any property may have any value, until it is set anew.
   void DoubtAll(const std::string& doubt);
   // An assignment whose text is still to be expanded; with a doubt when its condition cannot be decided.
-  void Set(std::string_view name, std::string_view text, const std::string& condition_doubt = {});
+  void Set(std::string_view name, std::string_view text, const std::string& conditionDoubt = {});
 
   // Names without regard to letter case. What was never set is empty, and certain unless everything is in doubt.
   NetText Get(std::string_view name) const;
@@ -39,7 +39,7 @@ class MsBuildProperties {
   std::string folder_;
   std::map<std::string, NetText> values_;  // by their names in lower case
   std::map<std::string, bool> fixed_;
-  std::string all_doubt_;
+  std::string allDoubt_;
   std::size_t size_ = 0;  // of all values that were ever set
 };
 

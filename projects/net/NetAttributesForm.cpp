@@ -29,27 +29,27 @@ struct Setting {
 };
 
 // Of Settings, the same in every configuration.
-constexpr Setting<Texts> kTexts[] = {{"RootNamespace", &NetProject::root_namespace},
-                                     {"StartupObject", &NetProject::startup_object},
+constexpr Setting<Texts> kTexts[] = {{"RootNamespace", &NetProject::rootNamespace},
+                                     {"StartupObject", &NetProject::startupObject},
                                      {"ApplicationIcon", &NetProject::icon},
-                                     {"AssemblyOriginatorKeyFile", &NetProject::key_file},
-                                     {"AssemblyKeyContainerName", &NetProject::key_container},
-                                     {"PreBuildEvent", &NetProject::pre_build_event},
-                                     {"PostBuildEvent", &NetProject::post_build_event},
-                                     {"RunPostBuildEvent", &NetProject::run_post_build_event},
-                                     {"OptionStrict", &NetProject::option_strict},
-                                     {"OptionExplicit", &NetProject::option_explicit},
-                                     {"OptionCompare", &NetProject::option_compare}};
+                                     {"AssemblyOriginatorKeyFile", &NetProject::keyFile},
+                                     {"AssemblyKeyContainerName", &NetProject::keyContainer},
+                                     {"PreBuildEvent", &NetProject::preBuildEvent},
+                                     {"PostBuildEvent", &NetProject::postBuildEvent},
+                                     {"RunPostBuildEvent", &NetProject::runPostBuildEvent},
+                                     {"OptionStrict", &NetProject::optionStrict},
+                                     {"OptionExplicit", &NetProject::optionExplicit},
+                                     {"OptionCompare", &NetProject::optionCompare}};
 // Of a Config.
 constexpr Setting<Texts> kConfigTexts[] = {{"DefineConstants", &NetProject::defines},
-                                           {"NoWarn", &NetProject::no_warn},
-                                           {"DocumentationFile", &NetProject::documentation_file}};
+                                           {"NoWarn", &NetProject::noWarn},
+                                           {"DocumentationFile", &NetProject::documentationFile}};
 constexpr Setting<Flags> kConfigFlags[] = {{"DebugSymbols", &NetProject::debug},
                                            {"Optimize", &NetProject::optimise},
-                                           {"AllowUnsafeBlocks", &NetProject::allow_unsafe},
-                                           {"CheckForOverflowUnderflow", &NetProject::check_overflow},
-                                           {"NoStdLib", &NetProject::no_standard_library},
-                                           {"TreatWarningsAsErrors", &NetProject::warnings_as_errors}};
+                                           {"AllowUnsafeBlocks", &NetProject::allowUnsafe},
+                                           {"CheckForOverflowUnderflow", &NetProject::checkOverflow},
+                                           {"NoStdLib", &NetProject::noStandardLibrary},
+                                           {"TreatWarningsAsErrors", &NetProject::warningsAsErrors}};
 
 bool IsTrue(const XmlElement& element, const char* attribute) {
   return SameText(element.Attribute(attribute), kTrue);
@@ -82,13 +82,13 @@ void ReadConfig(const XmlElement& config, NetProject& project) {
   for (const auto& [attribute, member] : kConfigFlags) project.*member = IsTrue(config, attribute);
   if (project.language == NetLanguage::VisualBasic) {
     // Its flag has the opposite sense, and two defines have boxes of their own.
-    project.check_overflow = !IsTrue(config, "RemoveIntegerChecks");
+    project.checkOverflow = !IsTrue(config, "RemoveIntegerChecks");
     if (IsTrue(config, "DefineDebug")) AddDefine(project.defines, "DEBUG=True");
     if (IsTrue(config, "DefineTrace")) AddDefine(project.defines, "TRACE=True");
   }
-  project.output_path = {config.Attribute("OutputPath"), ""};
-  project.warning_level = ToInteger(config.Attribute("WarningLevel")).value_or(project.warning_level);
-  project.has_configuration = true;
+  project.outputPath = {config.Attribute("OutputPath"), ""};
+  project.warningLevel = ToInteger(config.Attribute("WarningLevel")).value_or(project.warningLevel);
+  project.hasConfiguration = true;
 }
 
 // An exact name wins over one that differs in letter case.
@@ -105,12 +105,12 @@ XmlElement FindConfig(const XmlElement& settings, const std::string& name) {
 void ReadSettings(const XmlElement& settings, const NetSelection& selection, NetProject& project) {
   NoteAttributes(settings, project);
   for (const auto& [attribute, member] : kTexts) project.*member = settings.Attribute(attribute);
-  project.pre_build_event = WithLineFeeds(project.pre_build_event);
-  project.post_build_event = WithLineFeeds(project.post_build_event);
-  project.delay_sign = IsTrue(settings, "DelaySign");
-  project.sign = !project.key_file.empty() || !project.key_container.empty();
-  project.assembly_name = {settings.Attribute("AssemblyName"), ""};
-  project.output_type = {settings.Attribute("OutputType"), ""};
+  project.preBuildEvent = WithLineFeeds(project.preBuildEvent);
+  project.postBuildEvent = WithLineFeeds(project.postBuildEvent);
+  project.delaySign = IsTrue(settings, "DelaySign");
+  project.sign = !project.keyFile.empty() || !project.keyContainer.empty();
+  project.assemblyName = {settings.Attribute("AssemblyName"), ""};
+  project.outputType = {settings.Attribute("OutputType"), ""};
   ForEachChild(settings, "Config", [&](const XmlElement& config) {
     NoteAttributes(config, project);
     project.configurations.push_back(config.Attribute("Name"));
@@ -122,11 +122,11 @@ NetReference ReadReference(const XmlElement& element) {
   NetReference reference;
   reference.name = element.Attribute("AssemblyName");
   if (reference.name.empty()) reference.name = element.Attribute("Name");
-  reference.hint_path = element.Attribute("HintPath");
-  reference.project_guid = element.Attribute("Project");
-  reference.com_guid = element.Attribute("Guid");
-  const std::string copy_local = element.Attribute("Private");
-  if (!copy_local.empty()) reference.copy_local = SameText(copy_local, kTrue);
+  reference.hintPath = element.Attribute("HintPath");
+  reference.projectGuid = element.Attribute("Project");
+  reference.comGuid = element.Attribute("Guid");
+  const std::string copyLocal = element.Attribute("Private");
+  if (!copyLocal.empty()) reference.copyLocal = SameText(copyLocal, kTrue);
   return reference;
 }
 
@@ -136,7 +136,7 @@ NetFile ReadFileElement(const XmlElement& element) {
   file.path = element.Attribute("Link");  // where a linked file really lies
   if (file.path.empty()) file.path = file.place;
   file.action = element.Attribute("BuildAction");
-  file.depends_on = element.Attribute("DependentUpon");
+  file.dependsOn = element.Attribute("DependentUpon");
   return file;
 }
 
@@ -144,7 +144,7 @@ void ReadBody(const XmlElement& body, const NetSelection& selection, NetProject&
   NoteAttributes(body, project);
   project.guid = body.Attribute("ProjectGuid");
   project.type = body.Attribute("ProjectType");
-  project.product_version = body.Attribute("ProductVersion");
+  project.productVersion = body.Attribute("ProductVersion");
   const XmlElement build = body.FirstChild("Build");
   if (const XmlElement settings = build.FirstChild("Settings")) ReadSettings(settings, selection, project);
   ForEachChild(build.FirstChild("References"), "Reference", [&](const XmlElement& element) {

@@ -44,7 +44,7 @@ TEST(NetCorpus, EveryProjectIsReadInEachOfItsConfigurations) {
       selection.configuration = name.substr(0, name.find('|'));
       if (name.find('|') != std::string::npos) selection.platform = name.substr(name.find('|') + 1);
       const NetProject project = ReadNetProject(file, selection);
-      EXPECT_TRUE(project.has_configuration) << name;
+      EXPECT_TRUE(project.hasConfiguration) << name;
       const NetOutput output = WhereOutputLies(project);
       EXPECT_EQ(output.path.empty(), !output.reason.empty());
       ++configurations;

@@ -255,7 +255,7 @@ std::string NetFormTableText() {
     text += "| name | | what becomes of it |\n| --- | --- | --- |\n";
     for (const NetFormEntry& entry : kTable) {
       if (entry.form != form) continue;
-      text += "| `" + std::string(entry.name) + "` | " + (entry.is_used ? "used" : "ignored") + " | " +
+      text += "| `" + std::string(entry.name) + "` | " + (entry.isUsed ? "used" : "ignored") + " | " +
               entry.what + " |\n";
     }
   }

@@ -13,7 +13,7 @@ namespace qx {
 struct NetFormEntry {
   NetForm form;
   const char* name;  // "Config@Optimize"; of MSBuild: a property, or "Item/Metadata", or an element
-  bool is_used;
+  bool isUsed;
   const char* what;  // what it becomes, or why it is passed over
 };
 

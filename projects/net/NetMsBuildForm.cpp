@@ -46,30 +46,30 @@ struct Setting {
   Member member;
 };
 constexpr Setting<Texts> kTexts[] = {{"ProjectGuid", &NetProject::guid},
-                                     {"ProductVersion", &NetProject::product_version},
-                                     {"RootNamespace", &NetProject::root_namespace},
-                                     {"StartupObject", &NetProject::startup_object},
+                                     {"ProductVersion", &NetProject::productVersion},
+                                     {"RootNamespace", &NetProject::rootNamespace},
+                                     {"StartupObject", &NetProject::startupObject},
                                      {"ApplicationIcon", &NetProject::icon},
-                                     {"DocumentationFile", &NetProject::documentation_file},
-                                     {"PlatformTarget", &NetProject::platform_target},
-                                     {"AssemblyOriginatorKeyFile", &NetProject::key_file},
-                                     {"KeyContainerName", &NetProject::key_container},
-                                     {"PreBuildEvent", &NetProject::pre_build_event},
-                                     {"PostBuildEvent", &NetProject::post_build_event},
-                                     {"RunPostBuildEvent", &NetProject::run_post_build_event},
+                                     {"DocumentationFile", &NetProject::documentationFile},
+                                     {"PlatformTarget", &NetProject::platformTarget},
+                                     {"AssemblyOriginatorKeyFile", &NetProject::keyFile},
+                                     {"KeyContainerName", &NetProject::keyContainer},
+                                     {"PreBuildEvent", &NetProject::preBuildEvent},
+                                     {"PostBuildEvent", &NetProject::postBuildEvent},
+                                     {"RunPostBuildEvent", &NetProject::runPostBuildEvent},
                                      {"DefineConstants", &NetProject::defines},
-                                     {"NoWarn", &NetProject::no_warn},
-                                     {"OptionStrict", &NetProject::option_strict},
-                                     {"OptionExplicit", &NetProject::option_explicit},
-                                     {"OptionCompare", &NetProject::option_compare},
-                                     {"CodePage", &NetProject::code_page}};
+                                     {"NoWarn", &NetProject::noWarn},
+                                     {"OptionStrict", &NetProject::optionStrict},
+                                     {"OptionExplicit", &NetProject::optionExplicit},
+                                     {"OptionCompare", &NetProject::optionCompare},
+                                     {"CodePage", &NetProject::codePage}};
 constexpr Setting<Flags> kFlags[] = {{"DebugSymbols", &NetProject::debug},
                                      {"Optimize", &NetProject::optimise},
-                                     {"AllowUnsafeBlocks", &NetProject::allow_unsafe},
-                                     {"CheckForOverflowUnderflow", &NetProject::check_overflow},
-                                     {"NoStdLib", &NetProject::no_standard_library},
-                                     {"TreatWarningsAsErrors", &NetProject::warnings_as_errors},
-                                     {"DelaySign", &NetProject::delay_sign},
+                                     {"AllowUnsafeBlocks", &NetProject::allowUnsafe},
+                                     {"CheckForOverflowUnderflow", &NetProject::checkOverflow},
+                                     {"NoStdLib", &NetProject::noStandardLibrary},
+                                     {"TreatWarningsAsErrors", &NetProject::warningsAsErrors},
+                                     {"DelaySign", &NetProject::delaySign},
                                      {"SignAssembly", &NetProject::sign}};
 
 constexpr const char* kFileItems[] = {"Compile", "EmbeddedResource", "Content", "None"};
@@ -90,11 +90,11 @@ std::string WithEventMacrosKept(const std::string& text) {
   for (std::size_t at = 0; at < text.size(); ++at) {
     const std::string_view rest = std::string_view(text).substr(at);
     const std::size_t end = rest.starts_with("$(") ? rest.find(')') : std::string_view::npos;
-    const bool is_kept =
+    const bool isKept =
         end != std::string_view::npos && std::ranges::any_of(kEventMacros, [&](const char* macro) {
           return SameText(macro, rest.substr(2, end - 2));
         });
-    out += is_kept ? std::string("%24") : std::string(1, text[at]);
+    out += isKept ? std::string("%24") : std::string(1, text[at]);
   }
   return out;
 }
@@ -107,7 +107,7 @@ class MsBuildReader {
   void Read(const XmlElement& root) {
     FixProperties();
     Walk(root, project_.file, Pass::Properties, 0);
-    if (!saw_product_targets_) properties_.DoubtAll("it imports no targets of the product");
+    if (!sawProductTargets_) properties_.DoubtAll("it imports no targets of the product");
     Walk(root, project_.file, Pass::Items, 0);
     TakeSettings();
   }
@@ -134,9 +134,9 @@ class MsBuildReader {
           "MSBuildToolsVersion", "SolutionDir", "SolutionPath", "SolutionName", "DevEnvDir"}) {
       properties_.Doubt(name, "$(" + std::string(name) + ") depends on where it is built");
     }
-    if (!selection_.solution_file.empty()) {
-      properties_.Fix("SolutionDir", FolderPart(selection_.solution_file));
-      properties_.Fix("SolutionPath", selection_.solution_file);
+    if (!selection_.solutionFile.empty()) {
+      properties_.Fix("SolutionDir", FolderPart(selection_.solutionFile));
+      properties_.Fix("SolutionPath", selection_.solutionFile);
     }
     for (const auto& [name, value] : selection_.properties) properties_.Fix(name, value);
     if (!selection_.configuration.empty()) properties_.Fix("Configuration", selection_.configuration);
@@ -177,18 +177,18 @@ class MsBuildReader {
     }
   }
 
-  void Take(const XmlElement& element, const std::string& name, const std::string& doubt_above, int depth) {
-    if (name == "Choose") return Choose(element, doubt_above, depth);
-    if (name == "PropertyGroup" && pass_ == Pass::Properties) return TakeProperties(element, doubt_above);
+  void Take(const XmlElement& element, const std::string& name, const std::string& doubtAbove, int depth) {
+    if (name == "Choose") return Choose(element, doubtAbove, depth);
+    if (name == "PropertyGroup" && pass_ == Pass::Properties) return TakeProperties(element, doubtAbove);
     if (name == "ItemGroup" && pass_ == Pass::Items) return TakeItems(element);
     if (pass_ == Pass::Properties) NoteIfUnfamiliar(project_, name);
   }
 
-  void Choose(const XmlElement& choose, const std::string& doubt_above, int depth) {
+  void Choose(const XmlElement& choose, const std::string& doubtAbove, int depth) {
     if (depth >= kDeepest) {
       return properties_.DoubtAll("its Choose elements are nested too deeply");
     }
-    std::string doubts = doubt_above;
+    std::string doubts = doubtAbove;
     for (XmlElement branch = choose.FirstChild(); branch; branch = branch.NextSibling()) {
       const std::string name = branch.Name();
       std::string doubt;
@@ -200,16 +200,16 @@ class MsBuildReader {
     }
   }
 
-  void TakeProperties(const XmlElement& group, const std::string& doubt_above) {
+  void TakeProperties(const XmlElement& group, const std::string& doubtAbove) {
     std::string doubt;
     if (!IsMet(group, doubt)) return;
-    if (doubt.empty()) doubt = doubt_above;
+    if (doubt.empty()) doubt = doubtAbove;
     for (XmlElement at = group.FirstChild(); at; at = at.NextSibling()) {
       NoteIfUnfamiliar(project_, at.Name());
-      std::string own_doubt;
-      if (!IsMet(at, own_doubt)) continue;
+      std::string ownDoubt;
+      if (!IsMet(at, ownDoubt)) continue;
       const std::string text = IsEvent(at.Name()) ? WithEventMacrosKept(at.Text()) : at.Text();
-      properties_.Set(at.Name(), text, own_doubt.empty() ? doubt : own_doubt);
+      properties_.Set(at.Name(), text, ownDoubt.empty() ? doubt : ownDoubt);
     }
   }
 
@@ -244,7 +244,7 @@ class MsBuildReader {
     auto file = std::make_unique<Imported>();
     file->bytes = std::move(*bytes);
     try {
-      file->document.Parse(file->bytes, XmlTexts::kKept);
+      file->document.Parse(file->bytes, XmlTexts::Kept);
     } catch (const Exception&) {
       return nullptr;
     }
@@ -255,8 +255,8 @@ class MsBuildReader {
   // What Microsoft.Common.targets makes of the properties of an output's place; what stands behind the import
   // in the project file comes too late to change it.
   void ApplyProductTargets() {
-    if (saw_product_targets_) return;
-    saw_product_targets_ = true;
+    if (sawProductTargets_) return;
+    sawProductTargets_ = true;
     SetDefault("AssemblyName", "$(MSBuildProjectName)");
     SetDefault("OutputType", "Exe");
     SetDefault("OutDir", "$(OutputPath)");
@@ -264,9 +264,9 @@ class MsBuildReader {
     if (type.doubt.empty()) SetDefault("TargetExt", NetOutputExtension(type.value));
     SetDefault("TargetName", "$(AssemblyName)");
     SetDefault("TargetFileName", "$(TargetName)$(TargetExt)");
-    out_dir_ = properties_.Get("OutDir");
-    file_name_ = properties_.Get("TargetFileName");
-    if (!type.doubt.empty()) file_name_.doubt = type.doubt;
+    outDir_ = properties_.Get("OutDir");
+    fileName_ = properties_.Get("TargetFileName");
+    if (!type.doubt.empty()) fileName_.doubt = type.doubt;
   }
 
   void SetDefault(std::string_view name, std::string_view text) {
@@ -316,27 +316,27 @@ class MsBuildReader {
       if (file.place.empty()) file.place = include;
       file.path = std::move(include);
       file.action = kind;
-      file.depends_on = Metadata(item, "DependentUpon");
-      file.logical_name = Metadata(item, "LogicalName");
+      file.dependsOn = Metadata(item, "DependentUpon");
+      file.logicalName = Metadata(item, "LogicalName");
       project_.files.push_back(std::move(file));
     }
   }
 
   NetReference TakeReference(const XmlElement& item, const std::string& kind, const std::string& include) {
     NetReference reference;
-    const std::string copy_local = Metadata(item, "Private");
-    if (!copy_local.empty()) reference.copy_local = SameText(copy_local, kTrue);
+    const std::string copyLocal = Metadata(item, "Private");
+    if (!copyLocal.empty()) reference.copyLocal = SameText(copyLocal, kTrue);
     if (kind == "ProjectReference") {
       reference.name = Metadata(item, "Name");
-      reference.project_guid = Metadata(item, "Project");
-      reference.project_file = include;
+      reference.projectGuid = Metadata(item, "Project");
+      reference.projectFile = include;
     } else if (kind == "COMReference") {
       reference.name = include;
-      reference.com_guid = Metadata(item, "Guid");
+      reference.comGuid = Metadata(item, "Guid");
     } else {
       reference.name =
           Trim(std::string_view(include).substr(0, include.find(',')));  // ", Version=1.2.0.0 ..."
-      reference.hint_path = Metadata(item, "HintPath");
+      reference.hintPath = Metadata(item, "HintPath");
     }
     return reference;
   }
@@ -346,16 +346,15 @@ class MsBuildReader {
     for (const auto& [property, member] : kFlags) {
       project_.*member = SameText(properties_.Get(property).value, kTrue);
     }
-    project_.warning_level =
-        ToInteger(properties_.Get("WarningLevel").value).value_or(project_.warning_level);
-    project_.assembly_name = properties_.Get("AssemblyName");
-    project_.output_type = properties_.Get("OutputType");
-    project_.output_path = saw_product_targets_ ? out_dir_ : properties_.Get("OutDir");
-    project_.file_name = saw_product_targets_ ? file_name_ : properties_.Get("TargetFileName");
+    project_.warningLevel = ToInteger(properties_.Get("WarningLevel").value).value_or(project_.warningLevel);
+    project_.assemblyName = properties_.Get("AssemblyName");
+    project_.outputType = properties_.Get("OutputType");
+    project_.outputPath = sawProductTargets_ ? outDir_ : properties_.Get("OutDir");
+    project_.fileName = sawProductTargets_ ? fileName_ : properties_.Get("TargetFileName");
     const std::string chosen =
         properties_.Get("Configuration").value + "|" + properties_.Get("Platform").value;
     const auto same = [&chosen](const std::string& known) { return SameText(known, chosen); };
-    project_.has_configuration =
+    project_.hasConfiguration =
         project_.configurations.empty() || std::ranges::any_of(project_.configurations, same);
   }
 
@@ -366,8 +365,8 @@ class MsBuildReader {
   std::map<std::string, std::unique_ptr<Imported>> imported_;
   int imports_ = 0;
   Pass pass_ = Pass::Properties;
-  bool saw_product_targets_ = false;
-  NetText out_dir_, file_name_;  // as the product's targets make them
+  bool sawProductTargets_ = false;
+  NetText outDir_, fileName_;  // as the product's targets make them
 };
 
 }  // namespace

@@ -19,9 +19,9 @@ std::string WithoutCertainty(const char* what, const NetText& text) {
 
 }  // namespace
 
-std::string_view NetOutputExtension(std::string_view output_type) {
+std::string_view NetOutputExtension(std::string_view outputType) {
   for (const OutputType& type : kOutputTypes) {
-    if (SameText(type.name, output_type)) return type.extension;
+    if (SameText(type.name, outputType)) return type.extension;
   }
   return {};
 }
@@ -32,27 +32,26 @@ std::string NetPath(const NetProject& project, std::string_view written) {
 
 NetOutput WhereOutputLies(const NetProject& project) {
   const auto unknown = [](std::string reason) { return NetOutput{"", std::move(reason)}; };
-  if (project.form == NetForm::Attributes && !project.has_configuration) {
+  if (project.form == NetForm::Attributes && !project.hasConfiguration) {
     return unknown("the project has no such configuration");
   }
-  if (!project.output_path.doubt.empty()) return unknown(WithoutCertainty("OutputPath", project.output_path));
-  if (project.form == NetForm::MsBuild && project.output_path.value.empty()) {
+  if (!project.outputPath.doubt.empty()) return unknown(WithoutCertainty("OutputPath", project.outputPath));
+  if (project.form == NetForm::MsBuild && project.outputPath.value.empty()) {
     return unknown("the project sets no OutputPath for this configuration and platform");
   }
-  std::string name = project.file_name.value;
-  if (!project.file_name.doubt.empty())
-    return unknown(WithoutCertainty("The file's name", project.file_name));
+  std::string name = project.fileName.value;
+  if (!project.fileName.doubt.empty()) return unknown(WithoutCertainty("The file's name", project.fileName));
   if (name.empty()) {
-    for (const NetText* text : {&project.assembly_name, &project.output_type}) {
-      const char* what = text == &project.assembly_name ? "AssemblyName" : "OutputType";
+    for (const NetText* text : {&project.assemblyName, &project.outputType}) {
+      const char* what = text == &project.assemblyName ? "AssemblyName" : "OutputType";
       if (!text->doubt.empty()) return unknown(WithoutCertainty(what, *text));
       if (text->value.empty()) return unknown(std::string(what) + " is not set");
     }
-    const std::string_view extension = NetOutputExtension(project.output_type.value);
-    if (extension.empty()) return unknown("OutputType \"" + project.output_type.value + "\" is not known");
-    name = project.assembly_name.value + std::string(extension);
+    const std::string_view extension = NetOutputExtension(project.outputType.value);
+    if (extension.empty()) return unknown("OutputType \"" + project.outputType.value + "\" is not known");
+    name = project.assemblyName.value + std::string(extension);
   }
-  return {NetPath(project, WithTrailingDelimiter(project.output_path.value) + name), ""};
+  return {NetPath(project, WithTrailingDelimiter(project.outputPath.value) + name), ""};
 }
 
 }  // namespace qx

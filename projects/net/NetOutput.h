@@ -18,7 +18,7 @@ struct NetOutput {
 NetOutput WhereOutputLies(const NetProject& project);
 
 // ".exe" or ".dll" (".netmodule") by the project's output type; empty for any other.
-std::string_view NetOutputExtension(std::string_view output_type);
+std::string_view NetOutputExtension(std::string_view outputType);
 
 // The absolute path that a project file means by a name: from the project's folder, with native delimiters
 // and as it is named on disk as far as it is there.

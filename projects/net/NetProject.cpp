@@ -24,7 +24,7 @@ constexpr Kind kKinds[] = {{".csproj", NetLanguage::CSharp},
 
 void Read(std::string& bytes, const NetSelection& selection, const ReadNetFile& read, NetProject& project) {
   XmlDocument document;
-  document.Parse(bytes, XmlTexts::kKept);
+  document.Parse(bytes, XmlTexts::Kept);
   const XmlElement root = document.Root();
   const std::string name = root ? root.Name() : std::string();
   if (name == "VisualStudioProject") return ReadAttributesForm(root, selection, project);

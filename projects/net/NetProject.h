@@ -22,27 +22,27 @@ struct NetSelection {
   std::string configuration;  // "Release"
   std::string platform;       // "Any CPU" or "AnyCPU"; of no meaning to the older form
   std::map<std::string, std::string>
-      properties;             // given from outside (MSBuild's /p:), they win over the file
-  std::string solution_file;  // empty: unknown
+      properties;            // given from outside (MSBuild's /p:), they win over the file
+  std::string solutionFile;  // empty: unknown
 };
 
 struct NetReference {
-  std::string name;                // the assembly's simple name, or the project's
-  std::string hint_path;           // as written, from the project's folder; may be empty
-  std::string project_guid;        // of a reference to a project
-  std::string project_file;        // the same in the form of 2005, as written
-  std::string com_guid;            // of a type library
-  std::optional<bool> copy_local;  // none: as the product decides by itself
+  std::string name;               // the assembly's simple name, or the project's
+  std::string hintPath;           // as written, from the project's folder; may be empty
+  std::string projectGuid;        // of a reference to a project
+  std::string projectFile;        // the same in the form of 2005, as written
+  std::string comGuid;            // of a type library
+  std::optional<bool> copyLocal;  // none: as the product decides by itself
 
-  bool IsProject() const { return !project_guid.empty() || !project_file.empty(); }
+  bool IsProject() const { return !projectGuid.empty() || !projectFile.empty(); }
 };
 
 struct NetFile {
-  std::string path;          // where it lies, as written, from the project's folder
-  std::string place;         // where the project shows it: the same, or a link's name
-  std::string action;        // "Compile", "EmbeddedResource", "Content", "None" ...
-  std::string depends_on;    // a form's source, by its name in the folder of `place`
-  std::string logical_name;  // of a resource that was given one
+  std::string path;         // where it lies, as written, from the project's folder
+  std::string place;        // where the project shows it: the same, or a link's name
+  std::string action;       // "Compile", "EmbeddedResource", "Content", "None" ...
+  std::string dependsOn;    // a form's source, by its name in the folder of `place`
+  std::string logicalName;  // of a resource that was given one
 };
 
 // A text that may not be known: then `doubt` says why, and `value` is what it is without what is not known.
@@ -56,27 +56,26 @@ struct NetProject {
   NetForm form = NetForm::Attributes;
   NetLanguage language = NetLanguage::CSharp;
   std::string guid;
-  std::string type;             // of the older form: "Local" or "Web"
-  std::string product_version;  // "7.0.9466", "7.10.3077", "8.0.50727"
+  std::string type;            // of the older form: "Local" or "Web"
+  std::string productVersion;  // "7.0.9466", "7.10.3077", "8.0.50727"
 
   // Of the older form: every name. Of the newer: every pair that a condition compares with, "Debug|AnyCPU".
   std::vector<std::string> configurations;
-  bool has_configuration = false;  // whether the one that was asked for is among them
+  bool hasConfiguration = false;  // whether the one that was asked for is among them
 
   // How they are in the configuration that was asked for. Paths as written.
-  NetText assembly_name, output_type, output_path;
-  NetText file_name;  // only where the project itself decides about the output's name
-  std::string root_namespace, startup_object, icon, documentation_file, platform_target;
-  std::string key_file, key_container;
-  std::string pre_build_event, post_build_event, run_post_build_event;  // lines end with LF
-  std::string defines, no_warn;                                         // as written
-  std::string imports;  // Visual Basic: namespaces, separated by commas
-  std::string option_strict, option_explicit, option_compare;  // Visual Basic: "On", "Off", "Binary", "Text"
-  std::string code_page;
-  bool debug = false, optimise = false, allow_unsafe = false, check_overflow = false,
-       no_standard_library = false;
-  bool warnings_as_errors = false, delay_sign = false, sign = false;
-  int warning_level = 4;
+  NetText assemblyName, outputType, outputPath;
+  NetText fileName;  // only where the project itself decides about the output's name
+  std::string rootNamespace, startupObject, icon, documentationFile, platformTarget;
+  std::string keyFile, keyContainer;
+  std::string preBuildEvent, postBuildEvent, runPostBuildEvent;  // lines end with LF
+  std::string defines, noWarn;                                   // as written
+  std::string imports;                                      // Visual Basic: namespaces, separated by commas
+  std::string optionStrict, optionExplicit, optionCompare;  // Visual Basic: "On", "Off", "Binary", "Text"
+  std::string codePage;
+  bool debug = false, optimise = false, allowUnsafe = false, checkOverflow = false, noStandardLibrary = false;
+  bool warningsAsErrors = false, delaySign = false, sign = false;
+  int warningLevel = 4;
 
   std::vector<NetReference> references;
   std::vector<NetFile> files;

@@ -26,34 +26,33 @@ TEST(NetProject, ReadsTheSettingsOf2003) {
   EXPECT_EQ(project.form, NetForm::Attributes);
   EXPECT_EQ(project.language, NetLanguage::CSharp);
   EXPECT_EQ(project.guid, "{C17D27DF-4C57-4625-AEE0-A40C4F48FF1A}");
-  EXPECT_EQ(project.product_version, "7.10.3077");
-  EXPECT_EQ(project.assembly_name.value, "Forms & more");
-  EXPECT_EQ(project.output_type.value, "WinExe");
-  EXPECT_EQ(project.root_namespace, "Sample.Forms");
-  EXPECT_EQ(project.startup_object, "Sample.Forms.Program");
+  EXPECT_EQ(project.productVersion, "7.10.3077");
+  EXPECT_EQ(project.assemblyName.value, "Forms & more");
+  EXPECT_EQ(project.outputType.value, "WinExe");
+  EXPECT_EQ(project.rootNamespace, "Sample.Forms");
+  EXPECT_EQ(project.startupObject, "Sample.Forms.Program");
   EXPECT_EQ(project.icon, "App.ico");
-  EXPECT_EQ(project.key_file, "..\\key.snk");
-  EXPECT_EQ(project.pre_build_event, "echo one\necho two");
-  EXPECT_EQ(project.run_post_build_event, "OnOutputUpdated");
+  EXPECT_EQ(project.keyFile, "..\\key.snk");
+  EXPECT_EQ(project.preBuildEvent, "echo one\necho two");
+  EXPECT_EQ(project.runPostBuildEvent, "OnOutputUpdated");
   EXPECT_EQ(project.configurations, (std::vector<std::string>{"Debug", "Release"}));
   EXPECT_TRUE(project.unfamiliar.empty());
 }
 
 TEST(NetProject, ReadsTheConfigurationOf2003ThatIsAskedFor) {
   const NetProject release = ReadData("Form2003.csproj", "Release");
-  EXPECT_TRUE(release.has_configuration);
-  EXPECT_EQ(release.output_path.value, "..\\out\\");
+  EXPECT_TRUE(release.hasConfiguration);
+  EXPECT_EQ(release.outputPath.value, "..\\out\\");
   EXPECT_EQ(release.defines, "TRACE");
-  EXPECT_EQ(release.no_warn, "0618,1591");
-  EXPECT_EQ(release.documentation_file, "Forms.xml");
-  EXPECT_EQ(release.warning_level, 3);
-  EXPECT_TRUE(release.optimise && release.allow_unsafe && release.check_overflow &&
-              release.warnings_as_errors);
+  EXPECT_EQ(release.noWarn, "0618,1591");
+  EXPECT_EQ(release.documentationFile, "Forms.xml");
+  EXPECT_EQ(release.warningLevel, 3);
+  EXPECT_TRUE(release.optimise && release.allowUnsafe && release.checkOverflow && release.warningsAsErrors);
   EXPECT_FALSE(release.debug);
   const NetProject debug = ReadData("Form2003.csproj", "debug");  // letter case aside
-  EXPECT_TRUE(debug.has_configuration && debug.debug);
-  EXPECT_EQ(debug.output_path.value, "bin\\Debug\\");
-  EXPECT_FALSE(ReadData("Form2003.csproj", "Test").has_configuration);
+  EXPECT_TRUE(debug.hasConfiguration && debug.debug);
+  EXPECT_EQ(debug.outputPath.value, "bin\\Debug\\");
+  EXPECT_FALSE(ReadData("Form2003.csproj", "Test").hasConfiguration);
 }
 
 TEST(NetProject, ReadsReferencesAndFilesOf2003) {
@@ -61,15 +60,15 @@ TEST(NetProject, ReadsReferencesAndFilesOf2003) {
   ASSERT_EQ(project.references.size(), 2u);
   EXPECT_EQ(project.references[0].name, "System.Xml");
   EXPECT_FALSE(project.references[0].IsProject());
-  EXPECT_FALSE(project.references[0].copy_local.has_value());
-  EXPECT_EQ(project.references[1].project_guid, "{11111111-4C57-4625-AEE0-A40C4F48FF1A}");
+  EXPECT_FALSE(project.references[0].copyLocal.has_value());
+  EXPECT_EQ(project.references[1].projectGuid, "{11111111-4C57-4625-AEE0-A40C4F48FF1A}");
   EXPECT_TRUE(project.references[1].IsProject());
-  EXPECT_EQ(project.references[1].copy_local, false);
+  EXPECT_EQ(project.references[1].copyLocal, false);
   ASSERT_EQ(project.files.size(), 2u);
   EXPECT_EQ(project.files[0].path, "..\\Common\\AssemblyInfo.cs");  // a link lies elsewhere
   EXPECT_EQ(project.files[0].place, "AssemblyInfo.cs");
   EXPECT_EQ(project.files[1].action, "EmbeddedResource");
-  EXPECT_EQ(project.files[1].depends_on, "Form1.cs");
+  EXPECT_EQ(project.files[1].dependsOn, "Form1.cs");
 }
 
 TEST(NetProject, ReadsVisualBasicOf2002) {
@@ -77,28 +76,28 @@ TEST(NetProject, ReadsVisualBasicOf2002) {
   EXPECT_EQ(project.language, NetLanguage::VisualBasic);
   EXPECT_EQ(project.imports, "Microsoft.VisualBasic,System");
   EXPECT_EQ(project.defines, "DEBUG=True;TRACE=True");
-  EXPECT_EQ(project.option_strict, "On");
-  EXPECT_TRUE(project.check_overflow);  // for RemoveIntegerChecks is false
+  EXPECT_EQ(project.optionStrict, "On");
+  EXPECT_TRUE(project.checkOverflow);  // for RemoveIntegerChecks is false
   EXPECT_TRUE(project.unfamiliar.empty());
 }
 
 TEST(NetProject, ReadsAConfigurationOf2005) {
   const NetProject project = ReadData("App2005.csproj", "Release", "Any CPU");
   EXPECT_EQ(project.form, NetForm::MsBuild);
-  EXPECT_TRUE(project.has_configuration);
+  EXPECT_TRUE(project.hasConfiguration);
   EXPECT_EQ(project.configurations, (std::vector<std::string>{"Debug|AnyCPU", "Release|AnyCPU"}));
-  EXPECT_EQ(project.output_path.value, "bin\\Release");
-  EXPECT_EQ(project.file_name.value, "app.exe");
+  EXPECT_EQ(project.outputPath.value, "bin\\Release");
+  EXPECT_EQ(project.fileName.value, "app.exe");
   EXPECT_TRUE(project.optimise);
   EXPECT_FALSE(project.debug);
-  EXPECT_EQ(project.warning_level, 2);
+  EXPECT_EQ(project.warningLevel, 2);
   EXPECT_EQ(project.defines, "");
   EXPECT_TRUE(project.unfamiliar.empty());
-  EXPECT_FALSE(ReadData("App2005.csproj", "Release", "x64").has_configuration);
+  EXPECT_FALSE(ReadData("App2005.csproj", "Release", "x64").hasConfiguration);
 }
 
 TEST(NetProject, TakesTheDefaultsOf2005WhereNothingIsAskedFor) {
-  EXPECT_EQ(ReadData("App2005.csproj", "").output_path.value, "bin\\Debug\\");
+  EXPECT_EQ(ReadData("App2005.csproj", "").outputPath.value, "bin\\Debug\\");
 }
 
 TEST(NetProject, LetsPropertiesFromOutsideWin) {
@@ -106,17 +105,17 @@ TEST(NetProject, LetsPropertiesFromOutsideWin) {
   selection.configuration = "Release";
   selection.properties = {{"outputpath", "elsewhere/"}};
   const NetProject project = ReadNetProject(QX_SOURCE_DIR "/projects/net/testdata/App2005.csproj", selection);
-  EXPECT_EQ(project.output_path.value, "elsewhere/");
+  EXPECT_EQ(project.outputPath.value, "elsewhere/");
 }
 
 TEST(NetProject, ReadsItemsOf2005) {
   const NetProject project = ReadData("App2005.csproj", "Debug", "AnyCPU");
   ASSERT_EQ(project.references.size(), 3u);
   EXPECT_EQ(project.references[1].name, "nunit.framework");
-  EXPECT_EQ(project.references[1].hint_path, "..\\lib\\nunit.framework.dll");
-  EXPECT_EQ(project.references[1].copy_local, false);
-  EXPECT_EQ(project.references[2].project_file, "..\\Library\\Library.csproj");
-  EXPECT_EQ(project.references[2].project_guid, "{11111111-4C57-4625-AEE0-A40C4F48FF1A}");
+  EXPECT_EQ(project.references[1].hintPath, "..\\lib\\nunit.framework.dll");
+  EXPECT_EQ(project.references[1].copyLocal, false);
+  EXPECT_EQ(project.references[2].projectFile, "..\\Library\\Library.csproj");
+  EXPECT_EQ(project.references[2].projectGuid, "{11111111-4C57-4625-AEE0-A40C4F48FF1A}");
   ASSERT_EQ(project.files.size(), 4u);
   EXPECT_EQ(project.files[1].path, "Other.cs");
   EXPECT_EQ(project.files[2].place, "Properties\\AssemblyInfo.cs");
@@ -133,15 +132,15 @@ TEST(NetProject, ReadsAnImportThatIsThere) {
                    "Project=\"..\\common.PROPS\"/>"
                    "<Import Project=\"$(MSBuildBinPath)\\Microsoft.CSharp.targets\"/></Project>");
   const NetProject project = ReadNetProject(file, {});
-  EXPECT_EQ(project.file_name.value, "shared.exe");
-  EXPECT_EQ(project.file_name.doubt, "");
+  EXPECT_EQ(project.fileName.value, "shared.exe");
+  EXPECT_EQ(project.fileName.doubt, "");
 }
 
 TEST(NetProject, KeepsTheMacrosOfEvents) {
   const NetProject project = Parse(
       "<Project><PropertyGroup><Tool>run</Tool><PostBuildEvent>$(Tool) \"$(TargetPath)\" $(solutiondir)\r\n"
       "copy a $(None)b</PostBuildEvent></PropertyGroup></Project>");
-  EXPECT_EQ(project.post_build_event, "run \"$(TargetPath)\" $(solutiondir)\ncopy a b");
+  EXPECT_EQ(project.postBuildEvent, "run \"$(TargetPath)\" $(solutiondir)\ncopy a b");
 }
 
 TEST(NetProject, TakesTheFirstBranchThatIsMet) {
@@ -152,7 +151,7 @@ TEST(NetProject, TakesTheFirstBranchThatIsMet) {
       "Condition=\"true\"><PropertyGroup><RootNamespace>b</RootNamespace></PropertyGroup>"
       "</When><Otherwise><PropertyGroup><RootNamespace>c</RootNamespace></PropertyGroup></Otherwise></"
       "Choose></Project>");
-  EXPECT_EQ(project.root_namespace, "b");
+  EXPECT_EQ(project.rootNamespace, "b");
 }
 
 TEST(NetProject, NamesWhatItDoesNotKnow) {
@@ -175,7 +174,7 @@ TEST(NetProject, EndsOnImportsThatImportThemselves) {
   const TestFolder folder;
   const std::string file = folder.Write(
       "P.csproj", "<Project><Import Project=\"P.csproj\"/><Import Project=\"P.csproj\"/></Project>");
-  EXPECT_NE(ReadNetProject(file, {}).output_path.doubt, "");
+  EXPECT_NE(ReadNetProject(file, {}).outputPath.doubt, "");
 }
 
 TEST(NetProject, KnowsTheLanguageByTheExtension) {

@@ -61,7 +61,7 @@ std::string Identifier(std::string_view folder) {
 // "Root.Folder." of a file in that folder of the project. Visual Basic names no folders, and what is shown
 // above the project's folder has none.
 std::string Prefix(const NetProject& project, std::string_view place) {
-  std::string prefix = project.root_namespace;
+  std::string prefix = project.rootNamespace;
   if (!prefix.empty()) prefix += '.';
   if (project.language == NetLanguage::VisualBasic) return prefix;
   std::string_view folder = place.substr(0, place.size() - FilePart(place).size());
@@ -77,8 +77,8 @@ std::string Prefix(const NetProject& project, std::string_view place) {
 
 }  // namespace
 
-std::string CultureOfName(std::string_view file_name) {
-  const std::string name = FilePart(file_name);
+std::string CultureOfName(std::string_view fileName) {
+  const std::string name = FilePart(fileName);
   const std::string_view stem = WithoutExtension(name);
   const std::size_t point = stem.rfind('.');
   if (point == std::string_view::npos) return {};
@@ -87,31 +87,31 @@ std::string CultureOfName(std::string_view file_name) {
 }
 
 NetResourceName NameOfResource(const NetProject& project, const NetFile& file,
-                               std::string_view class_of_source) {
+                               std::string_view classOfSource) {
   const std::string name = FilePart(file.place);
-  const bool is_resx = HasExtension(name, ".resx");
+  const bool isResx = HasExtension(name, ".resx");
   NetResourceName resource;
   // The older product looks at no other file's name for a culture.
-  if (is_resx || project.form == NetForm::MsBuild) resource.culture = CultureOfName(name);
+  if (isResx || project.form == NetForm::MsBuild) resource.culture = CultureOfName(name);
   const std::string suffix = resource.culture.empty() ? std::string() : "." + resource.culture;
-  if (!file.logical_name.empty()) {
-    resource.name = file.logical_name;
+  if (!file.logicalName.empty()) {
+    resource.name = file.logicalName;
     return resource;
   }
   const std::string extension = ExtensionOf(name);
   std::string stem(WithoutExtension(name));
   stem.resize(stem.size() - suffix.size());
-  if (!is_resx) {
+  if (!isResx) {
     resource.name = Prefix(project, file.place) + stem + extension;
     return resource;
   }
   std::string full;
-  if (class_of_source.empty()) {
+  if (classOfSource.empty()) {
     full = Prefix(project, file.place) + stem;
   } else {
-    full = class_of_source;
-    if (project.language == NetLanguage::VisualBasic && !project.root_namespace.empty()) {
-      full = project.root_namespace + "." + full;
+    full = classOfSource;
+    if (project.language == NetLanguage::VisualBasic && !project.rootNamespace.empty()) {
+      full = project.rootNamespace + "." + full;
     }
   }
   resource.name = full + suffix + ".resources";

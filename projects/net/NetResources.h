@@ -13,12 +13,12 @@ struct NetResourceName {
   std::string culture;  // "de-AT": belongs into a satellite assembly of that culture; empty: into the program
 };
 
-// `class_of_source` is the full name of the first class in the source that the resource depends on
+// `classOfSource` is the full name of the first class in the source that the resource depends on
 // (NetSource.h); empty: there is none, and the file's own name counts.
 NetResourceName NameOfResource(const NetProject& project, const NetFile& file,
-                               std::string_view class_of_source);
+                               std::string_view classOfSource);
 
 // The culture that stands before a name's extension ("Form1.de-AT.resx": "de-AT"); empty: none.
-std::string CultureOfName(std::string_view file_name);
+std::string CultureOfName(std::string_view fileName);
 
 }  // namespace qx

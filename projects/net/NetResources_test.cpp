@@ -5,15 +5,15 @@
 namespace qx {
 namespace {
 
-NetResourceName Name(const std::string& place, const std::string& class_of_source = "",
+NetResourceName Name(const std::string& place, const std::string& classOfSource = "",
                      NetLanguage language = NetLanguage::CSharp, NetForm form = NetForm::Attributes) {
   NetProject project;
-  project.root_namespace = "Root";
+  project.rootNamespace = "Root";
   project.language = language;
   project.form = form;
   NetFile file;
   file.place = place;
-  return NameOfResource(project, file, class_of_source);
+  return NameOfResource(project, file, classOfSource);
 }
 
 TEST(NetResources, NameFilesByFolders) {

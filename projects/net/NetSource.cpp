@@ -84,7 +84,7 @@ class SourceReader {
   SourceReader(NetLanguage language, std::string_view source, const Symbols* symbols = nullptr)
       : basic_(language == NetLanguage::VisualBasic), rest_(source) {
     if (symbols != nullptr && !basic_) symbols_ = *symbols;
-    follows_conditions_ = symbols != nullptr && !basic_;
+    followsConditions_ = symbols != nullptr && !basic_;
     if (rest_.starts_with("\xEF\xBB\xBF")) rest_.remove_prefix(3);
   }
 
@@ -95,12 +95,12 @@ class SourceReader {
       if (rest_.empty()) return Token::End;
       const char c = rest_[0];
       if (c == '\n') {
-        at_line_start_ = true;
+        atLineStart_ = true;
         rest_.remove_prefix(1);
         if (basic_) return Token::LineEnd;
       } else if (static_cast<unsigned char>(c) <= ' ') {
         rest_.remove_prefix(1);
-      } else if (c == '#' && at_line_start_) {
+      } else if (c == '#' && atLineStart_) {
         TakeDirective();
       } else if (IsLineComment()) {
         TakeLine();
@@ -108,7 +108,7 @@ class SourceReader {
         const std::size_t end = rest_.find("*/", 2);
         rest_ = rest_.substr(end == std::string_view::npos ? rest_.size() : end + 2);
       } else {
-        at_line_start_ = false;
+        atLineStart_ = false;
         return ReadToken(value);
       }
     }
@@ -124,13 +124,13 @@ class SourceReader {
 
   // A branch that is not compiled is passed over in whole lines.
   void TakeDirective() {
-    bool passes_over = false;
+    bool passesOver = false;
     do {
       std::string_view line = TrimView(TakeLine());
-      if (line.starts_with('#') && follows_conditions_)
-        passes_over = !IsCompiledAfter(TrimView(line.substr(1)));
-      if (passes_over && !rest_.empty()) rest_.remove_prefix(1);
-    } while (passes_over && !rest_.empty());
+      if (line.starts_with('#') && followsConditions_)
+        passesOver = !IsCompiledAfter(TrimView(line.substr(1)));
+      if (passesOver && !rest_.empty()) rest_.remove_prefix(1);
+    } while (passesOver && !rest_.empty());
   }
 
   // Whether the lines behind a directive are compiled.
@@ -140,18 +140,18 @@ class SourceReader {
     const std::string_view word = directive.substr(0, size);
     std::string_view argument = directive.substr(size);
     argument = TrimView(argument.substr(0, argument.find("//")));
-    const bool outer = branches_.size() < 2 || branches_[branches_.size() - 2].is_taken;
+    const bool outer = branches_.size() < 2 || branches_[branches_.size() - 2].isTaken;
     if (word == "if") {
-      const bool above = branches_.empty() || branches_.back().is_taken;
+      const bool above = branches_.empty() || branches_.back().isTaken;
       const bool holds = above && PreprocessorCondition(argument, symbols_).Read();
       branches_.push_back({holds, holds});
     } else if (word == "elif" && !branches_.empty()) {
       Branch& branch = branches_.back();
-      branch.is_taken = outer && !branch.was_taken && PreprocessorCondition(argument, symbols_).Read();
-      branch.was_taken = branch.was_taken || branch.is_taken;
+      branch.isTaken = outer && !branch.wasTaken && PreprocessorCondition(argument, symbols_).Read();
+      branch.wasTaken = branch.wasTaken || branch.isTaken;
     } else if (word == "else" && !branches_.empty()) {
-      branches_.back().is_taken = outer && !branches_.back().was_taken;
-      branches_.back().was_taken = true;
+      branches_.back().isTaken = outer && !branches_.back().wasTaken;
+      branches_.back().wasTaken = true;
     } else if (word == "endif" && !branches_.empty()) {
       branches_.pop_back();
     } else if (word == "define") {
@@ -159,7 +159,7 @@ class SourceReader {
     } else if (word == "undef") {
       symbols_.erase(std::string(argument));
     }
-    return branches_.empty() || branches_.back().is_taken;
+    return branches_.empty() || branches_.back().isTaken;
   }
 
   bool IsLineComment() const { return basic_ ? rest_[0] == '\'' : rest_.starts_with("//"); }
@@ -212,13 +212,13 @@ class SourceReader {
   }
 
   struct Branch {
-    bool is_taken, was_taken;  // this one; one of those before it
+    bool isTaken, wasTaken;  // this one; one of those before it
   };
 
   bool basic_;
   std::string_view rest_;
-  bool at_line_start_ = true;
-  bool follows_conditions_ = false;
+  bool atLineStart_ = true;
+  bool followsConditions_ = false;
   Symbols symbols_;
   std::vector<Branch> branches_;  // of the #if lines around
 };

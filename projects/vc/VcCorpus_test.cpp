@@ -33,10 +33,10 @@ std::vector<std::string> ProjectFiles() {
 // Every attribute of a file by its element, the tools by their names.
 void Collect(const XmlElement& element, std::map<std::string, std::set<std::string>>& found) {
   std::string name = element.Name();
-  const bool is_tool = name == "Tool";
-  if (is_tool) name = element.Attribute("Name");
+  const bool isTool = name == "Tool";
+  if (isTool) name = element.Attribute("Name");
   for (const auto& [attribute, value] : element.Attributes()) {
-    if (!is_tool || attribute != "Name") found[name].insert(attribute);
+    if (!isTool || attribute != "Name") found[name].insert(attribute);
   }
   for (XmlElement child = element.FirstChild(); child; child = child.NextSibling()) Collect(child, found);
 }

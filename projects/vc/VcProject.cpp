@@ -115,7 +115,7 @@ VcProject ReadVcProject(std::string& bytes) {
   project.name = root.Attribute("Name");
   project.guid = root.Attribute("ProjectGUID");
   project.keyword = root.Attribute("Keyword");
-  project.root_namespace = root.Attribute("RootNamespace");
+  project.rootNamespace = root.Attribute("RootNamespace");
   ForEachChild(root, [&](const XmlElement& part, const std::string& name) {
     std::vector<std::string> filters;
     if (name == "Files") ReadFiles(part, filters, project.files);
@@ -123,8 +123,8 @@ VcProject ReadVcProject(std::string& bytes) {
     ForEachChild(part, [&](const XmlElement& child, const std::string& kind) {
       if (kind == "Platform") project.platforms.push_back(child.Attribute("Name"));
       if (kind == "Configuration") project.configurations.push_back(ReadConfiguration(child));
-      if (kind == "ToolFile") project.tool_files.push_back(child.Attribute("RelativePath"));
-      if (kind == "DefaultToolFile") project.tool_files.push_back(child.Attribute("FileName"));
+      if (kind == "ToolFile") project.toolFiles.push_back(child.Attribute("RelativePath"));
+      if (kind == "DefaultToolFile") project.toolFiles.push_back(child.Attribute("FileName"));
       if (kind == "Global") project.globals.emplace_back(child.Attribute("Name"), child.Attribute("Value"));
     });
   });

@@ -32,14 +32,14 @@ struct VcReference {
 };
 
 struct VcProject {
-  std::string name, guid, keyword, root_namespace;
+  std::string name, guid, keyword, rootNamespace;
   int version = 0;  // 700, 710, 800, 900
   std::vector<std::string> platforms;
   std::vector<VcConfiguration> configurations;
   std::vector<VcFile> files;            // in the order of the document, those of filters too
   std::vector<VcReference> references;  // to projects
   std::vector<std::string> assemblies;  // references to .NET assemblies, which only managed C++ has
-  std::vector<std::string> tool_files;  // .rules files
+  std::vector<std::string> toolFiles;   // .rules files
   std::vector<std::pair<std::string, std::string>> globals;
 };
 

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     const qx::VcProject project = qx::ReadVcProject(buffer);
     for (const qx::VcConfiguration& configuration : project.configurations) {
       qx::VcPlace place{"/p/a.vcproj", "/p/a.sln", configuration.name, configuration.platform, {}, {}};
-      place.read_sheet = [&](const std::string&) { return std::optional<std::string>(bytes); };
+      place.readSheet = [&](const std::string&) { return std::optional<std::string>(bytes); };
       try {
         const qx::VcSettings settings(project, place);
         settings.ImportLibrary();

@@ -54,7 +54,7 @@ TEST(VcProject, ListsReferencesToolFilesAndGlobals) {
   ASSERT_EQ(project.references.size(), 1u);
   EXPECT_EQ(project.references[0].guid + project.references[0].path, "{2}..\\b.vcproj");
   EXPECT_EQ(project.assemblies, std::vector<std::string>{"System.dll"});
-  EXPECT_EQ(project.tool_files, (std::vector<std::string>{"yasm.rules", "masm.rules"}));
+  EXPECT_EQ(project.toolFiles, (std::vector<std::string>{"yasm.rules", "masm.rules"}));
   EXPECT_EQ(project.globals.at(0).second, "V");
 }
 

@@ -112,20 +112,16 @@ std::optional<VcType> VcTypeOf(std::string_view text) {
   }
 }
 
-VcPlace PlaceOnDisk(std::string project_file, std::string solution_file, std::string configuration,
+VcPlace PlaceOnDisk(std::string projectFile, std::string solutionFile, std::string configuration,
                     std::string platform) {
-  VcPlace place{std::move(project_file),
-                std::move(solution_file),
-                std::move(configuration),
-                std::move(platform),
-                {},
-                {}};
+  VcPlace place{
+      std::move(projectFile), std::move(solutionFile), std::move(configuration), std::move(platform), {}, {}};
   place.environment = [](const std::string& name) -> std::optional<std::string> {
     const char* value = std::getenv(name.c_str());
     if (value == nullptr) value = std::getenv(UpperCase(name).c_str());
     return value == nullptr ? std::nullopt : std::optional<std::string>(value);
   };
-  place.read_sheet = [](const std::string& path) -> std::optional<std::string> {
+  place.readSheet = [](const std::string& path) -> std::optional<std::string> {
     const std::string found = FindExisting(path);
     std::string bytes;
     if (found.empty() || !TryReadFile(found, bytes)) return std::nullopt;
@@ -137,10 +133,10 @@ VcPlace PlaceOnDisk(std::string project_file, std::string solution_file, std::st
 VcSettings::VcSettings(VcProject project, VcPlace place)
     : project_(std::move(project)),
       place_(std::move(place)),
-      folder_(FolderPart(place_.project_file)),
+      folder_(FolderPart(place_.projectFile)),
       native_(place_.environment),
       commands_(place_.environment) {
-  name_ = project_.name.empty() ? Stem(place_.project_file) : project_.name;
+  name_ = project_.name.empty() ? Stem(place_.projectFile) : project_.name;
   const auto own = std::find_if(project_.configurations.begin(), project_.configurations.end(),
                                 [&](const VcConfiguration& each) { return IsName(each, place_); });
   if (own == project_.configurations.end()) {
@@ -171,7 +167,7 @@ void VcSettings::ReadSheets(const std::string& list, const std::string& folder,
   for (const std::string& written : SplitVcList(list, VcList::Folders)) {
     const std::string name = native_.Expand(written);  // one that is unknown shows in the path
     const std::string path = ExpandPath(folder, name);
-    std::optional<std::string> bytes = place_.read_sheet ? place_.read_sheet(path) : std::nullopt;
+    std::optional<std::string> bytes = place_.readSheet ? place_.readSheet(path) : std::nullopt;
     if (!bytes) {
       std::optional<VcConfiguration> own = OwnSheetLayer(written);
       if (!own) throw Exception("its property sheet \"" + written + "\" is not there (" + path + ")");
@@ -221,17 +217,17 @@ void VcSettings::SetPath(const char* stem, const std::string& path) {
 
 void VcSettings::SetMacros() {
   // By itself a project is its own solution, as when it is opened alone.
-  const bool alone = place_.solution_file.empty();
-  SetPath("Solution", alone ? folder_ + Stem(place_.project_file) + ".sln" : place_.solution_file);
-  SetPath("Project", place_.project_file);
-  SetPath("Input", place_.project_file);
+  const bool alone = place_.solutionFile.empty();
+  SetPath("Solution", alone ? folder_ + Stem(place_.projectFile) + ".sln" : place_.solutionFile);
+  SetPath("Project", place_.projectFile);
+  SetPath("Input", place_.projectFile);
   for (VcMacros* macros : {&native_, &commands_}) {
     macros->Set("ProjectName", name_);
     macros->Set("InputName", name_);
     macros->Set("ConfigurationName", place_.configuration);
     macros->Set("PlatformName", place_.platform);
     macros->Set("ParentName", name_);
-    macros->Set("RootNameSpace", project_.root_namespace);
+    macros->Set("RootNameSpace", project_.rootNamespace);
     macros->Set("Inherit", "");
     macros->Set("NoInherit", "");
   }
@@ -255,14 +251,14 @@ const VcConfiguration* VcSettings::SpecialOf(const VcFile& file) const {
 void VcSettings::ForEachTool(std::string_view tool, const VcFile* file,
                              const std::function<bool(const VcValues&)>& visit) const {
   const std::string name(tool);
-  const auto go_on = [&](const VcTools& tools) {
+  const auto goOn = [&](const VcTools& tools) {
     const auto found = tools.find(name);
     return found == tools.end() || visit(found->second);
   };
   const VcConfiguration* special = file == nullptr ? nullptr : SpecialOf(*file);
-  if (special != nullptr && !go_on(special->tools)) return;
+  if (special != nullptr && !goOn(special->tools)) return;
   for (const VcConfiguration& layer : layers_) {
-    if (!go_on(layer.tools)) return;
+    if (!goOn(layer.tools)) return;
   }
 }
 
@@ -384,12 +380,12 @@ std::string VcSettings::ImportLibrary() const {
 
 VcSettings OpenVcProject(const VcPlace& place) {
   try {
-    std::string bytes = qx::ReadFile(place.project_file);
+    std::string bytes = qx::ReadFile(place.projectFile);
     return VcSettings(ReadVcProject(bytes), place);
   } catch (const Exception& error) {
     const std::string& message = error.Message();
-    if (message.find(place.project_file) != std::string::npos) throw;
-    throw Exception(place.project_file + ": " + message);
+    if (message.find(place.projectFile) != std::string::npos) throw;
+    throw Exception(place.projectFile + ": " + message);
   }
 }
 
@@ -398,7 +394,7 @@ VcOutput OutputOfVcProject(const VcPlace& place) {
   try {
     const VcSettings settings = OpenVcProject(place);
     output.path = settings.OutputFile();
-    output.import_library = settings.ImportLibrary();
+    output.importLibrary = settings.ImportLibrary();
     if (output.path.empty()) output.reason = "the project makes no program or library";
     if (settings.UnknownMacros().empty()) return output;
     output = {};

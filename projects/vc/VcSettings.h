@@ -15,16 +15,16 @@ namespace qx {
 
 // Which configuration of which project, and how to look around.
 struct VcPlace {
-  std::string project_file;             // absolute path on disk
-  std::string solution_file;            // absolute; empty: the project is built by itself
+  std::string projectFile;              // absolute path on disk
+  std::string solutionFile;             // absolute; empty: the project is built by itself
   std::string configuration, platform;  // "Release" "Win32", letter case aside
   VcMacros::Environment environment;    // empty: nothing is set
   // The bytes of a property sheet, by its absolute path; none: it cannot be read.
-  std::function<std::optional<std::string>(const std::string& path)> read_sheet;
+  std::function<std::optional<std::string>(const std::string& path)> readSheet;
 };
 
 // The environment and the files of this process.
-VcPlace PlaceOnDisk(std::string project_file, std::string solution_file, std::string configuration,
+VcPlace PlaceOnDisk(std::string projectFile, std::string solutionFile, std::string configuration,
                     std::string platform);
 
 enum class VcType { Makefile = 0, Application = 1, DynamicLibrary = 2, StaticLibrary = 4, Utility = 10 };
@@ -105,9 +105,9 @@ class VcSettings {
 
 // Where the output lies, for those who want nothing else.
 struct VcOutput {
-  std::string path;            // absolute; empty: unknown, or there is none
-  std::string import_library;  // of a DLL
-  std::string reason;          // why the path is empty
+  std::string path;           // absolute; empty: unknown, or there is none
+  std::string importLibrary;  // of a DLL
+  std::string reason;         // why the path is empty
 };
 // Raises nothing: what is wrong with the file or its sheets is a reason.
 VcOutput OutputOfVcProject(const VcPlace& place);

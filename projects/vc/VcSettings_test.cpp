@@ -25,15 +25,15 @@ class Vc : public testing::Test {
 
   VcPlace Place() {
     VcPlace place;
-    place.project_file = "/tree/app/App.vcproj";
-    place.solution_file = "/tree/All.sln";
+    place.projectFile = "/tree/app/App.vcproj";
+    place.solutionFile = "/tree/All.sln";
     place.configuration = "release";
     place.platform = "win32";
     place.environment = [this](const std::string& name) -> std::optional<std::string> {
       const auto found = environment_.find(name);
       return found == environment_.end() ? std::nullopt : std::optional<std::string>(found->second);
     };
-    place.read_sheet = [this](const std::string& path) -> std::optional<std::string> {
+    place.readSheet = [this](const std::string& path) -> std::optional<std::string> {
       const auto found = sheets_.find(Slashes(path));
       return found == sheets_.end() ? std::nullopt : std::optional<std::string>(found->second);
     };
@@ -182,7 +182,7 @@ TEST_F(Vc, FilesHaveSettingsOfTheirOwn) {
 TEST_F(Vc, OutputIsUnknownWhereAMacroIs) {
   const TestFolder folder;
   VcPlace place = Place();
-  place.project_file = folder.Write("p.vcproj", R"xml(
+  place.projectFile = folder.Write("p.vcproj", R"xml(
       <VisualStudioProject Version="8.00" Name="P"><Configurations><Configuration Name="Release|Win32"
       OutputDirectory="$(VDOutputPath)" IntermediateDirectory="$(Elsewhere)" ConfigurationType="1"/>
       </Configurations></VisualStudioProject>)xml");
@@ -193,7 +193,7 @@ TEST_F(Vc, OutputIsUnknownWhereAMacroIs) {
   output = OutputOfVcProject(place);
   EXPECT_EQ(output.path, ExpandPath(folder.Path(), "out/P.exe"));
   EXPECT_EQ(output.reason, "");
-  place.project_file = folder / "gone.vcproj";
+  place.projectFile = folder / "gone.vcproj";
   EXPECT_TRUE(OutputOfVcProject(place).reason.starts_with("Cannot read ")) << OutputOfVcProject(place).reason;
 }
 

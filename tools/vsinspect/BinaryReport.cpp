@@ -104,7 +104,7 @@ std::string Text(const ProgramFile& program, const std::string& file) {
 
 std::string BinaryReport(const std::string& file, Form form) {
   const ProgramFile program = ReadProgram(file);
-  return form == Form::kJson ? AsJson(program) : Text(program, file);
+  return form == Form::AsJson ? AsJson(program) : Text(program, file);
 }
 
 }  // namespace qx

@@ -54,7 +54,7 @@ std::string Text(const Programs& programs) {
 
 BuiltAnswer BuiltReport(const std::string& solution, const std::string& configuration, Form form) {
   const Programs programs = LookAtBuiltPrograms(solution, configuration);
-  return {form == Form::kJson ? AsJson(programs) : Text(programs),
+  return {form == Form::AsJson ? AsJson(programs) : Text(programs),
           std::all_of(programs.begin(), programs.end(), IsGood)};
 }
 

@@ -56,7 +56,7 @@ int Complain(const std::string& text) {
 
 int Refuse(const std::string& what) { return Complain("vsinspect: " + what + "\nTry vsinspect --help."); }
 
-Form FormOf(const Invocation& invocation) { return invocation.Has("--json") ? Form::kJson : Form::kText; }
+Form FormOf(const Invocation& invocation) { return invocation.Has("--json") ? Form::AsJson : Form::AsText; }
 
 template <std::string (*report)(const std::string&, Form)>
 int Show(cli::Session&, const Invocation& invocation) {

@@ -5,7 +5,7 @@
 
 namespace qx {
 
-enum class Form { kText, kJson };
+enum class Form { AsText, AsJson };
 
 // Each ends in a line end. Raises the reader's own Exception when the file cannot be read.
 std::string SolutionReport(const std::string& file, Form form);

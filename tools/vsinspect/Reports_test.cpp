@@ -46,7 +46,7 @@ const std::string kSections =
 
 TEST_F(Reports, ASolutionAsJsonHoldsEveryFieldInItsOrder) {
   const std::string file = Solution(kSections);
-  const std::string report = SolutionReport(file, Form::kJson);
+  const std::string report = SolutionReport(file, Form::AsJson);
   EXPECT_EQ(report.back(), '\n');
   const Json expected = {{"fileName", file},
                          {"configurations", {"Debug"}},
@@ -71,12 +71,12 @@ TEST_F(Reports, ASolutionAsJsonHoldsEveryFieldInItsOrder) {
 }
 
 TEST_F(Reports, ASolutionWithoutConfigurationsHoldsNull) {
-  EXPECT_TRUE(Json::parse(SolutionReport(Solution(""), Form::kJson)).at("configurations").is_null());
+  EXPECT_TRUE(Json::parse(SolutionReport(Solution(""), Form::AsJson)).at("configurations").is_null());
 }
 
 TEST_F(Reports, ASolutionAsTextNamesWhatItHolds) {
   const std::string file = Solution(kSections);
-  EXPECT_EQ(SolutionReport(file, Form::kText),
+  EXPECT_EQ(SolutionReport(file, Form::AsText),
             file +
                 "\nconfigurations: 1\n    Debug\nprojects: 2\nCpp\n    path          Cpp\\Cpp.vcproj\n    "
                 "guid          " +
@@ -95,7 +95,7 @@ constexpr const char* kBlock =
     "END\r\nEND\r\n";
 
 TEST_F(Reports, AVersionResourceAsJsonHoldsEveryFieldInItsOrder) {
-  const Json report = Json::parse(VersionInfoReport(folder.Write("a.rc", kBlock), Form::kJson));
+  const Json report = Json::parse(VersionInfoReport(folder.Write("a.rc", kBlock), Form::AsJson));
   std::vector<std::string> names;
   for (const auto& [name, value] : report.items()) names.push_back(name);
   EXPECT_EQ(names, (std::vector<std::string>{"majorVersion", "minorVersion", "releaseVersion", "buildVersion",
@@ -118,7 +118,7 @@ TEST_F(Reports, AVersionResourceAsJsonHoldsEveryFieldInItsOrder) {
 
 TEST_F(Reports, AVersionResourceAsTextIsReadable) {
   const std::string file = folder.Write("a.rc", kBlock);
-  EXPECT_EQ(VersionInfoReport(file, Form::kText),
+  EXPECT_EQ(VersionInfoReport(file, Form::AsText),
             file +
                 "\nversion   1.2.3.4\nflags     isDebug isPreRelease isDLL\n"
                 "locale    1033\ncodePage  1252\nkeys\n    CompanyName=ACME\n");
@@ -143,7 +143,7 @@ TEST_F(Reports, AProgramAsJsonHoldsEveryFieldInItsOrder) {
       {"fixed", {{"flagsMask", 63}, {"flags", 2}, {"os", 0x40004}, {"type", 1}, {"subtype", 0}}},
       {"stringTables", Json::array({{{"key", "040904E4"}, {"strings", strings}}})},
       {"translations", Json::array({{{"language", "0409"}, {"codePage", 1252}}})}};
-  EXPECT_EQ(Json::parse(BinaryReport(file, Form::kJson)).dump(), expected.dump());
+  EXPECT_EQ(Json::parse(BinaryReport(file, Form::AsJson)).dump(), expected.dump());
 }
 
 TEST_F(Reports, AProgramThatSaysNothingHasTheSameFieldsEmpty) {
@@ -152,8 +152,8 @@ TEST_F(Reports, AProgramThatSaysNothingHasTheSameFieldsEmpty) {
                          {"assemblyVersion", ""}, {"fileVersion", ""}, {"productVersion", ""},
                          {"language", ""},        {"codePage", 0},     {"strings", Json::object()},
                          {"culture", ""}};
-  EXPECT_EQ(Json::parse(BinaryReport(file, Form::kJson)).dump(), expected.dump());
-  EXPECT_EQ(BinaryReport(file, Form::kText), file + "\nmachine           x64\nno version resource\n");
+  EXPECT_EQ(Json::parse(BinaryReport(file, Form::AsJson)).dump(), expected.dump());
+  EXPECT_EQ(BinaryReport(file, Form::AsText), file + "\nmachine           x64\nno version resource\n");
 }
 
 TEST_F(Reports, AProgramAsTextIsReadable) {
@@ -161,7 +161,7 @@ TEST_F(Reports, AProgramAsTextIsReadable) {
       folder.Write("a.exe", MakeProgram({0x14C, false, MetadataOf("Acme", {1, 2, 1, 0}, ""),
                                          VersionBlock({1, 2, 1, 5}, {1, 2, 0, 0})}));
   EXPECT_EQ(
-      BinaryReport(file, Form::kText),
+      BinaryReport(file, Form::AsText),
       file +
           "\nmachine           x86, .NET\nassembly          Acme\nassembly version  1.2.1.0\n"
           "file version      1.2.1.5\nproduct version   1.2.0.0\nstrings 040904E4\n    CompanyName=ACME\n"
@@ -184,7 +184,7 @@ class BuiltReports : public testing::Test {
                                 "SolutionConfigurationPlatforms) = preSolution\r\n\t\tRelease|Win32 = "
                                 "Release|Win32\r\n\tEndGlobalSection\r\nEndGlobal\r\n");
   }
-  Json Report() const { return Json::parse(BuiltReport(solution, "Release|Win32", Form::kJson).text); }
+  Json Report() const { return Json::parse(BuiltReport(solution, "Release|Win32", Form::AsJson).text); }
   TestFolder folder;
   std::string solution;
 };
@@ -200,17 +200,17 @@ TEST_F(BuiltReports, HoldEveryFieldInItsOrder) {
                   {"expected", versions},
                   {"found", versions}};
   EXPECT_EQ(Report().dump(), Json({{"projects", Json::array({project})}}).dump());
-  EXPECT_FALSE(BuiltReport(solution, "Release", Form::kText).isGood);
+  EXPECT_FALSE(BuiltReport(solution, "Release", Form::AsText).isGood);
   folder.Write("out/Lib.lib", "!<arch>\n");
   project["status"] = "ok";
   project["reason"] = "";
   EXPECT_EQ(Report().dump(), Json({{"projects", Json::array({project})}}).dump());
-  EXPECT_TRUE(BuiltReport(solution, "Release", Form::kText).isGood);
+  EXPECT_TRUE(BuiltReport(solution, "Release", Form::AsText).isGood);
 }
 
 TEST_F(BuiltReports, AsTextAreReadable) {
   const std::string output = ExpandPath(folder.Path(), "out/Lib.lib");
-  EXPECT_EQ(BuiltReport(solution, "Release|Win32", Form::kText).text,
+  EXPECT_EQ(BuiltReport(solution, "Release|Win32", Form::AsText).text,
             "missing  Lib: " + output +
                 "\n         it is not there: the build did not make it, build the project\n"
                 "0 of 1 projects are as they should be\n");

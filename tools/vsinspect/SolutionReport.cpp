@@ -70,7 +70,7 @@ std::string Text(IVSDotNetSolution& solution) {
 
 std::string SolutionReport(const std::string& file, Form form) {
   const auto solution = OpenSolution(file);
-  return form == Form::kJson ? AsJson(*solution) : Text(*solution);
+  return form == Form::AsJson ? AsJson(*solution) : Text(*solution);
 }
 
 }  // namespace qx

@@ -12,10 +12,10 @@ namespace {
 class VersionInfo final : public Implements<IQXVC7VersionInfo> {
  public:
   std::int32_t GetBuildVer() override { return build_; }
-  std::int32_t GetCodePage() override { return code_page_; }
+  std::int32_t GetCodePage() override { return codePage_; }
   bool GetIsDebug() override { return debug_; }
   bool GetIsDLL() override { return dll_; }
-  bool GetIsPreRelease() override { return pre_release_; }
+  bool GetIsPreRelease() override { return preRelease_; }
   bool GetIsPrivate() override { return private_; }
   bool GetIsSpecial() override { return special_; }
   std::int32_t GetLocale() override { return locale_; }
@@ -24,10 +24,10 @@ class VersionInfo final : public Implements<IQXVC7VersionInfo> {
   std::int32_t GetReleaseVer() override { return release_; }
   std::string GetVersionInfoKeys() override { return keys_; }
   void SetBuildVer(std::int32_t value) override { build_ = value; }
-  void SetCodePage(std::int32_t value) override { code_page_ = value; }
+  void SetCodePage(std::int32_t value) override { codePage_ = value; }
   void SetIsDebug(bool value) override { debug_ = value; }
   void SetIsDLL(bool value) override { dll_ = value; }
-  void SetIsPreRelease(bool value) override { pre_release_ = value; }
+  void SetIsPreRelease(bool value) override { preRelease_ = value; }
   void SetIsPrivate(bool value) override { private_ = value; }
   void SetIsSpecial(bool value) override { special_ = value; }
   void SetLocale(std::int32_t value) override { locale_ = value; }
@@ -35,13 +35,13 @@ class VersionInfo final : public Implements<IQXVC7VersionInfo> {
   void SetMinorVer(std::int32_t value) override { minor_ = value; }
   void SetReleaseVer(std::int32_t value) override { release_ = value; }
   void SetVersionInfoKeys(const std::string& value) override { keys_ = value; }
-  bool GetIncludeCompileDate() override { return compile_date_; }
-  void SetIncludeCompileDate(bool value) override { compile_date_ = value; }
+  bool GetIncludeCompileDate() override { return compileDate_; }
+  void SetIncludeCompileDate(bool value) override { compileDate_ = value; }
 
  private:
-  std::int32_t major_ = 0, minor_ = 0, release_ = 0, build_ = 0, locale_ = 0, code_page_ = 0;
-  bool debug_ = false, pre_release_ = false, special_ = false, private_ = false, dll_ = false;
-  bool compile_date_ = false;
+  std::int32_t major_ = 0, minor_ = 0, release_ = 0, build_ = 0, locale_ = 0, codePage_ = 0;
+  bool debug_ = false, preRelease_ = false, special_ = false, private_ = false, dll_ = false;
+  bool compileDate_ = false;
   std::string keys_;
 };
 
@@ -99,7 +99,7 @@ std::string Text(IQXVC7VersionInfo& info, const std::string& file) {
 std::string VersionInfoReport(const std::string& file, Form form) {
   const auto info = MakeInterface<VersionInfo>();
   GetVersionInfoParser(InterfacePtr<IQXApplicationServices>(), file)->ReadVersionInfo(*info);
-  return form == Form::kJson ? AsJson(*info) : Text(*info, file);
+  return form == Form::AsJson ? AsJson(*info) : Text(*info, file);
 }
 
 }  // namespace qx

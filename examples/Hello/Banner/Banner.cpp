@@ -7,14 +7,12 @@
 #include "..\Frame\frame.h"
 #include "resource.h"
 
-int main()
-{
-    wchar_t title[80] = L"";
-    if (LoadStringW(GetModuleHandleW(NULL), IDS_TITLE, title, 80) == 0)
-        return 1;
-    FrameRule(std::wcslen(title));
-    std::printf("%ls\n", title);
-    std::fflush(stdout);
-    FrameRule(std::wcslen(title));
-    return 0;
+int main() {
+  wchar_t title[80] = L"";
+  if (LoadStringW(GetModuleHandleW(NULL), IDS_TITLE, title, 80) == 0) return 1;
+  FrameRule(std::wcslen(title));
+  std::printf("%ls\n", title);
+  std::fflush(stdout);
+  FrameRule(std::wcslen(title));
+  return 0;
 }

@@ -4,8 +4,7 @@
 
 #include "Words.h"
 
-int main()
-{
-    printf("%u words\n", (unsigned)CountWords(GetCommandLineA()));
-    return 0;
+int main() {
+  printf("%u words\n", (unsigned)CountWords(GetCommandLineA()));
+  return 0;
 }

@@ -16,7 +16,7 @@
 namespace qx::desktop {
 namespace {
 
-enum Column { kName, kDescription, kState };
+enum Column { NameColumn, DescriptionColumn, StateColumn };
 
 struct StateLook {
   const char* text;
@@ -152,16 +152,16 @@ void ActionsPanel::Refill(int selected) {
     const wxBitmapBundle picture =
         PackagePicture(folders_, registered == nullptr ? std::string() : registered->bitmap);
     wxVector<wxVariant> row(3);
-    row[kName] << wxDataViewIconText(ToWx(type), IconOf(picture, *this));
-    row[kDescription] =
+    row[NameColumn] << wxDataViewIconText(ToWx(type), IconOf(picture, *this));
+    row[DescriptionColumn] =
         action == nullptr ? wxString("No loaded package has this action") : ToWx(action->GetDescription());
-    row[kState] = StateCell(build_.StateOf(i), *this);
+    row[StateColumn] = StateCell(build_.StateOf(i), *this);
     shown_.push_back(build_.StateOf(i));
     if (i >= list_->GetItemCount()) {
       list_->AppendItem(row);
       continue;
     }
-    for (const Column cell : {kName, kDescription, kState})
+    for (const Column cell : {NameColumn, DescriptionColumn, StateColumn})
       list_->SetValue(row[cell], static_cast<unsigned>(i), cell);
   }
   list_->UnselectAll();
@@ -175,7 +175,7 @@ void ActionsPanel::RefreshStates() {
     const ActionState now = build_.StateOf(static_cast<int>(i));
     if (now == shown_[i]) continue;
     shown_[i] = now;
-    list_->SetValue(StateCell(now, *this), static_cast<unsigned>(i), kState);
+    list_->SetValue(StateCell(now, *this), static_cast<unsigned>(i), StateColumn);
   }
 }
 
