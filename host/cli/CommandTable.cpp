@@ -45,6 +45,18 @@ constexpr std::array kRunOptions{
     OptionRow{
         "--check-built", "WHAT", ValueKind::Choice, kChecks, false,
         "what becomes of a run that left a program missing, stale or of another version: fail, warn or off"},
+    OptionRow{"--baseline",
+              "FILE",
+              ValueKind::File,
+              {},
+              false,
+              "do not count the errors and warnings that it holds"},
+    OptionRow{"--update-baseline",
+              "",
+              ValueKind::None,
+              {},
+              false,
+              "write this run's errors and warnings into the baseline, when the run succeeds"},
     OptionRow{"--timeout", "SECONDS", ValueKind::Seconds, {}, false, "stop the build after this time"},
 };
 constexpr std::array kValidateOptions{kSet};
@@ -73,20 +85,23 @@ constexpr std::array kScriptOptions{
 constexpr std::array kHelpOperands{OperandRow{"COMMAND", ValueKind::Command, 0, 1}};
 
 constexpr std::array kCommands{
-    CommandRow{"run", kRunOperands, kRunOptions, "run a build project",
-               "Validates every action first; when one finds an error, nothing is executed. Then executes "
-               "the actions in "
-               "order until one fails.\n"
-               "The actions' properties, raised numbers among them, are saved whatever the outcome. Ctrl-C, "
-               "SIGTERM and "
-               "the time-out end the running action and its programs. Relative paths are taken from the "
-               "build project's "
-               "folder. A second run of the same file is refused while one is going on.\n"
-               "A dry run does everything up to the programs and writes nothing. Its diff names files as "
-               "seen from the "
-               "build project's folder: apply it there with patch -p1.",
-               "qxhost run nightly.xml --set CONFIG=Release --timeout 3600",
-               "builds with one variable replaced, for an hour at most", RunProject},
+    CommandRow{
+        "run", kRunOperands, kRunOptions, "run a build project",
+        "Validates every action first; when one finds an error, nothing is executed. Then executes "
+        "the actions in "
+        "order until one fails.\n"
+        "The actions' properties, raised numbers among them, are saved whatever the outcome. Ctrl-C, "
+        "SIGTERM and "
+        "the time-out end the running action and its programs. Relative paths are taken from the "
+        "build project's "
+        "folder. A second run of the same file is refused while one is going on.\n"
+        "A dry run does everything up to the programs and writes nothing. Its diff names files as "
+        "seen from the "
+        "build project's folder: apply it there with patch -p1.\n"
+        "Errors and warnings of compilers are counted in the last lines. Those that a baseline holds are "
+        "not; they are known again by code, file and message, whatever their line.",
+        "qxhost run nightly.xml --set CONFIG=Release --timeout 3600",
+        "builds with one variable replaced, for an hour at most", RunProject},
     CommandRow{"validate", kRunOperands, kValidateOptions, "check a build project without running it",
                "Prints each validation error as SUBJECT: MESSAGE and exits 3 when there is one.",
                "qxhost validate nightly.xml", "says what is missing before the night", ValidateProject},

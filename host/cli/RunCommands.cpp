@@ -4,6 +4,8 @@
 
 #include "host/cli/Commands.h"
 #include "host/cli/Session.h"
+#include "host/diagnostics/Baseline.h"
+#include "host/diagnostics/DiagnosticLog.h"
 #include "host/project/DryRun.h"
 #include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
@@ -45,10 +47,60 @@ bool SaveAfterwards(Session& session, OpenProject& project, bool dry) {
   }
 }
 
-// The log's way out: standard output, and a file when one is named.
+// What is known already, by --baseline; with --update-baseline the file may be missing: it is made then.
+class KnownDiagnostics {
+ public:
+  KnownDiagnostics(const Invocation& invocation, const std::string& folder)
+      : file_(invocation.Value("--baseline").value_or("")),
+        folder_(folder),
+        updates_(invocation.Has("--update-baseline")),
+        baseline_(folder) {
+    if (file_.empty() && updates_)
+      throw Exception("--update-baseline needs a file to write: name it with --baseline FILE");
+    if (file_.empty()) return;
+    file_ = ExpandPath("", file_);
+    if (updates_ && !FileExists(file_)) return;
+    const std::string text = ReadFile(file_);
+    try {
+      baseline_ = Baseline::Read(text, folder);
+    } catch (const Exception& fault) {
+      throw Exception(file_ + " is no baseline: " + fault.Message() +
+                      "; write one with --baseline FILE --update-baseline");
+    }
+  }
+  const Baseline& Known() const { return baseline_; }
+
+  // Writes the file where that was asked for. Only a run that went through has seen everything: what a part of
+  // one did not come to would be new the next time. False, with a complaint, when it cannot be written.
+  bool Update(const DiagnosticLog& diagnostics, RunOutcome outcome) const {
+    if (!updates_) return true;
+    if (outcome != RunOutcome::Succeeded) {
+      Session::Warn(file_ + " stays as it is: the run did not succeed");
+      return true;
+    }
+    if (diagnostics.IsCut())
+      Session::Warn(file_ + " holds the first " + std::to_string(diagnostics.Kept().size()) + " only");
+    try {
+      ReplaceFile(file_, BaselineText(diagnostics.Kept(), folder_));
+      return true;
+    } catch (const Exception& fault) {
+      Session::Complain(fault.Message());
+      return false;
+    }
+  }
+
+ private:
+  std::string file_;
+  std::string folder_;
+  bool updates_;
+  Baseline baseline_;
+};
+
+// The log's way out: standard output, and a file when one is named. Errors and warnings are read out of it.
 class RunLog {
  public:
-  RunLog(const Session& session, const Invocation& invocation) {
+  RunLog(const Session& session, const Invocation& invocation, const Baseline& known)
+      : diagnostics_(static_cast<DiagnosticLog&>(log_.AddSink(std::make_unique<DiagnosticLog>(&known)))) {
     const LogStyle style =
         invocation.Value("--log").value_or("text") == "json" ? LogStyle::Json : LogStyle::Text;
     Add(std::make_unique<StreamSink>(LogFile::StandardOutput(), style, session.Colour()));
@@ -56,6 +108,7 @@ class RunLog {
     if (path) Add(std::make_unique<StreamSink>(LogFile::Create(*path), style, ColourChoice::Never));
   }
   ActionLog& Log() { return log_; }
+  const DiagnosticLog& Diagnostics() const { return diagnostics_; }
   // Hands on what is left and complains about what could not be written.
   void Finish() {
     log_.Flush();
@@ -70,14 +123,19 @@ class RunLog {
     log_.AddSink(std::move(sink));
   }
   ActionLog log_;
+  const DiagnosticLog& diagnostics_;
   std::vector<const StreamSink*> sinks_;
 };
 
 // Tells at the log's end what the actions that began report of the run. The outcome, which faults of programs
 // turn red where `check` is "fail".
 RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const std::string& check,
-                     RunOutcome outcome, double seconds, ActionLog& log) {
+                     RunOutcome outcome, double seconds, RunLog& log) {
   RunSummary summary;
+  const DiagnosticCounts counts = log.Diagnostics().Counts();
+  summary.errors = counts.errors;
+  summary.warnings = counts.warnings;
+  summary.known = counts.known;
   for (const int number : begun) {
     IQXRunReport* report = RunReportOf(*project.Action(number - 1));
     if (report != nullptr) summary.reports.emplace_back(number, report->ReportRun(check != "off"));
@@ -90,7 +148,7 @@ RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const 
   }
   summary.success = outcome == RunOutcome::Succeeded;
   summary.seconds = seconds;
-  log.AddSummary(SummaryAsText(summary), SummaryAsJson(summary));
+  log.Log().AddSummary(SummaryAsText(summary), SummaryAsJson(summary));
   return outcome;
 }
 
@@ -103,7 +161,8 @@ int RunProject(Session& session, const Invocation& invocation) {
   if (!FileExists(file)) throw Exception("Cannot read " + file + ": there is no such file");
   const std::unique_ptr<FileLock> lock = dry ? nullptr : LockForRun(file, saves);
 
-  RunLog log(session, invocation);
+  const KnownDiagnostics known(invocation, FolderPart(file));
+  RunLog log(session, invocation, known.Known());
   OpenProject project = session.Open(file, invocation, &log.Log());
   SetCurrentFolder(FolderPart(file));
   std::optional<DryRun> rehearsal;
@@ -123,8 +182,9 @@ int RunProject(Session& session, const Invocation& invocation) {
     outcome = runner.Execute(requests, TimeoutOf(invocation));
     const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
     const std::string check = invocation.Value("--check-built").value_or(CurrentHostSettings().checkBuilt);
-    if (!dry) outcome = Summarise(project, begun, check, outcome, passed.count(), log.Log());
-    if (saves) saved = SaveAfterwards(session, project, dry);
+    if (!dry) outcome = Summarise(project, begun, check, outcome, passed.count(), log);
+    if (!dry) saved = known.Update(log.Diagnostics(), outcome);
+    if (saves) saved = SaveAfterwards(session, project, dry) && saved;
   }
   log.Finish();
   if (rehearsal) session.Print(TextOf(LinesOf(rehearsal->Result(project))));

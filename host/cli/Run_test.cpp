@@ -114,6 +114,45 @@ TEST_F(RunCommand, LogsOneJsonObjectALine) {
   EXPECT_TRUE(Holds(Content("log.txt"), "\"heading\":\"Lines\""));
 }
 
+TEST_F(RunCommand, CountsErrorsAndWarnings) {
+  Project("p.xml",
+          {{"Lines=a.cpp(1) : error C1: x;b.c:2:1: warning: y;plain"}, {"Text=LINK : error LNK1: z"}});
+  const auto text = Host({"run", "p.xml"});
+  EXPECT_TRUE(Holds(text.out, "    a.cpp(1) : error C1: x\n    b.c:2:1: warning: y\n    plain\n"))
+      << text.out;
+  EXPECT_TRUE(text.out.ends_with("2 errors, 1 warning\n")) << text.out;
+  const auto json = Host({"run", "p.xml", "--log", "json"});
+  EXPECT_TRUE(json.out.ends_with(",\"errors\":2,\"warnings\":1}\n")) << json.out;
+}
+
+TEST_F(RunCommand, CountsOnlyWhatTheBaselineDoesNotHold) {
+  Project("p.xml", {{"Lines=a.cpp(1) : error C1: x;b.c:2:1: warning: y"}});
+  EXPECT_EQ(Host({"run", "p.xml", "--update-baseline"}).code, 2);
+  const auto missing = Host({"run", "p.xml", "--baseline", "known.json"});
+  EXPECT_EQ(missing.code, 2);
+  EXPECT_TRUE(Holds(missing.err, "known.json")) << missing.err;
+  const auto first = Host({"run", "p.xml", "--baseline", "known.json", "--update-baseline"});
+  EXPECT_EQ(first.code, 0) << first.err;
+  EXPECT_TRUE(first.out.ends_with("1 error, 1 warning\n")) << first.out;
+  ASSERT_EQ(
+      Host({"set", "p.xml", "Lines=a.cpp(7) : error C1: x;b.c:9:1: warning: y;b.c:9:1: warning: z"}).code, 0);
+  const auto second = Host({"run", "p.xml", "--baseline", "known.json"});
+  EXPECT_TRUE(second.out.ends_with("0 errors, 1 warning; 2 in the baseline not counted\n")) << second.out;
+  Write("known.json", "[]");
+  const auto broken = Host({"run", "p.xml", "--baseline", "known.json"});
+  EXPECT_EQ(broken.code, 2);
+  EXPECT_TRUE(Holds(broken.err, "known.json is no baseline: it holds no list")) << broken.err;
+}
+
+TEST_F(RunCommand, KeepsTheBaselineWhenTheRunDoesNotSucceed) {
+  Project("p.xml", {{"Lines=a.cpp(1) : error C1: x", "Deed=tdFail"}});
+  Write("known.json", "{\"version\":1,\"diagnostics\":[]}");
+  const auto result = Host({"run", "p.xml", "--baseline", "known.json", "--update-baseline"});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_TRUE(Holds(result.err, "known.json stays as it is: the run did not succeed")) << result.err;
+  EXPECT_EQ(Content("known.json"), "{\"version\":1,\"diagnostics\":[]}");
+}
+
 TEST_F(RunCommand, NeverLogsASecret) {
   Project("p.xml", {{"Password=hush-hush", "Loud=True"}});
   for (const char* style : {"text", "json"}) {

@@ -37,23 +37,39 @@ void AppendVersions(const RunReport& report, std::string& out) {
          " stamped, " + std::to_string(changed) + " changed\n";
 }
 
-void AppendProjects(const RunReport& report, std::string& out) {
-  std::size_t wanted = 0, good = 0;
+std::string Counted(std::int64_t count, std::string_view what) {
+  return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
+}
+
+// How many programs were built as they should be, and a line for each that was not.
+std::pair<std::string, std::string> ProjectLines(const RunSummary& summary) {
+  std::size_t wanted = 0, good = 0, all = 0;
   std::string others;
-  for (const RunProject& project : report.projects) {
-    if (project.status == "skipped") continue;
-    ++wanted;
-    if (project.status == "ok") {
-      ++good;
-      continue;
+  for (const auto& [action, report] : summary.reports) {
+    all += report.projects.size();
+    for (const RunProject& project : report.projects) {
+      if (project.status == "skipped") continue;
+      ++wanted;
+      if (project.status == "ok") {
+        ++good;
+        continue;
+      }
+      others += project.name + ": " + project.status + ": ";
+      if (!project.output.empty()) others += project.output + ": ";
+      others += project.reason + "\n";
     }
-    others += project.name + ": " + project.status + ": ";
-    if (!project.output.empty()) others += project.output + ": ";
-    others += project.reason + "\n";
   }
-  if (report.projects.empty()) return;
-  out += std::to_string(good) + " of " + std::to_string(wanted) + " projects were built as they should be\n" +
-         others;
+  if (all == 0) return {};
+  return {std::to_string(good) + " of " + std::to_string(wanted) + " projects were built as they should be\n",
+          others};
+}
+
+std::string CountsLine(const RunSummary& summary) {
+  const bool isTold = summary.errors + summary.warnings + summary.known > 0;
+  if (summary.reports.empty() && !isTold) return {};
+  std::string line = Counted(summary.errors, "error") + ", " + Counted(summary.warnings, "warning");
+  if (summary.known > 0) line += "; " + std::to_string(summary.known) + " in the baseline not counted";
+  return line + "\n";
 }
 
 }  // namespace
@@ -87,16 +103,17 @@ std::string SummaryAsJson(const RunSummary& summary) {
                       {"seconds", std::round(summary.seconds * 1000) / 1000},
                       {"versions", versions},
                       {"files", files},
-                      {"projects", projects}};
+                      {"projects", projects},
+                      {"errors", summary.errors},
+                      {"warnings", summary.warnings}};
   return whole.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 std::string SummaryAsText(const RunSummary& summary) {
   std::string out;
-  for (const auto& [action, report] : summary.reports) {
-    AppendVersions(report, out);
-    AppendProjects(report, out);
-  }
+  for (const auto& [action, report] : summary.reports) AppendVersions(report, out);
+  const auto [built, others] = ProjectLines(summary);
+  out += built + CountsLine(summary) + others;
   if (!summary.verdict.empty()) out += summary.verdict + "\n";
   return out;
 }

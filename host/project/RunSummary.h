@@ -2,6 +2,7 @@
 // green run red, and how it is written, as text or as one JSON object. Values in, text out.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +16,8 @@ struct RunSummary {
   double seconds = 0;
   std::string verdict;  // the last line, where the programs decide about the run; without a line end
   std::vector<std::pair<int, RunReport>> reports;  // by the 1-based number of the action
+  std::int64_t errors = 0, warnings = 0;           // told by the programs that ran; those that count
+  std::int64_t known = 0;                          // that a baseline holds, which do not count
 };
 
 // Whether any program is not as the run should have made it.
@@ -22,8 +25,8 @@ bool HasFaults(const RunSummary& summary);
 
 // {"kind":"summary",...} and LF. What is not UTF-8 becomes U+FFFD.
 std::string SummaryAsJson(const RunSummary& summary);
-// The last lines of the log: versions and files, programs, and each project that is neither ok nor skipped.
-// Empty when no action reported anything.
+// The last lines of the log: versions and files, programs, errors and warnings, and each project that is neither
+// ok nor skipped. Empty when no action reported anything and no program told of an error or a warning.
 std::string SummaryAsText(const RunSummary& summary);
 
 }  // namespace qx

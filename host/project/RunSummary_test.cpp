@@ -29,7 +29,7 @@ RunSummary Summary() {
                   {"/b.rc", "ResourceScript", false, "/b.rc.orig"}};
   report.projects = {Project("Good", "ok", false), Project("Old", "stale", true),
                      Project("Left", "skipped", false)};
-  return {true, 3.1004, "", {{2, report}}};
+  return {true, 3.1004, "", {{2, report}}, 1, 2, 0};
 }
 
 TEST(RunSummary, AsJsonHoldsEveryFieldInItsOrder) {
@@ -62,14 +62,24 @@ TEST(RunSummary, AsTextNamesVersionsFilesAndWhatIsNotOk) {
   summary.verdict = "The end";
   EXPECT_EQ(SummaryAsText(summary),
             "AssemblyVersion: 1.2.0.0 -> 1.2.1.0\nFileVersion: 3.0.0.0\n2 files stamped, 1 changed\n"
-            "1 of 2 projects were built as they should be\nOld: stale: /out/Old.dll: because\nThe end\n");
+            "1 of 2 projects were built as they should be\n1 error, 2 warnings\nOld: stale: /out/Old.dll: "
+            "because\nThe end\n");
 }
 
 TEST(RunSummary, OfActionsThatTellNothingIsNoTextAndAnEmptyObject) {
-  EXPECT_EQ(SummaryAsText({true, 1, "", {}}), "");
-  EXPECT_EQ(SummaryAsJson({false, 1, "", {}}),
+  EXPECT_EQ(SummaryAsText({true, 1, "", {}, 0, 0, 0}), "");
+  EXPECT_EQ(SummaryAsJson({false, 1, "", {}, 0, 0, 0}),
             "{\"kind\":\"summary\",\"success\":false,\"seconds\":1.0,\"versions\":[],\"files\":[],"
-            "\"projects\":[]}\n");
+            "\"projects\":[],\"errors\":0,\"warnings\":0}\n");
+}
+
+TEST(RunSummary, CountsErrorsAndWarningsOfActionsThatTellNothingToo) {
+  EXPECT_EQ(SummaryAsText({true, 1, "", {}, 0, 1, 0}), "0 errors, 1 warning\n");
+  EXPECT_EQ(SummaryAsText({true, 1, "", {}, 0, 0, 7}),
+            "0 errors, 0 warnings; 7 in the baseline not counted\n");
+  const Json found = Json::parse(SummaryAsJson({true, 1, "", {}, 3, 4, 5}));
+  EXPECT_EQ(found["errors"], 3);
+  EXPECT_EQ(found["warnings"], 4);
 }
 
 TEST(RunSummary, FindsFaults) {

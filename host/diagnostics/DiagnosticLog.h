@@ -1,0 +1,120 @@
+// The errors and warnings of a run, read out of the log while it streams: which there are, of which project and
+// action, how many count. A sink of the log that comes before those that want to know what a line was.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "host/diagnostics/DiagnosticLine.h"
+#include "host/diagnostics/ProjectMark.h"
+#include "host/log/ActionLog.h"
+#include "platform/Lines.h"
+
+namespace qx {
+
+class Baseline;
+
+// Calls receive(std::string_view) for each line of a message's text or of a status's details, in order; an
+// empty text is one empty line. Other records have none.
+template <class Receiver>
+void ForEachOutputLine(const LogRecord& record, Receiver&& receive);
+
+// Keeps texts in large pieces, at places that do not move: a diagnostic costs no allocation of its own.
+class TextStore {
+ public:
+  std::string_view Keep(std::string_view text);
+  std::size_t Size() const { return size_; }
+
+ private:
+  std::vector<std::unique_ptr<char[]>> pieces_;
+  std::size_t left_ = 0;  // in the last piece
+  char* next_ = nullptr;
+  std::size_t size_ = 0;
+};
+
+struct DiagnosticCounts {
+  std::int64_t errors = 0;    // those that count
+  std::int64_t warnings = 0;  // those that count
+  std::int64_t known = 0;     // of either severity, that the baseline holds
+};
+
+// The log calls Take; everything else may be called when no thread writes to the log, or from another sink
+// within its Take.
+class DiagnosticLog : public LogSink {
+ public:
+  // As many are kept, and as many bytes of texts; what comes beyond is counted only.
+  static constexpr std::size_t kMostKept = 100'000;
+  static constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+
+  // The baseline (may be null) outlives it.
+  explicit DiagnosticLog(const Baseline* baseline = nullptr) : baseline_(baseline) {}
+
+  void Take(const LogRecord& record) override;
+
+  // In the order they came.
+  std::span<const Diagnostic> Kept() const { return kept_; }
+  // Whether some were counted that are not kept.
+  bool IsCut() const { return counts_.errors + counts_.warnings + counts_.known > std::ssize(kept_); }
+  const DiagnosticCounts& Counts() const { return counts_; }
+
+  struct Project {
+    int action = 0;
+    std::string name;
+  };
+  // Those whose output began, each once an action, in the order they came.
+  const std::vector<Project>& Projects() const { return projects_; }
+
+  // What a line of the last record was, by the line's place among all lines of the record's message or details.
+  struct Found {
+    std::size_t line = 0;
+    Diagnostic diagnostic;  // its texts are the record's
+  };
+  std::span<const Found> InLastRecord() const { return found_; }
+  // The project whose output follows; empty when none's does.
+  std::string_view CurrentProject() const { return current_; }
+
+ private:
+  void BeginAction(int action);
+  void TakeLine(std::string_view line, std::size_t number);
+  void TakeMark(const ProjectMark& mark);
+  bool WasToldBefore(const Diagnostic& diagnostic);
+  std::string_view ProjectOf(std::string_view line) const;
+  std::string_view Named(std::string_view project);
+  void Keep(const Diagnostic& diagnostic);
+
+  const Baseline* baseline_;
+  TextStore texts_;
+  std::vector<Diagnostic> kept_;
+  std::vector<Found> found_;
+  DiagnosticCounts counts_;
+  std::vector<Project> projects_;
+
+  int action_ = 0;
+  std::unordered_set<std::string> names_;     // of the action's projects: their texts stay where they are
+  std::string_view current_;                  // all of these are texts of names_ or empty
+  std::vector<std::string_view> entered_;     // MSBuild's, the innermost last
+  std::map<int, std::string_view> byNumber_;  // whose lines bear which number; the first 4,096
+  bool repeats_ = false;                      // MSBuild lists once more what it has told
+  std::unordered_set<std::string> told_;      // filled when it begins to
+  std::size_t firstOfAction_ = 0;             // in kept_
+};
+
+template <class Receiver>
+void ForEachOutputLine(const LogRecord& record, Receiver&& receive) {
+  const auto take = [&receive](std::string_view text) {
+    if (text.find_first_of("\r\n") == std::string_view::npos) return receive(text);
+    ForEachLine(text, receive);
+  };
+  if (record.kind == LogKind::Message) take(record.text);
+  if (record.kind != LogKind::Status) return;
+  for (std::size_t i = 0; i < record.details.size(); ++i) take(record.details[i]);
+}
+
+}  // namespace qx
