@@ -19,6 +19,7 @@
 #include "plugin/Qxframe.h"
 #include "plugin/Qxprocess.h"
 #include "plugin/Qxrunreport.h"
+#include "plugin/Qxversions.h"
 #include "versioning/Qxassemblyinfo.h"
 #include "versioning/Qxvc7versioninfo.h"
 
@@ -108,9 +109,9 @@ struct AssemblyVersionState {
 
 // All state and behaviour. The host owns the action: references to its interfaces are not counted.
 // Properties are set on the thread that edits or builds; see each callback for its own.
-class TQXCustomVSDotNetAction
-    : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo, IAssemblyInfoSource, IQXRunReport>,
-      public TQXAction {
+class TQXCustomVSDotNetAction : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo,
+                                                        IAssemblyInfoSource, IQXRunReport, IQXVersions>,
+                                public TQXAction {
  public:
   static std::string ActionName();  // "Build VS.Net Solution"
 
@@ -204,6 +205,12 @@ class TQXCustomVSDotNetAction
 
   // IQXRunReport.
   RunReport ReportRun(bool looksForPrograms) override;
+
+  // IQXVersions.
+  std::vector<ActionVersion> GetVersions() override;
+  void SetVersions(const std::string& dotted) override;
+  void BumpVersions(VersionPart part) override;
+  std::string WarnOfText(const std::string& property, const std::string& text) override;
 
   // The whole version with its last part expanded and raised by one; a part that is no number becomes 0.
   // Raises Exception when it cannot be expanded. A utility: runs do not use it.

@@ -207,5 +207,64 @@ TEST_F(BuildAction, ExpandsTheLastPartBeforeIncrementing) {
   EXPECT_THROW(action->DoAutoIncBuild("1|%MISSING%"), Exception);
 }
 
+// As a person tells them
+
+std::string Told(const std::vector<ActionVersion>& versions) {
+  std::string text;
+  for (const ActionVersion& version : versions) text += version.name + "=" + version.value + " ";
+  return text;
+}
+
+TEST_F(BuildAction, TellsAllItsVersionsWithPoints) {
+  EXPECT_EQ(VersionsOf(*action), action.get());
+  EXPECT_EQ(Told(action->GetVersions()), "AssemblyVersion= AssemblyFileVersion= FileVersion=0.0.0.0 ");
+  Set("AssemblyVersion", std::string("1|2|0|7"));
+  Set("AssemblyFileVersion", std::string("3|%N%|*|"));
+  Set("BuildVersion", 45);
+  EXPECT_EQ(Told(action->GetVersions()),
+            "AssemblyVersion=1.2.0.7 AssemblyFileVersion=3.%N%.*. FileVersion=0.0.0.45 ");
+}
+
+TEST_F(BuildAction, TakesOneVersionForAll) {
+  action->SetVersions("2.1.0.9");
+  EXPECT_EQ(Text("AssemblyVersion"), "2|1|0|9");
+  EXPECT_EQ(Text("AssemblyFileVersionMinor"), "1");
+  EXPECT_EQ(Get<std::int32_t>("BuildVersion"), 9);
+  EXPECT_EQ(Text("VersionInfoKeys"), "FileVersion=2.1.0.9\r\n");
+}
+
+TEST_F(BuildAction, TakesThePart65535WhileNoAssemblyIsStamped) {
+  action->SetVersions("1.0.0.65535");
+  EXPECT_THROW(action->BumpVersions(VersionPart::Revision), Exception);
+  Set("UpdateAssemblyInfo", true);
+  EXPECT_THROW(action->SetVersions("2.0.0.65535"), Exception);
+  EXPECT_EQ(Text("AssemblyVersion"), "1|0|0|65535");
+  action->SetVersions("2.0.0.65534");
+  EXPECT_THROW(action->BumpVersions(VersionPart::Revision), Exception);
+  EXPECT_EQ(Text("AssemblyVersion"), "2|0|0|65534");
+}
+
+TEST_F(BuildAction, RaisesAllItsVersionsOrNone) {
+  Set("AssemblyVersion", std::string("1|2|3|4"));
+  Set("MajorVersion", 7);
+  action->BumpVersions(VersionPart::Minor);
+  EXPECT_EQ(Told(action->GetVersions()),
+            "AssemblyVersion=1.3.0.0 AssemblyFileVersion=0.1.0.0 FileVersion=7.1.0.0 ");
+  EXPECT_EQ(Text("VersionInfoKeys"), "FileVersion=7.1.0.0\r\n");
+  Set("MajorVersion", -1);
+  EXPECT_THROW(action->BumpVersions(VersionPart::Major), Exception);
+  EXPECT_EQ(Text("AssemblyVersion"), "1|3|0|0");
+}
+
+TEST_F(BuildAction, WarnsOfAVersionWithPointsAlone) {
+  EXPECT_EQ(action->WarnOfText("AssemblyVersion", "1.2.3.4"),
+            "AssemblyVersion: \"1.2.3.4\" has no \"|\" between its parts and counts as the major part alone; "
+            "\"1|2|3|4\" is meant");
+  EXPECT_NE(action->WarnOfText("AssemblyFileVersion", "1.2"), "");
+  for (const char* text : {"1|2|3|4", "7", "", "%V%", "1.x|2"})
+    EXPECT_EQ(action->WarnOfText("AssemblyVersion", text), "") << text;
+  EXPECT_EQ(action->WarnOfText("AssemblyTitle", "a.b"), "");
+}
+
 }  // namespace
 }  // namespace qx

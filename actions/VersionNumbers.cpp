@@ -1,5 +1,7 @@
 #include "actions/VersionNumbers.h"
 
+#include <algorithm>
+
 #include "platform/Texts.h"
 #include "plugin/Qxstrings.h"
 
@@ -7,6 +9,26 @@ namespace qx {
 namespace {
 
 constexpr char kBar = '|';
+
+bool IsDigits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// Digits of any number, as nothing says how many a part may have.
+std::string OneMore(std::string_view digits) {
+  std::string text(digits.substr(std::min(digits.find_first_not_of('0'), digits.size() - 1)));
+  std::size_t at = text.size();
+  while (at > 0 && text[at - 1] == '9') text[--at] = '0';
+  if (at == 0) return "1" + text;
+  ++text[at - 1];
+  return text;
+}
+
+// The number of a part of at most `largest`, -1 for any other text.
+std::int32_t NumberUpTo(std::string_view text, std::int32_t largest) {
+  const std::int32_t number = IsDigits(text) ? ToInteger(text).value_or(-1) : -1;
+  return number > largest ? -1 : number;
+}
 
 }  // namespace
 
@@ -32,6 +54,7 @@ std::string JoinVersion(const VersionParts& parts) {
 }
 
 std::string NextNumber(std::string_view part, std::int32_t otherwise) {
+  if (IsDigits(part)) return OneMore(part);
   return std::to_string(std::int64_t{ToInteger(part).value_or(otherwise)} + 1);
 }
 
@@ -47,6 +70,49 @@ std::size_t LastPartOf(std::string_view whole) {
 std::string DottedVersion(const VersionNumbers& numbers) {
   return std::to_string(numbers.major) + "." + std::to_string(numbers.minor) + "." +
          std::to_string(numbers.release) + "." + std::to_string(numbers.build);
+}
+
+std::array<std::int32_t, 4> ReadDottedVersion(std::string_view text, std::int32_t largest) {
+  std::array<std::int32_t, 4> numbers{};
+  const std::string whole = Quoted(text);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const std::size_t dot = text.find('.');
+    if ((dot == std::string_view::npos) != (i + 1 == numbers.size()))
+      throw Exception(whole + " is no version of four parts, like 2.1.0.0");
+    const std::string_view part = text.substr(0, dot);
+    numbers[i] = NumberUpTo(part, largest);
+    if (numbers[i] < 0)
+      throw Exception(whole + ": the part " + Quoted(part) + " is no number from 0 to " +
+                      std::to_string(largest));
+    text.remove_prefix(std::min(dot, text.size() - 1) + 1);
+  }
+  return numbers;
+}
+
+VersionParts BumpedVersion(const VersionParts& parts, VersionPart part, std::int32_t largest,
+                           std::string_view name) {
+  VersionParts bumped = parts;
+  std::string* const all[] = {&bumped.major, &bumped.minor, &bumped.build, &bumped.revision};
+  for (std::string* text : all) {
+    if (text->empty() || *text == "*") *text = "0";
+  }
+  const auto at = static_cast<std::size_t>(part);
+  const std::int32_t number = NumberUpTo(*all[at], largest);
+  if (number < 0)
+    throw Exception(std::string(name) + ": the part " + Quoted(*all[at]) + " is no number from 0 to " +
+                    std::to_string(largest) + "; give the version as a whole");
+  if (number == largest)
+    throw Exception(std::string(name) + ": the part " + *all[at] + " is the largest there is already");
+  *all[at] = std::to_string(number + 1);
+  std::for_each(std::begin(all) + at + 1, std::end(all), [](std::string* text) { *text = "0"; });
+  return bumped;
+}
+
+std::string DottedVersion(std::string_view whole) {
+  if (whole.find_first_not_of(kBar) == std::string_view::npos) return {};
+  std::string dotted(whole);
+  std::replace(dotted.begin(), dotted.end(), kBar, '.');
+  return dotted;
 }
 
 std::string WithFileVersion(const std::string& keys, const VersionNumbers& numbers) {

@@ -2,10 +2,13 @@
 // parts, increments, and the "FileVersion" line among the version resource's keys. Pure: texts in, texts out.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "plugin/Qxversions.h"
 
 namespace qx {
 
@@ -28,8 +31,8 @@ VersionParts SplitVersion(std::string_view whole);
 // The four parts with three bars between them.
 std::string JoinVersion(const VersionParts& parts);
 
-// The decimal text of one more than the part; a part that is no decimal integer of 32 bits counts as
-// `otherwise`. 2147483647 is followed by 2147483648, which no version of a file can hold.
+// The decimal text of one more than the part, of any size; a part that is no decimal integer counts as
+// `otherwise`.
 std::string NextNumber(std::string_view part, std::int32_t otherwise);
 
 // One more than a 32-bit number; the largest is followed by the smallest.
@@ -47,6 +50,21 @@ struct VersionNumbers {
 
 // The four numbers in decimal, joined by dots.
 std::string DottedVersion(const VersionNumbers& numbers);
+
+// What a part may be at most: in an assembly's identity, and in the version resource of any file.
+inline constexpr std::int32_t kLargestAssemblyPart = 65534;
+inline constexpr std::int32_t kLargestFilePart = 65535;
+
+// "2.1.0.0" as its four numbers. Raises Exception for a text that is none, or a part above `largest`.
+std::array<std::int32_t, 4> ReadDottedVersion(std::string_view text, std::int32_t largest);
+
+// The parts with one of them raised by one and those behind it at 0; empty parts and "*" count as 0. Raises
+// Exception, led by `name`, for a part that is no number from 0 on or would come above `largest`.
+VersionParts BumpedVersion(const VersionParts& parts, VersionPart part, std::int32_t largest,
+                           std::string_view name);
+
+// With points for the bars, as it goes into files; empty where every part is.
+std::string DottedVersion(std::string_view whole);
 
 // The lines "key=value" with "FileVersion" set to the numbers: its line replaced in place or a line appended.
 // Every line of the result ends in CR LF.

@@ -12,16 +12,19 @@
 #include "actions/Qxvsdotnetaction.h"
 #include "options/Qxvsdotnetoptions.h"
 #include "plugin/Qxaction.h"
+#include "plugin/Qxcheck.h"
 #include "plugin/Qxcontrols.h"
 #include "plugin/Qxdotnetinfo.h"
 #include "plugin/Qxexecuteaction.h"
 #include "plugin/Qxframe.h"
+#include "plugin/Qxfromfile.h"
 #include "plugin/Qxlanguages.h"
 #include "plugin/Qxoptions.h"
 #include "plugin/Qxprocess.h"
 #include "plugin/Qxrunreport.h"
 #include "plugin/Qxservices.h"
 #include "plugin/Qxtokeniser.h"
+#include "plugin/Qxversions.h"
 #include "solution/Vsnetsln.h"
 #include "versioning/Qxassemblyinfo.h"
 #include "versioning/Qxvc7versioninfo.h"
@@ -148,6 +151,16 @@ void DumpInterfacesOfActions(Dump& dump) {
   SLOT(IInterface, _Release);
   HEAD(IQXRunReport);
   SLOT(IQXRunReport, ReportRun);
+  HEAD(IQXVersions);
+  SLOT(IQXVersions, GetVersions);
+  SLOT(IQXVersions, SetVersions);
+  SLOT(IQXVersions, BumpVersions);
+  SLOT(IQXVersions, WarnOfText);
+  HEAD(IQXCheck);
+  SLOT(IQXCheck, CheckRun);
+  HEAD(IQXFromFile);
+  SLOT(IQXFromFile, TakesFile);
+  SLOT(IQXFromFile, SetUpFromFile);
   HEAD(IQXActionLogMessage);
   SLOT(IQXActionLogMessage, AppendDetail);
   SLOT(IQXActionLogMessage, SetHeading);

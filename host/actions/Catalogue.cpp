@@ -194,9 +194,7 @@ const RegisteredAction& Catalogue::NeedAction(std::string_view displayName) cons
   if (const RegisteredAction* action = FindAction(displayName)) return *action;
   std::vector<std::string> names;
   for (const RegisteredAction& action : actions_) names.push_back(action.displayName);
-  const std::string nearest = NearestName(displayName, names);
-  throw Exception("There is no action \"" + std::string(displayName) + "\"" +
-                  (nearest.empty() ? "" : " (nearest: " + nearest + ")"));
+  throw Exception("There is no action " + Quoted(displayName) + NameAdvice(displayName, names));
 }
 
 const TQXPropertyEditorClass* Catalogue::FindEditor(const TQXActionClass& actionClass,

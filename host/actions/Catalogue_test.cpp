@@ -98,7 +98,7 @@ TEST(Catalogue, FindsActionsInAnyCaseAndNamesTheNearest) {
     catalogue.NeedAction("Biuld it");
     FAIL();
   } catch (const Exception& failure) {
-    EXPECT_EQ(failure.Message(), "There is no action \"Biuld it\" (nearest: Build it)");
+    EXPECT_EQ(failure.Message(), "There is no action \"Biuld it\"; supported: Build it (nearest: Build it)");
   }
 }
 

@@ -28,8 +28,7 @@ std::int32_t WordFromText(const PublishedProperty& property, std::span<const std
                           std::string_view text) {
   const std::int32_t ordinal = FindWord(words, Trim(text));
   if (ordinal >= 0) return ordinal;
-  Refuse(property, Quoted(text) + " is none of " + Join(words, ", ") +
-                       " (nearest: " + std::string(NearestName(text, words)) + ")");
+  Refuse(property, Quoted(text) + " is no value of it" + NameAdvice(text, words));
 }
 
 std::int32_t IntegerFromText(const PublishedProperty& property, std::string_view text) {
@@ -38,7 +37,7 @@ std::int32_t IntegerFromText(const PublishedProperty& property, std::string_view
   const bool digits = trimmed.find_first_not_of("0123456789", trimmed.find_first_of("+-") == 0 ? 1 : 0) ==
                           std::string::npos &&
                       trimmed.find_first_of("0123456789") != std::string::npos;
-  if (!digits) Refuse(property, Quoted(text) + " is no decimal number (nearest: 0)");
+  if (!digits) Refuse(property, Quoted(text) + " is no decimal number");
   const std::string nearest = trimmed.front() == '-' ? "-2147483648" : "2147483647";
   Refuse(property, Quoted(text) + " is beyond -2147483648 to 2147483647 (nearest: " + nearest + ")");
 }
@@ -117,9 +116,8 @@ const PublishedProperty& NeedProperty(PropertyTable table, std::string_view name
   if (const PublishedProperty* property = FindProperty(table, name)) return *property;
   std::vector<std::string_view> names;
   for (const PublishedProperty& property : table) names.push_back(property.name);
-  const std::string_view nearest = NearestName(name, std::span<const std::string_view>(names));
   throw Exception("There is no property " + Quoted(name) +
-                  (nearest.empty() ? "" : " (nearest: " + std::string(nearest) + ")"));
+                  NameAdvice(name, std::span<const std::string_view>(names)));
 }
 
 void ReadProperties(TPersistent& object, PropertyTable table, IQXStateReader& reader) {

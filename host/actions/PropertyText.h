@@ -15,7 +15,7 @@ std::string PropertyToText(const PublishedProperty& property, const PropertyValu
 
 // The value of a text, as the command line and the build project give it. Words are read without regard to
 // letter case; a list's items are separated by ";". Raises Exception that names property, text and the
-// nearest valid value: "UseEnv: \"Flase\" is none of False, True (nearest: False)".
+// nearest valid value: "UseEnv: \"Flase\" is no value of it; supported: False, True (nearest: False)".
 PropertyValue PropertyFromText(const PublishedProperty& property, std::string_view text);
 
 // The property of that name, letter case aside, an exact match first; null when there is none.

@@ -73,15 +73,16 @@ TEST(PropertyText, TextsStayAsTheyAre) { EXPECT_EQ(RoundTrip("Label", " a\r\n<&>
 TEST(PropertyText, BooleansAreTrueAndFalseInAnyCase) {
   EXPECT_EQ(RoundTrip("Ripe", "tRUE"), "True");
   EXPECT_EQ(RoundTrip("Ripe", "False"), "False");
-  EXPECT_EQ(RefusalOf("Ripe", "Flase"), "Ripe: \"Flase\" is none of False, True (nearest: False)");
-  EXPECT_EQ(RefusalOf("Ripe", "1"), "Ripe: \"1\" is none of False, True (nearest: True)");
+  EXPECT_EQ(RefusalOf("Ripe", "Flase"),
+            "Ripe: \"Flase\" is no value of it; supported: False, True (nearest: False)");
+  EXPECT_EQ(RefusalOf("Ripe", "1"), "Ripe: \"1\" is no value of it; supported: False, True");
 }
 
 TEST(PropertyText, IntegersAreDecimal) {
   EXPECT_EQ(RoundTrip("Count", "-12"), "-12");
   EXPECT_EQ(RoundTrip("Count", "-2147483648"), "-2147483648");
-  EXPECT_EQ(RefusalOf("Count", "0x10"), "Count: \"0x10\" is no decimal number (nearest: 0)");
-  EXPECT_EQ(RefusalOf("Count", ""), "Count: \"\" is no decimal number (nearest: 0)");
+  EXPECT_EQ(RefusalOf("Count", "0x10"), "Count: \"0x10\" is no decimal number");
+  EXPECT_EQ(RefusalOf("Count", ""), "Count: \"\" is no decimal number");
   EXPECT_EQ(RefusalOf("Count", "2147483648"),
             "Count: \"2147483648\" is beyond -2147483648 to 2147483647 (nearest: 2147483647)");
   EXPECT_EQ(RefusalOf("Count", "-9999999999"),
@@ -90,8 +91,9 @@ TEST(PropertyText, IntegersAreDecimal) {
 
 TEST(PropertyText, EnumerationsAreWrittenByName) {
   EXPECT_EQ(RoundTrip("Fruit", "PEAR"), "pear");
-  EXPECT_EQ(RefusalOf("Fruit", "peer"), "Fruit: \"peer\" is none of apple, pear (nearest: pear)");
-  EXPECT_EQ(RefusalOf("Fruit", "1"), "Fruit: \"1\" is none of apple, pear (nearest: pear)");
+  EXPECT_EQ(RefusalOf("Fruit", "peer"),
+            "Fruit: \"peer\" is no value of it; supported: apple, pear (nearest: pear)");
+  EXPECT_EQ(RefusalOf("Fruit", "1"), "Fruit: \"1\" is no value of it; supported: apple, pear");
   EXPECT_EQ(PropertyToText(Named("Fruit"), EnumerationValue{7}), "7");
 }
 
@@ -109,7 +111,9 @@ TEST(PropertyText, FindsPropertiesInAnyCaseAndNamesTheNearest) {
     Named("Friut");
     FAIL();
   } catch (const Exception& failure) {
-    EXPECT_EQ(failure.Message(), "There is no property \"Friut\" (nearest: Fruit)");
+    EXPECT_EQ(failure.Message(),
+              "There is no property \"Friut\"; supported: Label, Count, Ripe, Fruit, Notes, View, Secret, "
+              "_Secret (nearest: Fruit)");
   }
 }
 

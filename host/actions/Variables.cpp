@@ -2,6 +2,7 @@
 #include "host/actions/Variables.h"
 
 #include <algorithm>
+#include <set>
 
 #include "platform/Texts.h"
 
@@ -26,6 +27,20 @@ void SetIn(Layer& layer, std::string name, std::string value) {
     return;
   }
   layer.emplace_back(std::move(name), std::move(value));
+}
+
+// What stands between pairs of percent signs, as an expansion divides the text.
+std::vector<std::string> NamesIn(std::string_view text) {
+  std::vector<std::string> names;
+  for (;;) {
+    const std::size_t percent = text.find('%');
+    if (percent == std::string_view::npos) return names;
+    text.remove_prefix(percent + 1);
+    const std::size_t end = text.find_first_of("%\r\n");
+    if (end == std::string_view::npos || text[end] != '%') continue;
+    if (end > 0) names.emplace_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+  }
 }
 
 // One expansion under way: the result so far, and the variables whose values are being expanded, outermost first.
@@ -119,6 +134,23 @@ std::optional<std::string> Variables::Find(std::string_view name) const {
   if (const std::string* value = FindIn(overrides_, name)) return *value;
   if (const std::string* value = FindIn(project_, name)) return *value;
   return environment_ ? environment_(std::string(name)) : std::nullopt;
+}
+
+std::vector<std::string> Variables::UnusedOverrides(std::vector<std::string> texts) const {
+  std::set<std::string> used;  // folded
+  while (!texts.empty()) {
+    const std::string text = std::move(texts.back());
+    texts.pop_back();
+    for (const std::string& name : NamesIn(text)) {
+      if (!used.insert(FoldCase(name)).second) continue;
+      if (const std::optional<std::string> value = Find(name)) texts.push_back(*value);
+    }
+  }
+  std::vector<std::string> unused;
+  for (const auto& [name, value] : overrides_) {
+    if (!used.contains(FoldCase(name))) unused.push_back(name);
+  }
+  return unused;
 }
 
 std::string Variables::Expand(std::string_view text, bool nested) const {

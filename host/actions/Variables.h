@@ -40,6 +40,9 @@ class Variables {
   // replacements or kDeepestNesting levels.
   std::string Expand(std::string_view text, bool nested) const;
 
+  // The names of overrides that no %NAME% in these texts means, nor in what is put in for their names.
+  std::vector<std::string> UnusedOverrides(std::vector<std::string> texts) const;
+
   // Far above what a command line or a path holds; below what would harm the host.
   static constexpr std::size_t kLargestResult = std::size_t{16} << 20;
   static constexpr std::size_t kMostReplacements = 100'000;

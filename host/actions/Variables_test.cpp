@@ -121,6 +121,17 @@ TEST(Variables, RefusesTooManyReplacementsOfNothing) {
   EXPECT_EQ(RaisedBy(variables, "%L59%"), "Expanding %L59% takes more than 100000 replacements");
 }
 
+TEST(Variables, TellsOverridesThatNothingUses) {
+  Variables variables([](const std::string& name) {
+    return name == "ENV" ? std::optional<std::string>("%Deep%") : std::nullopt;
+  });
+  for (const char* name : {"Plain", "Nested", "Deep", "Doubled", "Unused"})
+    variables.SetOverride(name, "%Plain%");
+  variables.SetProject("P", "[%NESTED%]");
+  EXPECT_EQ(variables.UnusedOverrides({"%plain% 100%\r\n%%Doubled%%", "%P%%ENV%"}),
+            (std::vector<std::string>{"Doubled", "Unused"}));
+}
+
 TEST(Variables, RefusesTooDeepNesting) {
   Variables variables(nullptr);
   variables.SetProject("D0", "end");

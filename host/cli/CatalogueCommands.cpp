@@ -125,7 +125,7 @@ PendingOption FindOption(Catalogue& catalogue, const std::string& name, const st
       return {&catalogue.ObjectOf(entry), property, PropertyFromText(*property, value), {}, {}};
     }
   }
-  throw Exception("There is no option \"" + name + "\" (nearest: " + NearestName(name, names) + ")");
+  throw Exception("There is no option " + Quoted(name) + NameAdvice(name, names));
 }
 
 void ChangeOptions(Session& session, Catalogue& catalogue, const std::vector<std::string>& assignments) {

@@ -65,6 +65,24 @@ constexpr std::array kAddOperands{kFile, OperandRow{"ACTION", ValueKind::Action,
                                   OperandRow{"NAME=VALUE", ValueKind::Assignment, 0, kAny}};
 constexpr std::array kSetOperands{kFile, OperandRow{"NAME=VALUE", ValueKind::Assignment, 1, kAny}};
 constexpr std::array kSetOptions{kActionOption};
+constexpr std::array<std::string_view, 4> kParts{"major", "minor", "build", "revision"};
+constexpr std::array kVersionOperands{kFile, OperandRow{"VERSION", ValueKind::Text, 0, 1}};
+constexpr std::array kVersionOptions{
+    OptionRow{"--action",
+              "N",
+              ValueKind::Number,
+              {},
+              false,
+              "which action, counted from 1 (default: the first that keeps versions)"},
+    OptionRow{"--bump", "PART", ValueKind::Choice, kParts, false,
+              "raise this part by one: major, minor, build or revision; those behind it become 0"},
+    kJson};
+constexpr OperandRow kNumber{"N", ValueKind::Number, 1, 1};
+constexpr std::array kNumberOperands{kFile, kNumber};
+constexpr std::array kMoveOperands{kFile, kNumber, OperandRow{"TO", ValueKind::Number, 1, 1}};
+constexpr std::array kVariableOperands{kFile, OperandRow{"NAME=VALUE", ValueKind::Assignment, 0, kAny}};
+constexpr std::array kVariableOptions{
+    OptionRow{"--remove", "NAME", ValueKind::Text, {}, true, "take this variable out"}};
 constexpr std::array kShowOptions{
     kJson, OptionRow{"--all", "", ValueKind::None, {}, false, "hidden properties too"}};
 constexpr std::array kActionsOptions{kJson};
@@ -127,6 +145,49 @@ constexpr std::array kCommands{
                "by \";\".",
                "qxhost set nightly.xml --action 2 Title=Nightly", "changes one property of the second action",
                SetProperties},
+    CommandRow{
+        "version", kVersionOperands, kVersionOptions, "show, set or raise an action's version numbers",
+        "Without VERSION and --bump shows the numbers as they stand. VERSION has four parts and is given to "
+        "all of them, so that assemblies and resource scripts bear the same.\n"
+        "A part is at most 65534, which is an assembly's limit; 65535 goes while the action stamps none. "
+        "When one part cannot be, nothing is changed.",
+        "qxhost version nightly.xml --bump minor", "makes 1.3.0.0 of 1.2.7.1", ShowVersions},
+    CommandRow{"remove",
+               kNumberOperands,
+               {},
+               "take an action out of a build project",
+               "N is the action's number that `qxhost show` prints. Comments around it stay.",
+               "qxhost remove nightly.xml 2",
+               "takes the second action out",
+               RemoveAction},
+    CommandRow{"move",
+               kMoveOperands,
+               {},
+               "move an action to another place",
+               "TO is the number that the action has afterwards. Comments right above it go with it.",
+               "qxhost move nightly.xml 2 1",
+               "lets the second action run first",
+               MoveAction},
+    CommandRow{"disable",
+               kNumberOperands,
+               {},
+               "keep an action without running it",
+               "The action stays with all its properties; `qxhost run` and `qxhost validate` pass it over.",
+               "qxhost disable nightly.xml 2",
+               "leaves the second action out of the next runs",
+               DisableAction},
+    CommandRow{"enable",
+               kNumberOperands,
+               {},
+               "run a disabled action again",
+               "",
+               "qxhost enable nightly.xml 2",
+               "takes the second action into the next runs",
+               EnableAction},
+    CommandRow{
+        "var", kVariableOperands, kVariableOptions, "show, set or remove a build project's variables",
+        "Without an assignment and --remove shows them. A variable that is there already keeps its place.",
+        "qxhost var nightly.xml ROOT=src", "gives %ROOT% in the project's texts this value", ChangeVariables},
     CommandRow{"show", kRunOperands, kShowOptions, "show a build project's actions and properties",
                "Properties come in the order of declaration; a secret is shown as ***.",
                "qxhost show nightly.xml --all", "lists the hidden properties too", ShowProject},

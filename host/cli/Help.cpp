@@ -4,6 +4,7 @@
 #include "host/cli/Documents.h"
 #include "host/cli/Session.h"
 #include "platform/Nearest.h"
+#include "platform/Texts.h"
 
 namespace qx::cli {
 namespace {
@@ -101,8 +102,8 @@ int ShowHelp(Session& session, const Invocation& invocation) {
   if (command == nullptr) {
     std::vector<std::string> names;
     for (const CommandRow& row : TheProgram().commands) names.emplace_back(row.name);
-    throw Exception("Unknown command \"" + invocation.operands[0] +
-                    "\" (nearest: " + NearestName(invocation.operands[0], names) + ")");
+    throw Exception("Unknown command " + Quoted(invocation.operands[0]) +
+                    NameAdvice(invocation.operands[0], names) + "; see qxhost --help");
   }
   session.Print(CommandHelp(*command));
   return 0;

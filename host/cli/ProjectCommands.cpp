@@ -9,6 +9,7 @@
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
+#include "plugin/Qxversions.h"
 
 namespace qx::cli {
 namespace {
@@ -23,10 +24,13 @@ void SetAll(TQXAction& action, std::span<const std::string> assignments) {
     values.emplace_back(&property, PropertyFromText(property, value));
   }
   for (const auto& [property, value] : values) property->set(action, value);
-}
-
-void SaveNow(OpenProject& project) {
-  for (const std::string& warning : project.Save()) Session::Warn(warning);
+  IQXVersions* const versions = VersionsOf(action);
+  if (versions == nullptr) return;
+  for (const auto& [property, value] : values) {
+    const std::string warning =
+        versions->WarnOfText(std::string(property->name), PropertyToText(*property, value));
+    if (!warning.empty()) Session::Warn(warning);
+  }
 }
 
 bool IsHidden(const TStringList& hidden, std::string_view name) { return hidden.IndexOf(name) >= 0; }
@@ -38,7 +42,8 @@ TStringList HiddenOf(TQXAction& action) {
 }
 
 std::string ActionAsText(const OpenProject& project, int index, bool all) {
-  std::string text = std::to_string(index + 1) + " " + project.ActionType(index) + "\n";
+  std::string text = std::to_string(index + 1) + " " + project.ActionType(index) +
+                     (project.IsEnabled(index) ? "\n" : " (disabled)\n");
   TQXAction* action = project.Action(index);
   if (action == nullptr)
     return text + "    (no loaded package has this action; its properties are only kept)\n";
@@ -51,7 +56,10 @@ std::string ActionAsText(const OpenProject& project, int index, bool all) {
 
 Json ActionAsJson(const OpenProject& project, int index, bool all) {
   TQXAction* action = project.Action(index);
-  Json json{{"number", index + 1}, {"type", project.ActionType(index)}, {"known", action != nullptr}};
+  Json json{{"number", index + 1},
+            {"type", project.ActionType(index)},
+            {"enabled", project.IsEnabled(index)},
+            {"known", action != nullptr}};
   if (action == nullptr) return json;
   Json properties = Json::object();
   const TStringList hidden = HiddenOf(*action);
@@ -75,29 +83,26 @@ int NewProject(Session&, const Invocation& invocation) {
 }
 
 int AddAction(Session& session, const Invocation& invocation) {
-  const std::string file = ExpandPath("", invocation.operands[0]);
   const std::string name = session.Packages().NeedAction(invocation.operands[1]).displayName;
-  if (!FileExists(file))
-    throw Exception("Cannot read " + file + ": there is no such file; make one with qxhost new");
+  const std::string file = Session::ProjectFile(invocation);
   const FileLock lock(file);
   OpenProject project = session.Open(file, invocation);
   SetAll(project.Append(name), std::span(invocation.operands).subspan(2));
-  SaveNow(project);
+  Session::Save(project);
   return 0;
 }
 
 int SetProperties(Session& session, const Invocation& invocation) {
-  const std::string file = ExpandPath("", invocation.operands[0]);
-  if (!FileExists(file)) throw Exception("Cannot read " + file + ": there is no such file");
+  const std::string file = Session::ProjectFile(invocation);
   const FileLock lock(file);
   OpenProject project = session.Open(file, invocation);
   SetAll(Session::ActionOf(project, ActionNumber(invocation)), std::span(invocation.operands).subspan(1));
-  SaveNow(project);
+  Session::Save(project);
   return 0;
 }
 
 int ShowProject(Session& session, const Invocation& invocation) {
-  const std::string file = ExpandPath("", invocation.operands[0]);
+  const std::string file = Session::ProjectFile(invocation);
   const OpenProject project = session.Open(file, invocation);
   const bool all = invocation.Has("--all");
   if (invocation.Has("--json")) {

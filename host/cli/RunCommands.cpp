@@ -155,15 +155,15 @@ RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const 
 }  // namespace
 
 int RunProject(Session& session, const Invocation& invocation) {
-  const std::string file = ExpandPath("", invocation.operands[0]);
+  const std::string file = Session::ProjectFile(invocation);
   const bool saves = !invocation.Has("--no-save");
   const bool dry = invocation.Has("--dry-run");
-  if (!FileExists(file)) throw Exception("Cannot read " + file + ": there is no such file");
   const std::unique_ptr<FileLock> lock = dry ? nullptr : LockForRun(file, saves);
 
   const KnownDiagnostics known(invocation, FolderPart(file));
   RunLog log(session, invocation, known.Known());
   OpenProject project = session.Open(file, invocation, &log.Log());
+  for (const std::string& line : session.UnusedSettings(project)) Session::Warn(line);
   SetCurrentFolder(FolderPart(file));
   std::optional<DryRun> rehearsal;
   if (dry) rehearsal.emplace();
@@ -196,10 +196,11 @@ int RunProject(Session& session, const Invocation& invocation) {
 }
 
 int ValidateProject(Session& session, const Invocation& invocation) {
-  const std::string file = ExpandPath("", invocation.operands[0]);
+  const std::string file = Session::ProjectFile(invocation);
   ActionLog log;
   log.AddSink(std::make_unique<StreamSink>(LogFile::StandardOutput(), LogStyle::Text, session.Colour()));
   OpenProject project = session.Open(file, invocation, &log);
+  for (const std::string& line : session.UnusedSettings(project)) Session::Warn(line);
   SetCurrentFolder(FolderPart(file));
   const RunOutcome outcome = Runner(project, log, session.Stopping()).Validate();
   log.Flush();

@@ -32,11 +32,11 @@ TEST_F(ScriptCommand, AFailedScriptIsNamedWithItsLineAndSavesNothing) {
     Words words;
     const char* complaint;
   };
-  for (const Row& row :
-       std::vector<Row>{{{"bad.lua"}, "qxhost: bad.lua:2: the tiny function fails\n"},
-                        {{"-e", "TinyOptions().Greting = 'x'"},
-                         "qxhost: -e:1: There is no property \"Greting\" (nearest: Greeting)"},
-                        {{"-e", "print("}, "qxhost: -e:1: unexpected symbol near <eof>\n"}}) {
+  for (const Row& row : std::vector<Row>{
+           {{"bad.lua"}, "qxhost: bad.lua:2: the tiny function fails\n"},
+           {{"-e", "TinyOptions().Greting = 'x'"},
+            "qxhost: -e:1: There is no property \"Greting\"; supported: Greeting, Level (nearest: Greeting)"},
+           {{"-e", "print("}, "qxhost: -e:1: unexpected symbol near <eof>\n"}}) {
     Words words{"script"};
     words.insert(words.end(), row.words.begin(), row.words.end());
     const auto result = Host(words);

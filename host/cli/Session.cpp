@@ -4,6 +4,8 @@
 
 #include "host/HostArguments.h"
 #include "host/cli/Commands.h"
+#include "platform/files/Files.h"
+#include "platform/files/Paths.h"
 
 namespace qx::cli {
 
@@ -40,11 +42,33 @@ void Session::UseVariables(const Invocation& invocation, const BuildProject* pro
   Catalogue().UseDesignVariables(&Variables());
 }
 
+std::string Session::ProjectFile(const Invocation& invocation) {
+  std::string file = ExpandPath("", invocation.operands[0]);
+  if (FolderExists(file)) throw Exception(file + " is a folder; name a build project in it");
+  if (!FileExists(file))
+    throw Exception("Cannot read " + file +
+                    ": there is no such file; make one with qxhost init or qxhost new");
+  return file;
+}
+
 OpenProject Session::Open(const std::string& file, const Invocation& invocation, ActionLog* log) {
   BuildProject project = BuildProject::Load(file);
   Packages();
   UseVariables(invocation, &project);
   return Host::Open(std::move(project), log);
+}
+
+std::vector<std::string> Session::UnusedSettings(const OpenProject& project) {
+  std::vector<std::string> lines;
+  const auto texts = project.StoredTexts();
+  if (!texts) return lines;
+  for (const std::string& name : Variables().UnusedOverrides(*texts))
+    lines.push_back("--set " + name + ": nothing in " + project.File() + " uses %" + name + "%");
+  return lines;
+}
+
+void Session::Save(OpenProject& project) {
+  for (const std::string& warning : project.Save()) Warn(warning);
 }
 
 TQXAction& Session::ActionOf(OpenProject& project, int number) {

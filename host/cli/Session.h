@@ -24,10 +24,17 @@ class Session : public Host {
 
   ColourChoice Colour() const { return colour_; }
 
+  // The build project that is the first operand, as an absolute path. Raises Exception where there is no such
+  // file, or a folder.
+  static std::string ProjectFile(const Invocation& invocation);
   // Opens a project: its variables and those of --set in force, its actions loaded through the packages.
   OpenProject Open(const std::string& file, const Invocation& invocation, ActionLog* log = nullptr);
+  // Saves a project and prints the warnings that go with it.
+  static void Save(OpenProject& project);
   // The action of a 1-based number; raises Exception that says why there is none.
   static TQXAction& ActionOf(OpenProject& project, int number);
+  // Of each --set that nothing in the project uses, one line.
+  std::vector<std::string> UnusedSettings(const OpenProject& project);
   // Puts --set and, when one is given, a project's own variables in force.
   void UseVariables(const Invocation& invocation, const BuildProject* project);
 

@@ -409,7 +409,7 @@ TEST_F(PageDrivers, SayWhatIsWrongAndNameTheNearest) {
            {"text First.cboKind Rde", "cboKind has no item \"Rde\" (nearest: Red)"},
            {"text First.spNumber four", "\"four\" is no whole number"},
            {"tick First.lstParts 5 on", "There is no item 5 (nearest: 1)"},
-           {"tick First.lstParts 0", "A tick is on or off, not \"\" (nearest: on)"},
+           {"tick First.lstParts 0", "A tick is on or off, not \"\""},
            {"tick First.lstParts 0 on", "No tick for 0"},
            {"tick First.lstParts 1 on", "Not ours"},
            {"cell First.Cells 0 0 x", "There is no row 0 (nearest: 1)"},

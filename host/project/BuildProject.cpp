@@ -4,6 +4,7 @@
 #include <set>
 
 #include "host/project/BuildProjectNames.h"
+#include "platform/Texts.h"
 #include "platform/files/Files.h"
 
 namespace qx {
@@ -116,7 +117,7 @@ class UnknownFinder {
   }
 
   void Action(pugi::xml_node action, int number, PropertyTable table) {
-    Attributes(action, {kType});
+    Attributes(action, {kType, kEnabled});
     Children(action, {kProperty}, Text::Foreign);
     const std::string ofAction = "\" of action " + std::to_string(number);
     for (const pugi::xml_node property : action.children(kProperty)) {
@@ -197,6 +198,9 @@ void BuildProject::Index() {
   for (const pugi::xml_node variable : variables_.children(kVariable)) need(variable, kName);
   for (const pugi::xml_node action : actionList_.children(kAction)) {
     need(action, kType);
+    const std::string enabled = xml_.AttributeOf(action, kEnabled).value_or(kYes);
+    if (!SameText(enabled, kYes) && !SameText(enabled, kNo))
+      xml_.Complain(action, "enabled is True or False, not " + Quoted(enabled));
     actions_.push_back(action);
     std::set<std::string> names;
     for (const pugi::xml_node property : action.children(kProperty)) {

@@ -20,7 +20,8 @@ class BuildProject {
   // One without variables and actions. `file` is where it will be saved and what complaints name.
   static BuildProject Empty(std::string file);
   // Raises Exception "FILE(LINE): reason" for what XmlFile refuses, for a <Variables> or <Actions> that
-  // stands twice, a nameless variable, property or action, and a property that stands twice in its action.
+  // stands twice, a nameless variable, property or action, a property that stands twice in its action, and
+  // an `enabled` other than True and False.
   static BuildProject Parse(std::string text, std::string file);
   // Parse of a file's content. Raises Exception "Cannot read FILE: reason" too.
   static BuildProject Load(const std::string& file);
@@ -41,6 +42,9 @@ class BuildProject {
   std::string ActionType(int index) const;
   // Appends an action without properties and returns its index.
   int AppendAction(const std::string& type);
+  // A disabled action is kept and passed over.
+  bool IsEnabled(int index) const;
+  void SetEnabled(int index, bool isEnabled);
   // Edits by people. Comments on the lines right above an action move with it, and so does one behind it on
   // its line; all comments stay when it is removed. An index that is none raises std::out_of_range.
   // The new action, without properties, stands at the index; the number of actions appends it.

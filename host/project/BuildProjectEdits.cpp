@@ -37,6 +37,19 @@ int BuildProject::AppendAction(const std::string& type) {
   return ActionCount() - 1;
 }
 
+bool BuildProject::IsEnabled(int index) const {
+  return !SameText(xml_.AttributeOf(ActionAt(index), kEnabled).value_or(kYes), kNo);
+}
+
+void BuildProject::SetEnabled(int index, bool isEnabled) {
+  if (isEnabled == IsEnabled(index)) return;
+  if (isEnabled) {
+    xml_.RemoveAttribute(ActionAt(index), kEnabled);
+  } else {
+    xml_.SetAttribute(ActionAt(index), kEnabled, kNo);
+  }
+}
+
 void BuildProject::InsertAction(int index, const std::string& type) {
   if (index == ActionCount()) {
     AppendAction(type);

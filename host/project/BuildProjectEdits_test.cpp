@@ -33,6 +33,29 @@ constexpr const char* kThree =
     "    <Action type=\"C\"/>\n"
     "    <!-- end -->\n  ";
 
+TEST(BuildProjectEdits, DisablesAndEnablesAnAction) {
+  BuildProject project = Project("<Action type='A' enabled='false'/>\n<Action type=\"B\"/>");
+  EXPECT_FALSE(project.IsEnabled(0));
+  EXPECT_TRUE(project.IsEnabled(1));
+  project.SetEnabled(0, false);
+  EXPECT_EQ(ActionsOf(project), "<Action type='A' enabled='false'/>\n<Action type=\"B\"/>");
+  project.SetEnabled(0, true);
+  project.SetEnabled(1, false);
+  EXPECT_EQ(ActionsOf(project), "<Action type=\"A\"/>\n<Action type=\"B\" enabled=\"False\"/>");
+  EXPECT_TRUE(project.IsEnabled(0));
+  EXPECT_FALSE(project.IsEnabled(1));
+  EXPECT_TRUE(project.Unknown([](const std::string&) { return PropertyTable(); }).empty());
+}
+
+TEST(BuildProjectEdits, RefusesToBeNeitherEnabledNorDisabled) {
+  try {
+    Project("\n<Action type='A' enabled='no'/>");
+    FAIL();
+  } catch (const Exception& fault) {
+    EXPECT_EQ(fault.Message(), "p.xml(3): enabled is True or False, not \"no\"");
+  }
+}
+
 TEST(BuildProjectEdits, InsertsAnActionOnALineOfItsOwn) {
   BuildProject project = Project(kThree);
   project.InsertAction(1, "N");

@@ -14,6 +14,9 @@ inline constexpr const char* kProperty = "Property";
 inline constexpr const char* kItem = "Item";
 inline constexpr const char* kName = "name";
 inline constexpr const char* kType = "type";
+inline constexpr const char* kEnabled = "enabled";
+inline constexpr const char* kYes = "True";
+inline constexpr const char* kNo = "False";
 inline constexpr const char* kEncoding = XmlFile::kEncodingName;
 
 }  // namespace qx::build_project

@@ -161,6 +161,16 @@ std::vector<std::string> OpenProject::SaveInto(BuildProject fresh) {
   return warnings;
 }
 
+std::optional<std::vector<std::string>> OpenProject::StoredTexts() const {
+  std::vector<std::string> texts;
+  for (int i = 0; i < ActionCount(); ++i) {
+    if (!IsEnabled(i)) continue;
+    if (Action(i) == nullptr) return std::nullopt;
+    for (const auto& [name, value] : Capture(*Action(i))) texts.push_back(ForPeople(value));
+  }
+  return texts;
+}
+
 std::vector<std::string> OpenProject::Warnings() const {
   const std::vector<std::string> unknown =
       project_.Unknown([&](const std::string& type) -> std::optional<PropertyTable> {

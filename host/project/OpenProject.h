@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -27,6 +28,8 @@ class OpenProject {
   const BuildProject& Project() const { return project_; }
   int ActionCount() const { return project_.ActionCount(); }
   std::string ActionType(int index) const { return project_.ActionType(index); }
+  // A disabled action is passed over by whoever runs the project.
+  bool IsEnabled(int index) const { return project_.IsEnabled(index); }
   // The action at a zero-based index; null when no loaded package has it. This object's.
   TQXAction* Action(int index) const { return actions_.at(static_cast<std::size_t>(index)).get(); }
 
@@ -51,6 +54,10 @@ class OpenProject {
   // read, only the values that changed here go into the file as it is now. Raises Exception naming the file,
   // and then the values that could not be saved too.
   std::vector<std::string> Save();
+
+  // The texts of all stored properties of the enabled actions, in which variables may stand. None when it is
+  // not known what stands in one of them: no loaded package has it.
+  std::optional<std::vector<std::string>> StoredTexts() const;
 
   // Bytes of the project's file as people may see them: "***" for a secret that stands there in clear text.
   std::string WithoutSecrets(std::string bytes) const;

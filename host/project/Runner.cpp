@@ -27,6 +27,7 @@ std::optional<bool> CallGuarded(std::string& message, Function function) {
 RunOutcome Runner::Validate() {
   RunOutcome outcome = RunOutcome::Succeeded;
   for (int i = 0; i < project_.ActionCount() && !stopping_; ++i) {
+    if (!project_.IsEnabled(i)) continue;
     Tell(i + 1, ActionEvent::Validates);
     const RunOutcome one = ValidateOne(project_.Action(i), i + 1);
     Tell(i + 1, one == RunOutcome::Succeeded ? ActionEvent::Valid : ActionEvent::Invalid);
@@ -90,6 +91,7 @@ void Runner::Stop() {
 
 RunOutcome Runner::ExecuteAll() {
   for (int i = 0; i < project_.ActionCount(); ++i) {
+    if (!project_.IsEnabled(i)) continue;
     const RunOutcome outcome = ExecuteOne(*project_.Action(i), i + 1);
     if (stopping_) return RunOutcome::Stopped;
     if (outcome != RunOutcome::Succeeded) return outcome;

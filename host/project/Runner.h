@@ -1,5 +1,5 @@
 // A run: every action validated first, then executed in order on a thread of its own until one fails, while
-// the calling thread waits for whatever wants to stop it.
+// the calling thread waits for whatever wants to stop it. Disabled actions are passed over.
 #pragma once
 
 #include <atomic>

@@ -210,7 +210,7 @@ int FindValue(lua_State* lua) {
     lua_pushinteger(lua, static_cast<lua_Integer>(i));
     return 1;
   }
-  throw Exception(enumeration + " has no value \"" + name + "\" (nearest: " + NearestName(name, names) + ")");
+  throw Exception(enumeration + " has no value " + Quoted(name) + NameAdvice(name, names));
 }
 
 void PushEnumeration(lua_State* lua, const RegisteredEnumeration& enumeration) {

@@ -129,8 +129,9 @@ TEST_F(Scripts, GetNothingWhereThereIsNoOptionsObject) {
 TEST_F(Scripts, CountAnEnumerationsValuesFromZeroAndNameThem) {
   EXPECT_EQ(Run("print(TFlavour.flSweet, TFlavour.flSour, TFlavour[1], TFlavour[2])"), "0\t1\tflSour\tnil\n");
   EXPECT_EQ(Run("print(flSweet, flSour, FLSOUR, Kitchen().Flavour == flSour)"), "0\t1\t1\ttrue\n");
-  EXPECT_EQ(Fault("return TFlavour.flSower"),
-            "folder/s.lua:1: TFlavour has no value \"flSower\" (nearest: flSour)");
+  EXPECT_EQ(
+      Fault("return TFlavour.flSower"),
+      "folder/s.lua:1: TFlavour has no value \"flSower\"; supported: flSweet, flSour (nearest: flSour)");
 }
 
 TEST_F(Scripts, TakeArguments) {
@@ -169,7 +170,8 @@ TEST_F(Scripts, FailWithFileAndLine) {
            {"Kitchen().Seats = 1 << 31", "folder/s.lua:1: Seats cannot hold 2147483648"},
            {"Kitchen().Open = 1", "folder/s.lua:1: Open takes true or false, not a number"},
            {"Kitchen().Flavour = 2", "folder/s.lua:1: Flavour has no value 2 (nearest: 1)"},
-           {"Kitchen().Flavour = 'flBitter'", "folder/s.lua:1: Flavour: \"flBitter\" is none of"},
+           {"Kitchen().Flavour = 'flBitter'",
+            "folder/s.lua:1: Flavour: \"flBitter\" is no value of it; supported: flSweet, flSour"},
            {"Kitchen().Dishes = 'x'", "folder/s.lua:1: Dishes takes a table of texts, not a string"},
            {"Kitchen().Dishes = {1}", "folder/s.lua:1: Dishes takes a table of texts, not a number"},
            {"return Kitchen().Recipe",

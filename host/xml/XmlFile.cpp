@@ -371,6 +371,10 @@ void XmlFile::SetAttribute(pugi::xml_node element, const char* name, std::string
   attribute.set_value(Escape(value, true).c_str());
 }
 
+void XmlFile::RemoveAttribute(pugi::xml_node element, const char* name) {
+  if (element.remove_attribute(name)) changed_ = true;
+}
+
 pugi::xml_node XmlFile::FindChild(pugi::xml_node parent, const char* name, const char* attribute,
                                   std::string_view value) const {
   for (const pugi::xml_node child : parent.children(name)) {

@@ -59,6 +59,9 @@ class XmlFile {
   // Raises XmlFault when XML cannot hold the value.
   void SetAttribute(pugi::xml_node element, const char* name, std::string_view value);
 
+  // One that is not there is no error.
+  void RemoveAttribute(pugi::xml_node element, const char* name);
+
   // A new element behind `previous` (null: before everything else) on a line of its own, indented like a
   // child of `parent`; the line ends are the document's.
   pugi::xml_node Insert(pugi::xml_node parent, pugi::xml_node previous, const char* name);

@@ -10,11 +10,6 @@
 namespace qx::cli {
 namespace {
 
-std::string Advice(std::string_view given, const std::vector<std::string>& valid) {
-  const std::string nearest = NearestName(given, valid);
-  return nearest.empty() ? "" : " (nearest: " + nearest + ")";
-}
-
 class Parser {
  public:
   Parser(const ProgramRow& program, const std::vector<std::string>& arguments)
@@ -61,7 +56,8 @@ class Parser {
     if (result_.command != nullptr) return;
     std::vector<std::string> names;
     for (const CommandRow& row : program_.commands) names.emplace_back(row.name);
-    throw Fault(Kind::UnknownCommand, "Unknown command " + Quoted(word) + Advice(word, names) + See(), word);
+    throw Fault(Kind::UnknownCommand, "Unknown command " + Quoted(word) + NameAdvice(word, names) + See(),
+                word);
   }
 
   // Options of a command may stand before its name: which command it is, the first word that is no option says.
@@ -70,8 +66,8 @@ class Parser {
     const std::string name = word == "-h" ? std::string(kHelpOption.name) : word.substr(0, equals);
     const OptionRow* row = FindOption(name);
     if (row == nullptr) {
-      throw Fault(Kind::UnknownOption, "Unknown option " + Quoted(name) + Advice(name, OptionNames()) + See(),
-                  name);
+      throw Fault(Kind::UnknownOption,
+                  "Unknown option " + Quoted(name) + NameAdvice(name, OptionNames()) + See(), name);
     }
     std::string value;
     if (equals != std::string::npos) {
@@ -98,7 +94,7 @@ class Parser {
     if (row.kind == ValueKind::Choice &&
         std::find(row.choices.begin(), row.choices.end(), value) == row.choices.end()) {
       refuse(name + " cannot be " + Quoted(value) +
-             Advice(value, std::vector<std::string>(row.choices.begin(), row.choices.end())));
+             NameAdvice(value, std::vector<std::string>(row.choices.begin(), row.choices.end())));
     }
     if (row.kind == ValueKind::Number && ToInteger(value).value_or(0) < 1) {
       refuse(name + " takes a whole number from 1 on, not " + Quoted(value));
@@ -140,7 +136,7 @@ class Parser {
     for (const auto& [name, value] : result_.options) {
       if (FindOption(name) != nullptr) continue;
       throw Fault(Kind::UnknownOption,
-                  Subject() + " has no option " + Quoted(name) + Advice(name, OptionNames()) + See(),
+                  Subject() + " has no option " + Quoted(name) + NameAdvice(name, OptionNames()) + See(),
                   std::string(name));
     }
   }

@@ -58,21 +58,27 @@ TEST(Invocation, ServesProgramsWithoutCommands) {
   EXPECT_EQ(found.Value("--load"), "x");
   EXPECT_EQ(FaultOf(kKey, {}), "");
   EXPECT_EQ(FaultOf(kKey, {"front", "back"}), "key does not take \"back\"; see key --help");
-  EXPECT_EQ(FaultOf(kKey, {"--lod", "x"}), "Unknown option \"--lod\" (nearest: --load); see key --help");
+  EXPECT_EQ(
+      FaultOf(kKey, {"--lod", "x"}),
+      "Unknown option \"--lod\"; supported: --load, --help, --version (nearest: --load); see key --help");
 }
 
 TEST(Invocation, NamesWhatIsWrongAndWhereHelpIs) {
   const std::vector<std::pair<Words, std::string>> cases{
-      {{"pain"}, "Unknown command \"pain\" (nearest: paint); see house --help"},
-      {{"paint", "a", "--glos"}, "Unknown option \"--glos\" (nearest: --gloss); see house help paint"},
-      {{"--gloss", "wash"}, "house wash has no option \"--gloss\" (nearest: --load); see house help wash"},
+      {{"pain"}, "Unknown command \"pain\"; supported: paint, wash (nearest: paint); see house --help"},
+      {{"paint", "a", "--glos"},
+       "Unknown option \"--glos\"; supported: --load, --help, --version, --colour, --coats, --dry, --set, "
+       "--gloss (nearest: --gloss); see house help paint"},
+      {{"--gloss", "wash"},
+       "house wash has no option \"--gloss\"; supported: --load, --help, --version; see house help wash"},
       {{"paint"}, "house paint needs WALL; see house help paint"},
       {{"paint", "a", "b", "c"}, "house paint does not take \"c\"; see house help paint"},
       {{"paint", "a", "--gloss=1"}, "--gloss takes no value"},
       {{"paint", "a", "--coats"}, "--coats needs a value: --coats N"},
       {{"paint", "a", "--coats", "0"}, "--coats takes a whole number from 1 on, not \"0\""},
       {{"paint", "a", "--dry", "-1"}, "--dry takes a number of seconds above 0, not \"-1\""},
-      {{"paint", "a", "--colour", "gren"}, "--colour cannot be \"gren\" (nearest: green)"},
+      {{"paint", "a", "--colour", "gren"},
+       "--colour cannot be \"gren\"; supported: red, green (nearest: green)"},
       {{"paint", "a", "--coats", "1", "--coats", "2"}, "--coats is given twice"},
       {{"paint", "a", "--set", "=x"}, "\"=x\" is not of the form NAME=VALUE"},
       {{"--load", "", "wash"}, "--load needs the name of a file"},

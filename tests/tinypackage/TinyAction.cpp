@@ -32,6 +32,45 @@ void TTinyAction::GetHiddenProperties(TStringList& names) const {
   names.Add("_Password");
 }
 
+void TTinyAction::SetVersions(const std::string& dotted) {
+  if (dotted.find('.') == std::string::npos) throw Exception("\"" + dotted + "\" is no version");
+  text_ = dotted;
+}
+
+void TTinyAction::BumpVersions(VersionPart part) {
+  if (text_ == "full") throw Exception("Text is full");
+  text_ += "+" + std::to_string(static_cast<int>(part));
+}
+
+std::string TTinyAction::WarnOfText(const std::string& property, const std::string& text) {
+  return property == "Text" && text == "odd" ? "Text: even is meant" : "";
+}
+
+CheckReport TTinyAction::CheckRun() {
+  CheckReport report;
+  try {
+    ExpandExpression(text_, true);
+  } catch (const std::exception& error) {
+    report.findings.push_back({CheckSeverity::Error, "Text", error.what(), "", "define it"});
+  }
+  if (text_ == "odd")
+    report.findings.push_back({CheckSeverity::Warning, "Text", "It is odd", "tiny.txt", ""});
+  report.projects.push_back({"Tiny", "tiny.txt", "Other", loud_, loud_ ? "" : "it is not loud"});
+  for (const std::string& line : lines_.Items())
+    report.stamps.push_back({line, "Tiny", "AssemblyInfo", "1.0.0.0", ""});
+  return report;
+}
+
+bool TTinyAction::TakesFile(const std::string& file) { return file.ends_with(".tiny"); }
+
+FromFileAnswer TTinyAction::SetUpFromFile(const FromFileRequest& request) {
+  if (request.configuration == "none") throw Exception(request.file + " has no configuration \"none\"");
+  text_ = request.file.substr(request.projectFolder.size());
+  loud_ = request.stamps;
+  lines_.Add(request.configuration);
+  return {{"Text: " + text_}, {"it is tiny"}};
+}
+
 bool TTinyAction::Validate(IQXActionValidationError& errors) {
   if (verdict_ == TTinyVerdict::tvError) errors.AddError("Verdict", "The verdict is an error");
   if (verdict_ == TTinyVerdict::tvThrow) throw Exception("Validating threw");

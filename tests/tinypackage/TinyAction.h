@@ -6,8 +6,11 @@
 #include <string>
 
 #include "plugin/Qxaction.h"
+#include "plugin/Qxcheck.h"
+#include "plugin/Qxfromfile.h"
 #include "plugin/Qxoptions.h"
 #include "plugin/Qxprocess.h"
+#include "plugin/Qxversions.h"
 
 namespace qx::tiny {
 
@@ -15,8 +18,19 @@ namespace qx::tiny {
 enum class TTinyDeed { tdSucceed, tdFail, tdThrow, tdThrowNumber, tdSleep, tdWrite, tdRun, tdFlood };
 enum class TTinyVerdict { tvValid, tvError, tvSilent, tvThrow };
 
-class TTinyAction : public TQXAction {
+class TTinyAction : public AnswersUncounted<IQXVersions, IQXCheck, IQXFromFile>, public TQXAction {
  public:
+  // One version, the text; the text "odd" is warned of, and "full" cannot be raised.
+  std::vector<ActionVersion> GetVersions() override { return {{"Text", text_}}; }
+  void SetVersions(const std::string& dotted) override;
+  void BumpVersions(VersionPart part) override;
+  std::string WarnOfText(const std::string& property, const std::string& text) override;
+  // An error when the text cannot be expanded, a warning of "odd"; each of the lines is a file to be stamped.
+  CheckReport CheckRun() override;
+  // Works on any file.tiny: its name becomes the text, the configuration a line.
+  bool TakesFile(const std::string& file) override;
+  FromFileAnswer SetUpFromFile(const FromFileRequest& request) override;
+
   void Create() override;
   bool Execute() override;
   bool Validate(IQXActionValidationError& errors) override;
