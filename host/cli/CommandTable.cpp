@@ -11,7 +11,7 @@ namespace qx::cli {
 namespace {
 
 constexpr std::array<std::string_view, 3> kColours{"auto", "always", "never"};
-constexpr std::array<std::string_view, 2> kLogStyles{"text", "json"};
+constexpr std::array<std::string_view, 5> kLogStyles{"text", "json", "teamcity", "github", "azure"};
 constexpr std::array<std::string_view, 3> kChecks{"fail", "warn", "off"};
 
 constexpr OptionRow kSet{
@@ -33,7 +33,8 @@ constexpr std::array kRunOperands{kFile};
 constexpr std::array kOptionalFile{OperandRow{"FILE", ValueKind::File, 0, 1}};
 constexpr std::array kRunOptions{
     kSet,
-    OptionRow{"--log", "STYLE", ValueKind::Choice, kLogStyles, false, "how the log is written: text or json"},
+    OptionRow{"--log", "STYLE", ValueKind::Choice, kLogStyles, false,
+              "how the log is written: text, json, or with the messages of teamcity, github or azure"},
     OptionRow{"--log-file", "FILE", ValueKind::File, {}, false, "write the log into this file too"},
     OptionRow{"--no-save", "", ValueKind::None, {}, false, "do not save the actions' properties afterwards"},
     OptionRow{"--dry-run",

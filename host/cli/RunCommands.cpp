@@ -9,6 +9,7 @@
 #include "host/project/DryRun.h"
 #include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
+#include "host/report/ServiceLog.h"
 #include "host/settings/HostSettings.h"
 #include "host/system/HostProgram.h"
 #include "platform/files/Files.h"
@@ -101,11 +102,10 @@ class RunLog {
  public:
   RunLog(const Session& session, const Invocation& invocation, const Baseline& known)
       : diagnostics_(static_cast<DiagnosticLog&>(log_.AddSink(std::make_unique<DiagnosticLog>(&known)))) {
-    const LogStyle style =
-        invocation.Value("--log").value_or("text") == "json" ? LogStyle::Json : LogStyle::Text;
-    Add(std::make_unique<StreamSink>(LogFile::StandardOutput(), style, session.Colour()));
+    const std::string style = invocation.Value("--log").value_or("text");
+    Add(LogFile::StandardOutput(), style, session.Colour());
     const auto path = invocation.Value("--log-file");
-    if (path) Add(std::make_unique<StreamSink>(LogFile::Create(*path), style, ColourChoice::Never));
+    if (path) Add(LogFile::Create(*path), style, ColourChoice::Never);
   }
   ActionLog& Log() { return log_; }
   const DiagnosticLog& Diagnostics() const { return diagnostics_; }
@@ -118,7 +118,18 @@ class RunLog {
   }
 
  private:
-  void Add(std::unique_ptr<StreamSink> sink) {
+  void Add(LogFile file, const std::string& style, ColourChoice colour) {
+    std::unique_ptr<StreamSink> sink;
+    if (const ServiceSystem* system = FindServiceSystem(style)) {
+      sink = std::make_unique<StreamSink>(
+          std::move(file),
+          [log = ServiceLog(*system, diagnostics_)](std::string& out, const LogRecord& record) mutable {
+            log.Append(out, record);
+          });
+    } else {
+      sink = std::make_unique<StreamSink>(std::move(file), style == "json" ? LogStyle::Json : LogStyle::Text,
+                                          colour);
+    }
     sinks_.push_back(sink.get());
     log_.AddSink(std::move(sink));
   }
@@ -175,8 +186,10 @@ int RunProject(Session& session, const Invocation& invocation) {
   if (outcome == RunOutcome::Succeeded) {
     if (project.ActionCount() == 0) Session::Warn(file + " holds no action");
     std::vector<int> begun;
-    runner.SetObserver([&begun](int number, ActionEvent event) {
-      if (event == ActionEvent::Begins) begun.push_back(number);
+    runner.SetObserver([&](int number, ActionEvent event) {
+      if (event != ActionEvent::Begins) return;
+      begun.push_back(number);
+      log.Log().AddBegin(number, project.Action(number - 1)->GetActionLogTitle(), project.ActionCount());
     });
     const auto start = std::chrono::steady_clock::now();
     outcome = runner.Execute(requests, TimeoutOf(invocation));

@@ -153,6 +153,17 @@ TEST_F(RunCommand, KeepsTheBaselineWhenTheRunDoesNotSucceed) {
   EXPECT_EQ(Content("known.json"), "{\"version\":1,\"diagnostics\":[]}");
 }
 
+TEST_F(RunCommand, LogsInTheWordsOfASystem) {
+  Project("p.xml", {{"Lines=a.cpp(1) : error C1: x;##vso[task.complete]"}});
+  const auto result = Host({"run", "p.xml", "--log", "azure", "--log-file", "log.txt"});
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_TRUE(Holds(result.out, "##[group]1. Tiny Task\nhello\n")) << result.out;
+  EXPECT_TRUE(Holds(result.out, "##vso[task.logissue type=error;sourcepath=a.cpp;linenumber=1;code=C1;]x\n"));
+  EXPECT_TRUE(Holds(result.out, "    # #vso[task.complete]\n"));
+  EXPECT_EQ(Content("log.txt").substr(0, 60), result.out.substr(0, 60));
+  EXPECT_EQ(Host({"run", "p.xml", "--log", "jenkins"}).code, 2);
+}
+
 TEST_F(RunCommand, NeverLogsASecret) {
   Project("p.xml", {{"Password=hush-hush", "Loud=True"}});
   for (const char* style : {"text", "json"}) {

@@ -112,7 +112,7 @@ std::string_view DiagnosticLog::ProjectOf(std::string_view line) const {
     const auto found = byNumber_.find(TakeBuildNumber(line));
     if (found != byNumber_.end()) return found->second;
   }
-  return entered_.empty() ? current_ : entered_.back();
+  return CurrentProject();
 }
 
 std::string_view DiagnosticLog::Named(std::string_view project) {

@@ -78,7 +78,7 @@ class DiagnosticLog : public LogSink {
   };
   std::span<const Found> InLastRecord() const { return found_; }
   // The project whose output follows; empty when none's does.
-  std::string_view CurrentProject() const { return current_; }
+  std::string_view CurrentProject() const { return entered_.empty() ? current_ : entered_.back(); }
 
  private:
   void BeginAction(int action);

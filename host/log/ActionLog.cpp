@@ -184,6 +184,15 @@ void ActionLog::AddValidation(int action, std::string_view subject, std::string_
   Add(record);
 }
 
+void ActionLog::AddBegin(int action, std::string_view name, int actions) {
+  LogRecord record;
+  record.kind = LogKind::Begin;
+  record.action = action;
+  record.subject = name;
+  record.actions = actions;
+  Add(record);
+}
+
 void ActionLog::AddResult(int action, std::string_view name, bool success, double seconds) {
   LogRecord record;
   record.kind = LogKind::Result;

@@ -15,7 +15,7 @@
 
 namespace qx {
 
-enum class LogKind { Message, Status, Exception, Result, Validation, Summary };
+enum class LogKind { Begin, Message, Status, Exception, Result, Validation, Summary };
 
 // Detail lines that lie one behind the other in one text; `ends` holds where each one ends.
 class LogDetails {
@@ -39,10 +39,12 @@ struct LogRecord {
   int action = 0;         // 1-based place of the action in its build project; 0: none
   std::string_view text;  // of a message or exception; the heading of a status; the message of a validation
                           // error; the lines of a summary
-  std::string_view subject;  // of a validation error; the action's name of a result; a summary's JSON object
+  std::string_view subject;  // of a validation error; the action's name of a result or a beginning; a
+                             // summary's JSON object
   LogDetails details;        // of a status
   bool success = false;      // of a result
   double seconds = 0;        // of a result
+  int actions = 0;           // how many there are in all, of a beginning
 };
 
 // Where records go. The log calls one sink at a time, never two threads at once.
@@ -101,6 +103,8 @@ class ActionLog {
   void AddMessage(int action, std::string_view text);
   void AddException(int action, std::string_view text);
   void AddValidation(int action, std::string_view subject, std::string_view message);
+  // The first record of an action. Neither the text nor the JSON form shows it.
+  void AddBegin(int action, std::string_view name, int actions);
   // The last record of an action; flushes.
   void AddResult(int action, std::string_view name, bool success, double seconds);
   // The end of a run, in both forms: lines for people, and one JSON object; each with its line ends.

@@ -118,6 +118,8 @@ void AppendDetails(std::string& out, const LogDetails& details) {
 
 void AppendAsText(std::string& out, const LogRecord& record, LogColour colour) {
   switch (record.kind) {
+    case LogKind::Begin:
+      return;
     case LogKind::Message:
       out += record.text;
       out += '\n';
@@ -140,6 +142,7 @@ void AppendAsText(std::string& out, const LogRecord& record, LogColour colour) {
 }
 
 void AppendAsJson(std::string& out, const LogRecord& record) {
+  if (record.kind == LogKind::Begin) return;
   if (record.kind == LogKind::Summary) {
     out += record.subject;
     return;
@@ -172,6 +175,7 @@ void AppendAsJson(std::string& out, const LogRecord& record) {
       out += record.success ? ",\"success\":true" : ",\"success\":false";
       out += ",\"seconds\":" + FormatSeconds(record.seconds, 3);
       break;
+    case LogKind::Begin:
     case LogKind::Summary:
       break;
   }
@@ -210,7 +214,7 @@ std::string LogEntry::AsText() const {
     ends.push_back(joined.size());
   }
   std::string out;
-  AppendAsText(out, {kind, action, text, subject, LogDetails(joined, ends), success, seconds},
+  AppendAsText(out, {kind, action, text, subject, LogDetails(joined, ends), success, seconds, 0},
                LogColour::Off);
   if (!out.empty()) out.pop_back();
   return out;

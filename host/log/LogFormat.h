@@ -13,8 +13,8 @@ enum class LogColour { Off, On };
 
 // Appends the record as text with its line ends (LF): a message as it is; a status's heading on a line of its
 // own and its details under it, indented by four blanks when there is a heading; an exception's text;
-// "SUBJECT: MESSAGE" of a validation error; "NAME: succeeded (1.2 s)" or "NAME: failed (1.2 s)" of a result.
-// Bytes stay as they stand.
+// "SUBJECT: MESSAGE" of a validation error; "NAME: succeeded (1.2 s)" or "NAME: failed (1.2 s)" of a result;
+// nothing of a beginning. Bytes stay as they stand.
 void AppendAsText(std::string& out, const LogRecord& record, LogColour colour);
 
 // Appends the record as a JSON object and LF. A byte that is not valid UTF-8 becomes U+FFFD; the rest stays.

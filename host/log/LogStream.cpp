@@ -32,9 +32,14 @@ StreamSink::StreamSink(LogFile file, LogStyle style, ColourChoice colour)
   buffer_.reserve(kBufferSize + kBufferSize / 4);
 }
 
+StreamSink::StreamSink(LogFile file, AppendRecord append)
+    : file_(std::move(file)), append_(std::move(append)) {}
+
 void StreamSink::Take(const LogRecord& record) {
   const std::size_t begin = buffer_.size();
-  if (style_ == LogStyle::Json) {
+  if (append_) {
+    append_(buffer_, record);
+  } else if (style_ == LogStyle::Json) {
     AppendAsJson(buffer_, record);
   } else {
     AppendAsText(buffer_, record, colour_);

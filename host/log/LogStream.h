@@ -1,7 +1,9 @@
-// The log's sink into a stream: standard output or a log file, as text or JSON, through a buffer of 64 KiB.
+// The log's sink into a stream: standard output or a log file, as text, as JSON or in a form of the caller's, through
+// a buffer of 64 KiB.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -39,11 +41,15 @@ class LogFile {
   bool owned_;
 };
 
+// Appends a record in a form of its own, with its line ends.
+using AppendRecord = std::function<void(std::string& out, const LogRecord& record)>;
+
 class StreamSink : public LogSink {
  public:
   // Colour: always, never, or when the stream is a terminal, NO_COLOR is unset or empty and TERM is not
   // "dumb". JSON is never coloured.
   StreamSink(LogFile file, LogStyle style, ColourChoice colour);
+  StreamSink(LogFile file, AppendRecord append);
 
   void Take(const LogRecord& record) override;
   void Flush() override;
@@ -53,8 +59,9 @@ class StreamSink : public LogSink {
 
  private:
   LogFile file_;
-  LogStyle style_;
-  LogColour colour_;
+  LogStyle style_ = LogStyle::Text;
+  LogColour colour_ = LogColour::Off;
+  AppendRecord append_;  // takes the place of both
   std::string buffer_;
   std::string error_;
 };
