@@ -42,7 +42,6 @@ struct Reading {
   std::optional<std::string> error;
   std::vector<Items> projects;  // name, path, identifier, then the dependencies
   std::optional<Items> configurations;
-  friend bool operator==(const Reading&, const Reading&) = default;
 };
 
 // The simple reading: lines by getline, projects by one regular expression, a file's existence through the

@@ -11,7 +11,6 @@
 namespace qx {
 namespace {
 
-constexpr std::string_view kCompiler = "VCCLCompilerTool";
 constexpr std::string_view kResources = "VCResourceCompilerTool";
 constexpr int kDeepestScript = 20;
 

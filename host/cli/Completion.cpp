@@ -1,4 +1,5 @@
-#include <ranges>
+#include <string_view>
+#include <vector>
 
 #include "host/cli/Documents.h"
 #include "platform/Texts.h"
@@ -9,7 +10,9 @@ namespace {
 // The names of a table's rows.
 template <class Rows>
 std::string NamesIn(const Rows& rows) {
-  return Join(rows | std::views::transform([](const auto& row) { return row.name; }), " ");
+  std::vector<std::string_view> names;
+  for (const auto& row : rows) names.push_back(row.name);
+  return Join(names, " ");
 }
 
 // What bash runs to offer values of a kind.
