@@ -1,6 +1,7 @@
 // A thousand random actions over random solutions, and over solutions that nobody here wrote: read by the
 // pages, written by them, saved and loaded, every stored property is what it was but for what the pages'
-// rules change, which stand here once more as a model. A second round changes nothing at all.
+// rules change, which stand here once more as a model. A second round changes nothing but the value of a key
+// that stands twice: it shows the first one's, which is the version of the first round only now.
 #include <filesystem>
 #include <iostream>
 #include <map>
@@ -253,17 +254,21 @@ TEST_F(RoundTrip, ChangesNothingThatTheRulesDoNotChange) {
     Randomise(solution, look);
     const Properties before = Stored(*action);
     const Properties expected = Model(before, look).After();
+    const Properties expectedAgain = Model(expected, look).After();
     for (const auto& [name, value] : expected) {
       ++seen;
       if (before.at(name) != value) ++changed;
+      if (name == "VersionInfoKeys") continue;
+      EXPECT_TRUE(expectedAgain.at(name) == value) << name;
     }
-    for (const char* pass : {"first", "second"}) {
+    for (const Properties* pass : {&expected, &expectedAgain}) {
       Open();
       Write();
       dialog.reset();
       SaveAndLoad();
       const Properties after = Stored(*action);
-      for (const auto& [name, value] : expected) EXPECT_TRUE(after.at(name) == value) << pass << " " << name;
+      for (const auto& [name, value] : *pass)
+        EXPECT_TRUE(after.at(name) == value) << (pass == &expected ? "first " : "second ") << name;
     }
     user.TakeShown();
   }
