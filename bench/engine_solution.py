@@ -87,13 +87,14 @@ def commands(folder):
         for command in listed.stdout.splitlines():
             if command.startswith("ninja:"):
                 continue
-            found.append((build, command))
+            # Without the turn that the shell takes before it and gives back behind it.
+            found.append((build, command.split("; ", 1)[1].rsplit("; code=", 1)[0]))
     return found
 
 
 def write_peers(folder):
     """build.ninja and Makefile of the same commands, in one file each, as somebody would write them by hand."""
-    ninja = ["rule run", "  command = cd $place && $line", "  depfile = $dep", "rule link", "  command = cd $place && $line"]
+    ninja = ["rule run", "  command = cd $place && $line", "  depfile = $dep", "  deps = gcc", "rule link", "  command = cd $place && $line"]
     make = ["all:"]
     outputs = []
     for build, command in commands(folder):

@@ -8,10 +8,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
 
+#include "engine/Turns.h"
 #include "platform/Posix.h"
 
 namespace qx {
@@ -19,17 +22,47 @@ namespace {
 
 constexpr int kSignalled = 128;
 
-std::atomic<pid_t> running_child = 0;  // leads a process group of its own
+constexpr pid_t kFree = 0, kStarting = -1;
+
+// Each leads a process group of its own. More are not started at the same time.
+std::array<std::atomic<pid_t>, 64> runningChildren = {};
 std::atomic<int> stopSignal = 0;
 
-// Only what may be done in a signal handler. The child's group gets the same signal: Ninja ends its compilers
-// by it and removes what they had half written.
+// Only what may be done in a signal handler. The groups of the children get the same signal: Ninja ends its
+// compilers by it and removes what they had half written.
 void Forward(int number) {
   const int error = errno;
   stopSignal = number;
-  if (const pid_t child = running_child; child > 0) kill(-child, number);
+  for (const std::atomic<pid_t>& each : runningChildren) {
+    if (const pid_t child = each; child > 0) kill(-child, number);
+  }
   errno = error;
 }
+
+// A child's place in the list, for as long as it runs.
+class Place {
+ public:
+  Place() {
+    place_ = std::ranges::find_if(runningChildren, [](std::atomic<pid_t>& each) {
+      pid_t expected = kFree;
+      return each.compare_exchange_strong(expected, kStarting);
+    });
+  }
+  ~Place() {
+    if (IsThere()) *place_ = kFree;
+  }
+  Place(const Place&) = delete;
+  Place& operator=(const Place&) = delete;
+
+  bool IsThere() const { return place_ != runningChildren.end(); }
+  void Take(pid_t child) {
+    *place_ = child;
+    if (const int number = stopSignal; number != 0) kill(-child, number);  // it came between the two
+  }
+
+ private:
+  decltype(runningChildren)::iterator place_;
+};
 
 std::vector<std::string> MergedEnvironment(const std::map<std::string, std::string>& added) {
   std::vector<std::string> all;
@@ -49,6 +82,11 @@ int Spawn(const ChildCommand& command, const std::string& program, int output, p
   posix_spawn_file_actions_addopen(&orders.actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_adddup2(&orders.actions, output, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&orders.actions, output, STDERR_FILENO);
+  if (command.turns != nullptr) {
+    environment.push_back(std::string(kTurnsVariable) + "=1");
+    posix_spawn_file_actions_adddup2(&orders.actions, command.turns->ReadEnd(), kTakeTurn);
+    posix_spawn_file_actions_adddup2(&orders.actions, command.turns->WriteEnd(), kGiveTurnBack);
+  }
   if (!command.folder.empty()) {
     posix_spawn_file_actions_addchdir_np(&orders.actions, command.folder.c_str());
   }
@@ -124,6 +162,8 @@ ChildResult RunChild(const ChildCommand& command, const std::function<void(std::
   if (command.arguments.empty()) return {-1, "no program is named"};
   const std::string program = FindProgram(command.arguments.front());
   if (program.empty()) return {-1, command.arguments.front() + " was not found on the PATH"};
+  Place place;
+  if (!place.IsThere()) return {-1, "too many programs run at the same time"};
 
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return {-1, system::LastError()};
@@ -133,12 +173,9 @@ ChildResult RunChild(const ChildCommand& command, const std::function<void(std::
   const int error = Spawn(command, program, writeEnd.Number(), child);
   writeEnd.Close();
   if (error != 0) return {-1, "cannot start " + program + ": " + system::ErrorText(error)};
-  running_child = child;
-  if (const int number = stopSignal; number != 0) kill(-child, number);  // it came between the two
+  place.Take(child);
   ReadLines(readEnd.Number(), child, line);
-  const int code = WaitFor(child);
-  running_child = 0;
-  return {code, ""};
+  return {WaitFor(child), ""};
 }
 
 std::string_view SearchPath() {

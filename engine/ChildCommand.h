@@ -10,10 +10,13 @@
 
 namespace qx {
 
+class Turns;
+
 struct ChildCommand {
   std::vector<std::string> arguments;              // the first is the program: a path, or a name on the PATH
   std::string folder;                              // where it runs; empty: the current folder
   std::map<std::string, std::string> environment;  // added to the engine's own
+  const Turns* turns = nullptr;                    // that its commands may take
 };
 
 struct ChildResult {
@@ -22,7 +25,7 @@ struct ChildResult {
 };
 
 // Its input is empty; both its outputs come as one, in their order, each line without its end. No shell takes
-// part. One child at a time, on the engine's one thread.
+// part. Any thread; `line` is called on it.
 ChildResult RunChild(const ChildCommand& command, const std::function<void(std::string_view)>& line);
 
 // The folders of the PATH, with colons between them; the usual ones in an environment without it.

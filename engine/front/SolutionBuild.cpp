@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <map>
+#include <mutex>
+#include <thread>
 
 #include "engine/ChildCommand.h"
+#include "engine/Turns.h"
+#include "engine/front/Neighbourhood.h"
+#include "engine/front/OrderedOutput.h"
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
@@ -18,6 +23,8 @@ using Status = BuiltProject::Status;
 
 // Of every error and warning that is the engine's own and no tool's.
 constexpr const char* kCode = "QXE0001";
+// Projects that are built at the same time: enough to keep every processor at work while one of them links.
+constexpr int kMostAtOnce = 8;
 
 BuiltProject Outcome(Status status, std::string reason, std::string limit = "") {
   BuiltProject outcome;
@@ -34,53 +41,79 @@ bool HasSucceeded(const BuiltProject& project) {
 class SolutionRun {
  public:
   SolutionRun(SolutionPlan plan, std::string solutionFile, const BuildRequest& request,
-              const FrontSettings& settings, const Builders& builders, Console& console, BuildReport report)
+              const FrontSettings& settings, const Builders& builders, Console& console,
+              SolutionFormat format)
       : plan_(std::move(plan)),
         solutionFile_(std::move(solutionFile)),
         request_(request),
         settings_(settings),
         builders_(builders),
         console_(console),
-        report_(report),
-        built_(plan_.projects.size()) {}
+        format_(format),
+        built_(plan_.projects.size()),
+        turns_(settings.jobs),
+        output_(console, plan_.projects.size()),
+        neighbourhood_(plan_.projects.size(),
+                       static_cast<std::size_t>(std::min(turns_.Count(), kMostAtOnce))) {}
 
   bool Run() {
     for (const std::string& warning : plan_.warnings) {
       console_.Warning(solutionFile_, 0, kCode, warning);
     }
-    for (std::size_t i = 0; i < plan_.projects.size() && !IsStopped(); ++i) RunProject(i);
+    {
+      std::vector<std::jthread> threads;
+      for (std::size_t i = 0; i < plan_.projects.size() && !IsStopped(); ++i) Start(i, threads);
+    }
     if (IsStopped()) console_.Line("The build was stopped.");
-    report_.Closed(totals_);
+    BuildReport(console_, format_, request_.goal).Closed(totals_);
     return (!request_.isDeployed || Deploy()) && totals_.failed == 0 && !IsStopped();
   }
 
  private:
+  // Only Visual C++ projects keep to the turns, so that some are built at the same time. All others are built alone.
+  void Start(std::size_t number, std::vector<std::jthread>& threads) {
+    const PlannedProject& project = plan_.projects[number];
+    neighbourhood_.AwaitEnds(project.needs);
+    const bool runsBesideOthers =
+        project.fate != Fate::Build || (project.kind == ProjectKind::VisualCpp && plan_.projects.size() > 1);
+    if (!runsBesideOthers) neighbourhood_.AwaitAll();
+    if (project.fate != Fate::Build || !runsBesideOthers) return RunProject(number);
+    neighbourhood_.AwaitRoom(number);
+    if (IsStopped()) return neighbourhood_.End(number);
+    threads.emplace_back([this, number] { RunProject(number); });
+    neighbourhood_.AwaitIntent(number);
+  }
+
+  // On a thread of its own, or on the only one.
   void RunProject(std::size_t number) {
     const PlannedProject& project = plan_.projects[number];
+    Console& console = output_.Of(number);
+    BuildReport report(console, format_, request_.goal);
     BuiltProject& built = built_[number];
     if (project.fate == Fate::PassOver) {
-      report_.Skipped(project.name, project.configuration, project.platform, project.reason);
+      report.Skipped(project.name, project.configuration, project.platform, project.reason);
       built = Outcome(Status::Skipped, project.reason);
-      ++totals_.skipped;
     } else {
-      report_.Started(project.name, project.configuration, project.platform);
-      const Console::Counts before = console_.Counted();
-      built = Build(project);
-      Judge(project, built);
-      if (built.status == Status::Failed) Complain(project, built, console_.Counted().errors > before.errors);
-      built.errors = console_.Counted().errors - before.errors;
-      built.warnings = console_.Counted().warnings - before.warnings;
-      report_.Ended(project.name, built.errors, built.warnings);
-      Count(built);
+      report.Started(project.name, project.configuration, project.platform);
+      built = Build(number);
+      Judge(project, built, console);
+      if (built.status == Status::Failed) Complain(project, built, console);
+      built.errors = console.Counted().errors;
+      built.warnings = console.Counted().warnings;
+      report.Ended(project.name, built.errors, built.warnings);
     }
     built.name = project.name;
     built.guid = project.guid;
     built.file = project.file;
     built.configuration = project.configuration;
     built.platform = project.platform;
+    Count(built);
+    output_.End(number);
+    neighbourhood_.End(number);
   }
 
-  BuiltProject Build(const PlannedProject& project) {
+  BuiltProject Build(std::size_t number) {
+    const PlannedProject& project = plan_.projects[number];
     if (project.fate == Fate::Refuse) return Outcome(Status::Failed, project.reason, project.limit);
     for (const std::size_t need : project.needs) {
       if (built_[need].status != Status::Failed || request_.goal == Goal::Clean) continue;
@@ -89,13 +122,31 @@ class SolutionRun {
     }
     const auto& builder = project.kind == ProjectKind::VisualCpp ? builders_.visualCpp : builders_.dotNet;
     try {
-      return builder(TaskFor(project), console_);
+      if (settings_.skip.empty() || project.kind != ProjectKind::VisualCpp)
+        return builder(TaskFor(number), output_.Of(number));
+      return BuildOrSkip(builder, number);
     } catch (const std::exception& failure) {
       return Outcome(Status::Failed, failure.what());
     }
   }
 
-  ProjectTask TaskFor(const PlannedProject& project) const {
+  // Of a project that is skipped, the errors by which that was seen are nobody's concern.
+  template <class Builder>
+  BuiltProject BuildOrSkip(const Builder& builder, std::size_t number) {
+    ConsoleText kept;
+    BuiltProject built = builder(TaskFor(number), kept);
+    if (built.status != Status::Failed || !IsSkipped(built)) {
+      ForEachLine(kept.Text(), [&](std::string_view line) { output_.Of(number).Line(line); });
+    }
+    return built;
+  }
+
+  bool IsSkipped(const BuiltProject& built) const {
+    return !built.limit.empty() && settings_.skip.contains(built.limit);
+  }
+
+  ProjectTask TaskFor(std::size_t number) {
+    const PlannedProject& project = plan_.projects[number];
     ProjectTask task;
     task.name = project.name;
     task.guid = project.guid;
@@ -108,7 +159,9 @@ class SolutionRun {
     task.properties = request_.properties;
     if (request_.usesEnvironment) task.properties["useenv"] = "1";
     task.launcher = settings_.launcher;
-    task.jobs = settings_.jobs;
+    task.jobs = turns_.Count();
+    task.turns = &turns_;
+    task.neighbours = &neighbourhood_.Of(number);
     for (const std::size_t need : NeedsOf(project)) task.needs.push_back(&built_[need]);
     return task;
   }
@@ -128,34 +181,36 @@ class SolutionRun {
   }
 
   // Tools have been seen to report success without a program: what is not there was not built.
-  void Judge(const PlannedProject& project, BuiltProject& built) {
+  void Judge(const PlannedProject& project, BuiltProject& built, Console& console) {
     if (!HasSucceeded(built) || request_.goal == Goal::Clean || built.output.empty()) return;
     if (!FileExists(built.output)) {
       built = Outcome(Status::Failed, "its build reports success, but there is no " + built.output);
       return;
     }
+    const std::lock_guard lock(mutex_);
     const auto [first, isNew] = outputs_.try_emplace(built.output, project.name);
     if (isNew) return;
-    console_.Warning(project.file, 0, kCode,
-                     "wrote over " + built.output + ", which " + first->second + " had built");
+    console.Warning(project.file, 0, kCode,
+                    "wrote over " + built.output + ", which " + first->second + " had built");
   }
 
   // Says why a project failed: as an error, unless its tools have printed theirs; as a warning where the user
   // asked for such projects to be skipped.
-  void Complain(const PlannedProject& project, BuiltProject& built, bool hasErrors) {
+  void Complain(const PlannedProject& project, BuiltProject& built, Console& console) const {
     const std::string text = project.name + ": " + built.reason;
-    if (!built.limit.empty() && settings_.skip.contains(built.limit)) {
-      console_.Warning(project.file, 0, kCode,
-                       text + " (skipped, as the setting for \"" + built.limit + "\" asks)");
+    if (IsSkipped(built)) {
+      console.Warning(project.file, 0, kCode,
+                      text + " (skipped, as the setting for \"" + built.limit + "\" asks)");
       built.status = Status::Skipped;
-    } else if (hasErrors) {
-      console_.Line(text);
+    } else if (console.Counted().errors > 0) {
+      console.Line(text);
     } else {
-      console_.Error(project.file, 0, kCode, text);
+      console.Error(project.file, 0, kCode, text);
     }
   }
 
   void Count(const BuiltProject& built) {
+    const std::lock_guard lock(mutex_);
     if (built.status == Status::Failed) {
       ++totals_.failed;
     } else if (built.status == Status::Skipped) {
@@ -173,7 +228,7 @@ class SolutionRun {
       console_.Error(project.file, 0, kCode, project.name + ": projects are not deployed here, only built");
       ++totals.failed;
     }
-    if (totals.failed > 0) report_.Deployed(totals);
+    if (totals.failed > 0) BuildReport(console_, format_, request_.goal).Deployed(totals);
     return totals.failed == 0;
   }
 
@@ -183,8 +238,12 @@ class SolutionRun {
   const FrontSettings& settings_;
   const Builders& builders_;
   Console& console_;
-  BuildReport report_;
-  std::vector<BuiltProject> built_;             // by number in the plan
+  const SolutionFormat format_;
+  std::vector<BuiltProject> built_;  // by number in the plan
+  const Turns turns_;
+  OrderedOutput output_;
+  Neighbourhood neighbourhood_;
+  std::mutex mutex_;
   std::map<std::string, std::string> outputs_;  // the project that built each
   BuildTotals totals_;
 };
@@ -232,8 +291,9 @@ bool CarryOut(const BuildRequest& request, const FrontSettings& settings, const 
   if (found.empty() || !FileExists(found)) throw Exception("There is no file " + request.file);
   const std::string file = ExpandPath("", found);
   if (!HasExtension(file, ".sln")) {
-    BuildReport report(console, SolutionFormat::Vs2005, request.goal);
-    return SolutionRun(PlanForProject(request, file), "", request, settings, builders, console, report).Run();
+    return SolutionRun(PlanForProject(request, file), "", request, settings, builders, console,
+                       SolutionFormat::Vs2005)
+        .Run();
   }
   const std::string bytes = ReadFile(file);
   std::string scratch;
@@ -241,9 +301,8 @@ bool CarryOut(const BuildRequest& request, const FrontSettings& settings, const 
   if (map.format == SolutionFormat::Unknown) {
     throw Exception(file + " is no solution of Visual Studio 2002, 2003 or 2005 (format 7.00, 8.00 or 9.00)");
   }
-  BuildReport report(console, map.format, request.goal);
   return SolutionRun(PlanFor(request, map, file, builders), file, request, settings, builders, console,
-                     report)
+                     map.format)
       .Run();
 }
 

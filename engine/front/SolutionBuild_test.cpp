@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
+#include <thread>
+
 #include "host/testing/TestFolder.h"
+#include "platform/Texts.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -150,6 +155,54 @@ TEST_F(SolutionBuildTest, SkipsSuchProjectsWhereTheUserAsksForIt) {
   EXPECT_TRUE(Says((folder_ / "A.vdproj") + " : warning QXE0001: A: setup projects need Visual Studio itself "
                                             "(skipped, as the setting for \"setup\" asks)"));
   EXPECT_TRUE(Says("    Build: 1 succeeded, 0 failed, 2 skipped"));
+}
+
+TEST_F(SolutionBuildTest, ErrorsOfASkippedProjectAreNotPrinted) {
+  settings_.skip = {"mfc"};
+  errors_ = {"A", "B"};
+  limits_["A"] = "mfc";
+  status_["A"] = status_["B"] = Status::Failed;
+  EXPECT_FALSE(Build(SolutionText("8.00", {{"A", "A.vcproj", {}}, {"B", "B.vcproj", {}}})));
+  EXPECT_TRUE(Says("A - 0 error(s), 1 warning(s)"));
+  EXPECT_TRUE(Says("B - 1 error(s), 0 warning(s)"));
+  EXPECT_EQ(console_.Counted().errors, 1);
+}
+
+// Two that do not meet: the first goes on only when the second is done.
+TEST_F(SolutionBuildTest, BuildsProjectsAtTheSameTimeAndPrintsThemInOrder) {
+  std::promise<void> hasEnded;
+  builders_.visualCpp = [&](const ProjectTask& task, Console& console) {
+    task.neighbours->Announce({false, {task.name}});
+    if (task.name == "A") hasEnded.get_future().wait();
+    console.Line("lines of " + task.name);
+    if (task.name == "B") hasEnded.set_value();
+    BuiltProject built;
+    built.status = Status::Succeeded;
+    return built;
+  };
+  EXPECT_TRUE(
+      Build(SolutionText("8.00", {{"A", "A.vcproj", {}}, {"B", "B.vcproj", {}}, {"C", "C.vcproj", {"A"}}})));
+  std::string order;
+  ForEachLine(console_.Text(), [&](std::string_view line) {
+    if (line.starts_with("lines of ")) order += line.back();
+  });
+  EXPECT_EQ(order, "ABC");
+  EXPECT_TRUE(Says("    Build: 3 succeeded, 0 failed, 0 skipped"));
+}
+
+TEST_F(SolutionBuildTest, WithOneJobProjectsFollowOneAnother) {
+  settings_.jobs = 1;
+  int running = 0;
+  builders_.visualCpp = [&](const ProjectTask& task, Console&) {
+    task.neighbours->Announce({false, {task.name}});
+    EXPECT_EQ(++running, 1);
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    --running;
+    BuiltProject built;
+    built.status = Status::Succeeded;
+    return built;
+  };
+  EXPECT_TRUE(Build(SolutionText("8.00", {{"A", "A.vcproj", {}}, {"B", "B.vcproj", {}}})));
 }
 
 TEST_F(SolutionBuildTest, DoesNotBelieveASuccessWithoutAProgram) {

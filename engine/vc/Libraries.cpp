@@ -22,6 +22,10 @@ std::string Base(const std::string& name) {
 
 }  // namespace
 
+std::string FileOfLibrary(const std::string& name) {
+  return FilePart(ExtensionOf(name).empty() ? name + ".lib" : name);
+}
+
 LibraryFinder::LibraryFinder(std::vector<std::string> folders, const std::vector<const BuiltProject*>& needs,
                              const Toolchain& tools)
     : folders_(std::move(folders)), needs_(needs), tools_(tools) {}

@@ -12,6 +12,9 @@
 
 namespace qx {
 
+// The name of the file that is meant by a name in a project ("..\lib\x" is "x.lib").
+std::string FileOfLibrary(const std::string& name);
+
 class LibraryFinder {
  public:
   // `folders`: absolute, in the order they are searched.

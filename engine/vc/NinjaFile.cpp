@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "engine/Turns.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -27,6 +28,13 @@ std::string Path(std::string_view path) {
 void AddPaths(std::string& out, std::string_view before, const std::vector<std::string>& paths) {
   if (!paths.empty()) out += before;
   for (const std::string& path : paths) out += ' ' + Path(path);
+}
+
+// The shell itself waits for the turn, so that it costs no process. It answers as the command does.
+std::string InTurn(const std::string& command) {
+  const std::string isAlone = std::string("[ -z \"$$") + kTurnsVariable + "\" ] || ";
+  return isAlone + "read -r turn <&" + std::to_string(kTakeTurn) + "; " + command + "; code=$$?; " + isAlone +
+         "echo >&" + std::to_string(kGiveTurnBack) + "; exit $$code";
 }
 
 }  // namespace
@@ -66,7 +74,9 @@ std::string NinjaFile::Escaped(std::string_view text) {
 
 void NinjaFile::Rule(std::string_view name, const Variables& variables) {
   ((text_ += "rule ") += name) += '\n';
-  for (const auto& [variable, value] : variables) ((((text_ += "  ") += variable) += " = ") += value) += '\n';
+  for (const auto& [variable, value] : variables) {
+    ((((text_ += "  ") += variable) += " = ") += variable == "command" ? InTurn(value) : value) += '\n';
+  }
 }
 
 void NinjaFile::Build(const Edge& edge) {

@@ -18,7 +18,8 @@ class NinjaFile {
  public:
   using Variables = std::vector<std::pair<std::string, std::string>>;
 
-  // Values are Ninja's own text: $in, $out and what Escaped returns.
+  // Values are Ninja's own text: $in, $out and what Escaped returns. Its command takes a turn (engine/Turns.h)
+  // where the engine hands some out; when somebody starts Ninja by hand, there are none to wait for.
   void Rule(std::string_view name, const Variables& variables);
 
   struct Edge {

@@ -21,7 +21,8 @@ TEST(NinjaFile, WritesRulesAndEdges) {
   file.Build({"cc", {"a b.obj"}, {"/x:y/$a.c"}, {"need"}, {"before"}, {{"description", "a"}}});
   file.Default("all");
   EXPECT_EQ(file.Text(),
-            "rule cc\n  command = gcc $in\n"
+            "rule cc\n  command = [ -z \"$$QX_TURNS\" ] || read -r turn <&8; gcc $in; code=$$?; "
+            "[ -z \"$$QX_TURNS\" ] || echo >&9; exit $$code\n"
             "build a$ b.obj: cc /x$:y/$$a.c | need || before\n  description = a\n"
             "default all\n");
 }

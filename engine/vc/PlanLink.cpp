@@ -32,13 +32,14 @@ void AddUnique(std::vector<std::string>& items, std::string item) {
 // Where libraries are looked for: the listed folders, then the project's own.
 std::vector<std::string> LibraryFolders(Planner& planner, std::string_view tool) {
   const VcSettings& settings = planner.settings;
+  PathFinder finder;  // not the planner's, which may have looked before they were made
   std::vector<std::string> folders{settings.ProjectFolder()};
   std::vector<std::string> written = settings.List(tool, "AdditionalLibraryDirectories", VcList::Folders);
   for (const std::string& option : settings.List(tool, "AdditionalOptions", VcList::Options)) {
     if (UpperCase(option.substr(0, 9)) == "/LIBPATH:") written.push_back(option.substr(9));
   }
   for (const std::string& each : written) {
-    const std::string found = planner.finder.Find(settings.FullPath(each));
+    const std::string found = finder.Find(settings.FullPath(each));
     if (!found.empty()) AddUnique(folders, WithTrailingDelimiter(found));
   }
   folders.push_back(planner.plan.places.folder);
@@ -46,21 +47,45 @@ std::vector<std::string> LibraryFolders(Planner& planner, std::string_view tool)
   return folders;
 }
 
+// The libraries that the project names.
+std::vector<std::string> NamedLibraries(const VcSettings& settings, std::string_view tool) {
+  std::vector<std::string> named = settings.List(tool, "AdditionalDependencies", VcList::Files);
+  for (const std::string& option : settings.List(tool, "AdditionalOptions", VcList::Options)) {
+    if (HasExtension(option, ".lib") && option[0] != '/' && option[0] != '-') named.push_back(option);
+  }
+  return named;
+}
+
+// Until a library is there that a project before this one makes, though the solution does not say so.
+void AwaitLibraries(const Planner& planner, const std::vector<std::string>& named) {
+  if (planner.task.neighbours == nullptr) return;
+  std::vector<std::string> files;
+  for (const auto* names : {&named, &planner.pragmaLibraries}) {
+    for (const std::string& name : *names) files.push_back(FileOfLibrary(name));
+  }
+  for (const VcSource& source : planner.sources) {
+    if (source.work == VcWork::Link) files.push_back(FilePart(source.path));
+  }
+  planner.task.neighbours->Await([&](const std::string& made) {
+    return std::ranges::any_of(files,
+                               [&](const std::string& file) { return SameText(FilePart(made), file); });
+  });
+}
+
 // Every library that the project names, lists as a file or asks for in a source, then those of what it needs.
 std::vector<std::string> FindLibraries(Planner& planner, std::string_view tool) {
+  const std::vector<std::string> named = NamedLibraries(planner.settings, tool);
+  AwaitLibraries(planner, named);
   LibraryFinder finder(LibraryFolders(planner, tool), planner.task.needs, planner.tools);
   std::vector<std::string> libraries;
   for (const VcSource& source : planner.sources) {
     if (source.work != VcWork::Link) continue;
-    if (FileExists(source.path)) {
-      AddUnique(libraries, source.path);
+    std::string path = source.path;
+    if (PathFinder().FindFile(path)) {
+      AddUnique(libraries, path);
     } else {
       planner.plan.linkErrors.push_back("cannot open file '" + source.file->path + "'");
     }
-  }
-  std::vector<std::string> named = planner.settings.List(tool, "AdditionalDependencies", VcList::Files);
-  for (const std::string& option : planner.settings.List(tool, "AdditionalOptions", VcList::Options)) {
-    if (HasExtension(option, ".lib") && option[0] != '/' && option[0] != '-') named.push_back(option);
   }
   for (const std::string& name : named) {
     const LibraryFinder::Library library = finder.Find(name);

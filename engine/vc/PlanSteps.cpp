@@ -61,6 +61,10 @@ class ScriptCopies {
 
  private:
   std::string Find(const std::string& name, const std::string& own) {
+    if (Neighbours* neighbours = planner_.task.neighbours; neighbours != nullptr) {
+      // A program may be put into another one.
+      neighbours->Await([&](const std::string& made) { return SameText(FilePart(made), FilePart(name)); });
+    }
     std::vector<std::string> folders{own, planner_.settings.ProjectFolder()};
     folders.insert(folders.end(), folders_.begin(), folders_.end());
     for (const std::string& folder : folders) {

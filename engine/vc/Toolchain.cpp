@@ -3,6 +3,7 @@
 #include <array>
 #include <filesystem>
 #include <map>
+#include <mutex>
 
 #include "engine/ChildCommand.h"
 #include "platform/Texts.h"
@@ -59,6 +60,8 @@ void AskFolders(Toolchain& tools) {
 
 const Toolchain& ToolchainFor(std::string_view platform) {
   static std::map<std::string, Toolchain> known;
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
   const std::string wanted = LowerCase(platform);
   if (const auto found = known.find(wanted); found != known.end()) return found->second;
   for (const Machine& machine : kMachines) {

@@ -16,7 +16,7 @@ struct Toolchain {
 };
 
 // For a platform of a project: "Win32" or "x64", letter case aside. Raises Exception that says what is
-// missing and which package brings it. The same one is found once in the life of the process.
+// missing and which package brings it. The same one is found once in the life of the process. Any thread.
 const Toolchain& ToolchainFor(std::string_view platform);
 
 // Ninja. Raises in the same way.

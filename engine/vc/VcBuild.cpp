@@ -35,14 +35,19 @@ class Builder {
 
   BuiltProject Run() {
     Open();
-    if (settings_->Type() == VcType::Makefile) return RunMakefile();
+    if (settings_->Type() == VcType::Makefile) {
+      Announce();
+      return RunMakefile();
+    }
     if (IsManaged()) return Refuse("managed C++ cannot be built outside Windows", "managed");
     if (const std::string reason = Hindrance(); !reason.empty()) return Refuse(reason);
+    if (task_.goal == Goal::Build) {
+      old_ = BuildRecord::Load(places_.folder + kRecord);
+      if (old_ && IsUpToDate()) return UpToDate();
+    }
+    Announce();
     if (task_.goal != Goal::Build) Clean();
-    if (task_.goal == Goal::Clean) return Done(Status::Succeeded);
-    old_ = BuildRecord::Load(places_.folder + kRecord);
-    if (old_ && old_->key == Key() && old_->IsCurrent()) return UpToDate();
-    return Build();
+    return task_.goal == Goal::Clean ? Done(Status::Succeeded) : Build();
   }
 
  private:
@@ -50,6 +55,10 @@ class Builder {
   bool IsManaged() const;
   std::string Hindrance() const;
   std::string Key() const;
+  bool IsUpToDate() const;
+  // To those that are built at the same time: what it makes, and whether it runs commands of its own.
+  void Announce() const;
+  bool RunsCommands() const;
   BuiltProject UpToDate() const;
   BuiltProject Build();
   void Prepare();
@@ -123,6 +132,39 @@ std::string Builder::Key() const {
   return "1|" + task_.configuration + "|" + task_.platform + "|" + task_.solutionFile + "|" + task_.launcher;
 }
 
+bool Builder::IsUpToDate() const {
+  if (old_->key != Key()) return false;
+  if (task_.neighbours != nullptr) {
+    task_.neighbours->Await([this](const std::string& made) { return old_->files.contains(made); });
+  }
+  return old_->IsCurrent();
+}
+
+bool Builder::RunsCommands() const {
+  const VcType type = settings_->Type();
+  if (type == VcType::Makefile || type == VcType::Utility) return true;
+  const auto runs = [this](std::string_view tool, const VcFile* file) {
+    return !CommandLines(settings_->Text(tool, "CommandLine", file)).empty();
+  };
+  for (const char* tool :
+       {"VCPreBuildEventTool", "VCPreLinkEventTool", "VCCustomBuildTool", "VCPostBuildEventTool"}) {
+    if (runs(tool, nullptr)) return true;
+  }
+  const std::vector<VcFile>& files = settings_->Project().files;
+  return std::any_of(files.begin(), files.end(), [&](const VcFile& file) {
+    return settings_->ToolOf(file) == "VCCustomBuildTool" && runs("VCCustomBuildTool", &file);
+  });
+}
+
+void Builder::Announce() const {
+  if (task_.neighbours == nullptr) return;
+  Neighbours::Intent intent{RunsCommands(), {places_.folder}};
+  for (const std::string& file : {places_.output, places_.importLibrary}) {
+    if (!file.empty()) intent.makes.push_back(file);
+  }
+  task_.neighbours->Announce(intent);
+}
+
 BuiltProject Builder::UpToDate() const {
   BuiltProject built = Done(Status::UpToDate);
   built.libraries = old_->libraries;
@@ -136,6 +178,7 @@ bool Builder::RunNinja(const char* target) {
   command.arguments.push_back(target);
   command.folder = places_.folder;
   command.environment = {{"NINJA_STATUS", kStatus}, {"LC_ALL", "C"}, {"TERM", "dumb"}};
+  command.turns = task_.turns;
   Diagnostics diagnostics(kStatus, [this](std::string_view line) { console_.Line(line); });
   const ChildResult result = RunChild(command, [&](std::string_view line) { diagnostics.Line(line); });
   if (firstError_.empty()) firstError_ = diagnostics.FirstError();

@@ -11,7 +11,8 @@ rm -rf "$scratch"
 mkdir -p "$scratch"
 cd "$scratch"
 daemons=()
-trap 'for daemon in "${daemons[@]}"; do kill "$daemon" 2>/dev/null || true; done' EXIT
+# A daemon leads a group with its children, which serve on when it alone is killed.
+trap 'for daemon in "${daemons[@]}"; do kill -9 -- "-$daemon" 2>/dev/null || true; done' EXIT
 
 fail() {
   echo "FAILED: $1"
@@ -58,22 +59,28 @@ build ccache-2.log QX_ENGINE_LAUNCHER=ccache
 [ "$(hits)" = 12 ] || fail "$(hits) of 12 objects came from the store"
 objects | diff local - || fail "ccache made other objects"
 
-# distcc: two daemons, each on a port and with a log of its own.
-daemon() { # PORT
+# distcc: two daemons, each on a free port and with a log of its own.
+answers() { (exec 3<>"/dev/tcp/127.0.0.1/$1") 2>/dev/null; } # PORT
+daemon() {
+  local port=$((20000 + RANDOM % 10000))
+  while answers "$port"; do port=$((port + 1)); done
+  ports+=("$port")
+  set -- "$port"
   : >"$scratch/distccd-$1.log"
   chmod a+w "$scratch/distccd-$1.log"  # it gives root's rights up before it writes
-  distccd --no-detach --daemon --enable-tcp-insecure --listen 127.0.0.1 --allow 127.0.0.1 --port "$1" --jobs 2 --log-file "$scratch/distccd-$1.log" \
+  setsid distccd --no-detach --daemon --enable-tcp-insecure --listen 127.0.0.1 --allow 127.0.0.1 --port "$1" --jobs 2 --log-file "$scratch/distccd-$1.log" \
     --log-level info >"$scratch/distccd-$1.out" 2>&1 &
   daemons+=($!)
   for _ in {1..100}; do
-    (exec 3<>"/dev/tcp/127.0.0.1/$1") 2>/dev/null && return
+    answers "$1" && return
     sleep 0.1
   done
   cat "$scratch/distccd-$1".*
   fail "no distccd on port $1"
 }
-ports=(37541 37542)
-for port in "${ports[@]}"; do daemon "$port"; done
+ports=()
+daemon
+daemon
 export DISTCC_DIR=$scratch/distcc DISTCC_HOSTS="127.0.0.1:${ports[0]}/2 127.0.0.1:${ports[1]}/2"
 mkdir -p "$DISTCC_DIR"
 compiled() { grep -c 'COMPILE_OK' "$scratch/distccd-$1.log" || true; }
@@ -85,9 +92,10 @@ done
 echo "distcc: $(compiled "${ports[0]}") and $(compiled "${ports[1]}") objects came from the two daemons"
 
 before=$(compiled "${ports[0]}")
-(while [ "$(compiled "${ports[0]}")" -lt $((before + 3)) ]; do sleep 0.02; done; kill -9 -- "${daemons[0]}") &
+(while [ "$(compiled "${ports[0]}")" -lt $((before + 3)) ]; do sleep 0.02; done; kill -9 -- "-${daemons[0]}") &
 killer=$!
 build distcc-2.log QX_ENGINE_LAUNCHER=distcc QX_ENGINE_JOBS=4
 wait "$killer" || fail "no daemon was killed"
 objects | diff local - || fail "a killed distccd changed objects"
-! kill -0 "${daemons[0]}" 2>/dev/null || fail "the daemon lives"
+! kill -0 -- "-${daemons[0]}" 2>/dev/null || fail "the daemon lives"
+echo "distcc: the killed daemon had compiled $(compiled "${ports[0]}") of 24 objects, the other one $(compiled "${ports[1]}")"
