@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/actions/TestResults.h"
 #include "host/actions/Variables.h"
 #include "host/log/ActionLog.h"
 #include "plugin/Qxaction.h"
@@ -39,6 +40,7 @@ struct TCustomQXAction::HostSide {
   std::string statusText;
   int typeId = 0;
   std::vector<TQXAction*> children;  // owned by who added them
+  std::vector<TestCase> tests;       // that the last run told of in its results file
 };
 
 // Makes an action of the class, attaches it and calls Create. Raises Exception when the class makes none.

@@ -1,4 +1,5 @@
 // The base of actions that run one program, and the builder of their command lines.
+#include "host/actions/ActionHost.h"
 #include "host/actions/CommandLineBuilder.h"
 #include "host/actions/TestResults.h"
 #include "platform/CommandLine.h"
@@ -65,6 +66,7 @@ bool TQXExecuteAbstractAction::Execute() {
   const InterfacePtr<ICommandLineBuilder> builder = CreateCommandLineBuilder();
   if (!GetCommandLine(*builder)) return false;
   const std::string startingFolder = GetStartingDir();
+  Host().tests.clear();
   const ResultsFileWatch results(*this, startingFolder);
   InterfacePtr<IQXProcess> process;
   CreateQXProcess(process);
@@ -82,7 +84,9 @@ bool TQXExecuteAbstractAction::Execute() {
     SendMessage(failure.Message());
     return false;
   }
-  if (const std::string summary = results.Report(); !summary.empty()) SendMessage(summary);
+  ResultsFileWatch::Written written = results.Report();
+  if (!written.summary.empty()) SendMessage(written.summary);
+  Host().tests = std::move(written.tests);
   if (exitCode == kTerminatedExitCode) {
     SendMessage("Action Terminated by User.");
     return false;

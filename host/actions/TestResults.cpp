@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 #include <iterator>
+#include <map>
 #include <pugixml.hpp>
 #include <system_error>
 
@@ -110,6 +111,19 @@ void AddDuration(TestResults& results, std::string_view text) {
   if (const auto seconds = ReadClock(text)) results.seconds = results.seconds.value_or(0) + *seconds;
 }
 
+constexpr std::size_t kMostTests = 100'000;
+
+// Both formats have the same elements for it: <ErrorInfo> with <Message> and <StackTrace>, once in lower case.
+void AddTest(TestResults& results, TestCase test, pugi::xml_node errorInfo) {
+  if (results.tests.size() >= kMostTests) return;
+  for (const pugi::xml_node part : errorInfo.children()) {
+    const std::string_view name = LocalName(part);
+    if (SameText(name, "Message")) test.message = part.child_value();
+    if (SameText(name, "StackTrace")) test.trace = part.child_value();
+  }
+  results.tests.push_back(std::move(test));
+}
+
 // The format of 2005: <Tests> holds every result as an element of its own, outcomes by their numbers.
 TestResults ReadOldFormat(pugi::xml_node root) {
   TestResults results;
@@ -118,9 +132,14 @@ TestResults ReadOldFormat(pugi::xml_node root) {
     if (!LocalName(result).ends_with("Result") || !number) continue;
     const auto index = ToInteger(Trim(number.child_value()));
     const bool isKnown = index && *index >= 0 && *index < static_cast<int>(kOutcomes.size());
-    Add(results, isKnown ? std::string(kOutcomes[static_cast<std::size_t>(*index)]) : number.child_value(),
-        1);
-    AddDuration(results, Trim(Child(result, "duration").child_value()));
+    const std::string outcome =
+        isKnown ? std::string(kOutcomes[static_cast<std::size_t>(*index)]) : number.child_value();
+    Add(results, outcome, 1);
+    const std::string duration = Trim(Child(result, "duration").child_value());
+    AddDuration(results, duration);
+    AddTest(results,
+            {Child(result, "testName").child_value(), "", outcome, ReadClock(duration).value_or(0), "", ""},
+            Child(result, "errorInfo"));
   }
   return results;
 }
@@ -136,12 +155,29 @@ void ReadCounters(pugi::xml_node counters, TestResults& results) {
   }
 }
 
+// The class of each test, by the test's identifier: "Shop.Tests.Prices" of "Shop.Tests.Prices, Tests, Version=...".
+std::map<std::string_view, std::string> ClassesOf(pugi::xml_node root) {
+  std::map<std::string_view, std::string> classes;
+  for (const pugi::xml_node test : Child(root, "TestDefinitions").children()) {
+    const std::string_view name = Child(test, "TestMethod").attribute("className").value();
+    classes.emplace(test.attribute("id").value(), Trim(name.substr(0, name.find(','))));
+  }
+  return classes;
+}
+
 TestResults ReadFormat(pugi::xml_node root) {
   TestResults results;
+  const std::map<std::string_view, std::string> classes = ClassesOf(root);
   for (const pugi::xml_node result : Child(root, "Results").children()) {
     if (result.type() != pugi::node_element) continue;
     Add(results, result.attribute("outcome").as_string(kOutcomes[0].data()), 1);
     AddDuration(results, result.attribute("duration").value());
+    const auto found = classes.find(result.attribute("testId").value());
+    AddTest(results,
+            {result.attribute("testName").value(), found == classes.end() ? "" : found->second,
+             result.attribute("outcome").as_string(kOutcomes[0].data()),
+             ReadClock(result.attribute("duration").value()).value_or(0), "", ""},
+            Child(Child(result, "Output"), "ErrorInfo"));
   }
   if (results.outcomes.empty()) ReadCounters(Child(Child(root, "ResultSummary"), "Counters"), results);
   const pugi::xml_node times = Child(root, "Times");
@@ -229,15 +265,16 @@ ResultsFileWatch::ResultsFileWatch(TQXAction& action, const std::string& startin
   state_ = StateOf(path_);
 }
 
-std::string ResultsFileWatch::Report() const {
+ResultsFileWatch::Written ResultsFileWatch::Report() const {
   if (path_.empty()) return {};
   const std::string state = StateOf(path_);
   if (state.empty() || state == state_) return {};
   try {
-    return SummaryOf(ParseTestResults(ReadFile(path_)));
+    TestResults results = ParseTestResults(ReadFile(path_));
+    return {SummaryOf(results), std::move(results.tests)};
   } catch (const Exception& failure) {
     if (!SameText(ExtensionOf(path_), ".trx")) return {};
-    return "Test results: " + path_ + " cannot be read: " + failure.Message();
+    return {"Test results: " + path_ + " cannot be read: " + failure.Message(), {}};
   }
 }
 

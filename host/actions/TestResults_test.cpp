@@ -94,6 +94,33 @@ TEST(TestResults, ReadsTheFormatOf2005) {
       "Test results: 1 passed, 1 failed, 1 Inconclusive, 1 Timeout, 1 99 in 1.250 s");
 }
 
+// "class.name outcome seconds message trace" of each.
+std::vector<std::string> Tests(const std::string& text) {
+  std::vector<std::string> all;
+  for (const TestCase& test : ParseTestResults(text).tests) {
+    all.push_back(test.className + "." + test.name + " " + test.outcome + " " + std::to_string(test.seconds) +
+                  " " + test.message + " " + test.trace);
+  }
+  return all;
+}
+
+TEST(TestResults, ListsTheTests) {
+  const std::vector<std::string> expected{"Shop.Prices.adds Passed 0.500000  ",
+                                          ".other Failed 0.000000 1 is not 2 at Shop.cs"};
+  EXPECT_EQ(Tests(TrxOf(
+                "<TestDefinitions><UnitTest id=\"7\"><TestMethod className=\"Shop.Prices, Tests, "
+                "Version=1.0.0.0\"/></UnitTest></TestDefinitions><Results>"
+                "<UnitTestResult testId=\"7\" testName=\"adds\" outcome=\"Passed\" duration=\"00:00:00.5\"/>"
+                "<UnitTestResult testId=\"8\" testName=\"other\" outcome=\"Failed\"><Output><ErrorInfo>"
+                "<Message>1 is not 2</Message><StackTrace>at Shop.cs</StackTrace></ErrorInfo></Output>"
+                "</UnitTestResult></Results>")),
+            expected);
+  EXPECT_EQ(Tests("<Tests><UnitTestResult><testName>other</testName><outcome><value__>1</value__></outcome>"
+                  "<errorInfo><message>1 is not 2</message><stackTrace>at Shop.cs</stackTrace></errorInfo>"
+                  "</UnitTestResult></Tests>"),
+            std::vector<std::string>{expected[1]});
+}
+
 TEST(TestResults, MindsTheZonesOfItsTimes) {
   const auto seconds = [](const char* start, const char* finish) {
     return ParseTestResults(TrxOf(std::string("<Times start=\"") + start + "\" finish=\"" + finish + "\"/>"))
@@ -142,7 +169,7 @@ class ResultsFile : public testing::Test {
     action_->output = property;
     const ResultsFileWatch watch(*action_, folder_ + "/");
     if (!file.empty()) ReplaceFile(folder_ + file, bytes);
-    return watch.Report();
+    return watch.Report().summary;
   }
 
   TestHost host_;

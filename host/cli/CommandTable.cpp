@@ -58,6 +58,12 @@ constexpr std::array kRunOptions{
               {},
               false,
               "write this run's errors and warnings into the baseline, when the run succeeds"},
+    OptionRow{"--report",
+              "FORMAT=FILE",
+              ValueKind::Assignment,
+              {},
+              true,
+              "write a report of the run: html, json, junit or sarif"},
     OptionRow{"--timeout", "SECONDS", ValueKind::Seconds, {}, false, "stop the build after this time"},
 };
 constexpr std::array kValidateOptions{kSet};
@@ -118,7 +124,10 @@ constexpr std::array kCommands{
         "seen from the "
         "build project's folder: apply it there with patch -p1.\n"
         "Errors and warnings of compilers are counted in the last lines. Those that a baseline holds are "
-        "not; they are known again by code, file and message, whatever their line.",
+        "not; they are known again by code, file and message, whatever their line.\n"
+        "A report is written when the run has ended, however it ended. html: a page to read. json: the "
+        "summary, the errors and warnings, the tests. junit: a case for each action and project, and the "
+        "tests. sarif: the errors and warnings, in version 2.1.0.",
         "qxhost run nightly.xml --set CONFIG=Release --timeout 3600",
         "builds with one variable replaced, for an hour at most", RunProject},
     CommandRow{"validate", kRunOperands, kValidateOptions, "check a build project without running it",

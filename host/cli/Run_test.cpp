@@ -164,6 +164,67 @@ TEST_F(RunCommand, LogsInTheWordsOfASystem) {
   EXPECT_EQ(Host({"run", "p.xml", "--log", "jenkins"}).code, 2);
 }
 
+TEST_F(RunCommand, WritesReportsHoweverItEnded) {
+  std::vector<std::string> reports;
+  for (const char* format : {"html", "json", "junit", "sarif"})
+    reports.insert(reports.end(), {"--report", std::string(format) + "=out." + format});
+  const auto run = [&](Words words) {
+    words.insert(words.begin(), {"run", "p.xml"});
+    words.insert(words.end(), reports.begin(), reports.end());
+    return Host(words);
+  };
+  Project("p.xml", {{"Lines=a.cpp(1) : error C1: x", "Deed=tdFail"}, {}});
+  EXPECT_EQ(run({}).code, 1);
+  const auto failed = nlohmann::json::parse(Content("out.json"));
+  EXPECT_EQ(failed["outcome"], "failed");
+  EXPECT_EQ(failed["diagnostics"][0]["code"], "C1");
+  EXPECT_EQ(failed["actions"][1]["result"], "not run");
+  EXPECT_TRUE(Holds(Content("out.html"), "<h1>The run failed</h1>"));
+  EXPECT_TRUE(Holds(Content("out.junit"), "<failure message=\"The action failed\""));
+  EXPECT_TRUE(Holds(Content("out.sarif"), "\"ruleId\": \"C1\""));
+  ASSERT_EQ(Host({"set", "p.xml", "Deed=tdSleep"}).code, 0);
+  EXPECT_EQ(run({"--timeout", "0.2"}).code, 5);
+  EXPECT_EQ(nlohmann::json::parse(Content("out.json"))["outcome"], "stopped");
+  ASSERT_EQ(Host({"set", "p.xml", "Deed=tdThrow"}).code, 0);
+  EXPECT_EQ(run({}).code, 4);
+  EXPECT_EQ(nlohmann::json::parse(Content("out.json"))["actions"][0]["exceptions"][0], "The deed threw");
+  ASSERT_EQ(Host({"set", "p.xml", "Verdict=tvError"}).code, 0);
+  EXPECT_EQ(run({}).code, 3);
+  EXPECT_EQ(nlohmann::json::parse(Content("out.json"))["validation"][0]["subject"], "Verdict");
+}
+
+TEST_F(RunCommand, WritesNoReportOverWhatItUses) {
+  Project("p.xml", {{"Text=%HERE%", "Lines=one.txt"}});
+  Write("one.txt", "1");
+  Write("two.txt", "2");
+  Write("known.json", "{\"version\":1,\"diagnostics\":[]}");
+  std::filesystem::create_hard_link(PathOf("p.xml"), PathOf("link.xml"));
+  const std::string before = Content("p.xml");
+  const auto refused = [&](const std::string& file, Words more = {}) {
+    more.insert(more.begin(), {"run", "p.xml", "--set", "HERE=two.txt", "--report", "json=" + file});
+    const auto result = Host(more);
+    EXPECT_EQ(result.code, 2) << file;
+    EXPECT_EQ(result.out, "") << file;
+    return result.err;
+  };
+  EXPECT_TRUE(
+      Holds(refused("p.xml"), "p.xml would be written over a file that the run uses: name another file"));
+  EXPECT_TRUE(Holds(refused("link.xml"), "would be written over a file that the run uses, "));
+  EXPECT_TRUE(Holds(refused("one.txt"), "over a file of action 1"));
+  EXPECT_TRUE(Holds(refused("two.txt"), "over a file of action 1"));
+  refused("options.xml");
+  refused("known.json", {"--baseline", "known.json"});
+  refused("log.txt", {"--log-file", "log.txt"});
+  EXPECT_TRUE(Holds(refused("out", {"--report", "html=./out"}), "over another report"));
+  EXPECT_TRUE(Holds(refused("none/out"), "there is no folder"));
+  EXPECT_TRUE(Holds(refused("out", {"--dry-run"}), "dry run"));
+  const auto unknown = Host({"run", "p.xml", "--report", "pdf=out"});
+  EXPECT_EQ(unknown.code, 2);
+  EXPECT_TRUE(Holds(unknown.err, "there are html, json, junit, sarif")) << unknown.err;
+  EXPECT_EQ(Content("p.xml"), before);
+  EXPECT_EQ(Content("one.txt"), "1");
+}
+
 TEST_F(RunCommand, NeverLogsASecret) {
   Project("p.xml", {{"Password=hush-hush", "Loud=True"}});
   for (const char* style : {"text", "json"}) {
