@@ -12,7 +12,6 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <cstdlib>
 
 #include "engine/Turns.h"
 #include "platform/Posix.h"
@@ -178,23 +177,9 @@ ChildResult RunChild(const ChildCommand& command, const std::function<void(std::
   return {WaitFor(child), ""};
 }
 
-std::string_view SearchPath() {
-  constexpr const char* kUsual = "/usr/local/bin:/usr/bin:/bin";
-  const char* variable = std::getenv("PATH");
-  return variable == nullptr ? kUsual : variable;
-}
-
 std::string FindProgram(const std::string& name) {
   if (name.find('/') != std::string::npos) return name;
-  std::string_view folders = SearchPath();
-  for (;;) {
-    const std::size_t end = folders.find(':');
-    const std::string_view folder = folders.substr(0, end);
-    std::string program = (folder.empty() ? std::string(".") : std::string(folder)) + "/" + name;
-    if (access(program.c_str(), X_OK) == 0) return program;
-    if (end == std::string_view::npos) return "";
-    folders.remove_prefix(end + 1);
-  }
+  return system::FindProgramOn(system::SearchPath(), name);
 }
 
 int StopSignal() { return stopSignal; }

@@ -28,8 +28,6 @@ struct ChildResult {
 // part. Any thread; `line` is called on it.
 ChildResult RunChild(const ChildCommand& command, const std::function<void(std::string_view)>& line);
 
-// The folders of the PATH, with colons between them; the usual ones in an environment without it.
-std::string_view SearchPath();
 // The path of a program on the PATH; of a name with a delimiter that name itself. Empty: there is none.
 std::string FindProgram(const std::string& name);
 

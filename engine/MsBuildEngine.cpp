@@ -1,19 +1,14 @@
 #include "engine/MsBuildEngine.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "platform/BuildEngines.h"
+#include "platform/Posix.h"
 #include "platform/Texts.h"
 
 namespace qx {
 namespace {
-
-namespace fs = std::filesystem;
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
   std::vector<std::string_view> parts;
@@ -23,11 +18,6 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
     if (end == std::string_view::npos) return parts;
     text.remove_prefix(end + 1);
   }
-}
-
-bool IsProgram(const std::string& name) {
-  std::error_code ignored;
-  return fs::is_regular_file(name, ignored) && access(name.c_str(), X_OK) == 0;
 }
 
 constexpr const char* kPathEndings[] = {"path", "dir", "directory", "folder", "file"};
@@ -41,14 +31,11 @@ bool IsPathProperty(std::string_view name) {
 }  // namespace
 
 std::optional<Engine> FindEngine(std::string_view searchPath) {
-  const std::vector<std::string_view> folders = Split(searchPath, ':');
   for (const BuildEngine& candidate : kBuildEngines) {
-    for (const std::string_view folder : folders) {
-      std::string program = std::string(folder.empty() ? "." : folder) + "/" + candidate.program;
-      if (!IsProgram(program)) continue;
-      if (candidate.argument == nullptr) return Engine{std::move(program), {}};
-      return Engine{std::move(program), {candidate.argument}};
-    }
+    std::string program = system::FindProgramOn(searchPath, candidate.program);
+    if (program.empty()) continue;
+    if (candidate.argument == nullptr) return Engine{std::move(program), {}};
+    return Engine{std::move(program), {candidate.argument}};
   }
   return std::nullopt;
 }

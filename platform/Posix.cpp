@@ -2,10 +2,12 @@
 
 #include <iconv.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <system_error>
 
 namespace qx::system {
@@ -46,6 +48,25 @@ bool Converter::Convert(std::string_view& bytes, std::string& out) {
     if (replaced != 0 && !isFull) return false;
   }
   return true;
+}
+
+std::string SearchPath() {
+  constexpr const char* kUsual = "/usr/local/bin:/usr/bin:/bin";
+  const char* variable = std::getenv("PATH");
+  return variable == nullptr ? kUsual : variable;
+}
+
+std::string FindProgramOn(std::string_view searchPath, std::string_view name) {
+  for (;;) {
+    const std::size_t end = searchPath.find(':');
+    const std::string_view folder = searchPath.substr(0, end);
+    std::string file = std::string(folder.empty() ? "." : folder).append("/").append(name);
+    struct stat status;
+    const bool isFile = stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    if (isFile && access(file.c_str(), X_OK) == 0) return file;
+    if (end == std::string_view::npos) return {};
+    searchPath.remove_prefix(end + 1);
+  }
 }
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {

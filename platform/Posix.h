@@ -1,5 +1,5 @@
 // What the sources for POSIX systems share: the owner of a file descriptor, the system's errors as texts,
-// texts from one encoding into another, and what starting a program takes. Outside Windows only.
+// texts from one encoding into another, and how a program is found and started. Outside Windows only.
 #pragma once
 
 #include <spawn.h>
@@ -56,6 +56,12 @@ class Converter {
  private:
   void* handle_;
 };
+
+// The folders of the PATH, with colons between them; the usual ones in an environment without it.
+std::string SearchPath();
+// The file of a program in the first folder of a search path that has it, an empty folder meaning the current
+// one; empty when none has. Folders and files that nobody may run are passed over.
+std::string FindProgramOn(std::string_view searchPath, std::string_view name);
 
 // What a program or its environment is given: pointers into the texts, and a null behind them.
 std::vector<char*> Pointers(std::vector<std::string>& texts);

@@ -5,6 +5,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
+
+#include "host/testing/TestFolder.h"
 
 namespace qx::system {
 namespace {
@@ -71,6 +74,22 @@ TEST(Converter, ConvertsMoreThanItsBufferHolds) {
 }
 
 TEST(Converter, KnowsWhichEncodingsThereAre) { EXPECT_FALSE(Converter("UTF-8", "no-such-page").IsOpen()); }
+
+TEST(Programs, AreFoundInTheFirstFolderThatHasThem) {
+  const TestFolder folder;
+  const auto write = [&folder](const char* name) {
+    std::filesystem::permissions(folder.Write(name, ""), std::filesystem::perms::owner_all);
+  };
+  write("second/cc");
+  write("third/cc");
+  const std::string path = folder / "first:" + folder / "second:" + folder / "third";
+  EXPECT_EQ(FindProgramOn(path, "cc"), folder / "second/cc");
+  folder.Write("first/cc", "nobody may run it");
+  EXPECT_EQ(FindProgramOn(path, "cc"), folder / "second/cc");
+  std::filesystem::create_directories(folder / "first/ld");
+  EXPECT_EQ(FindProgramOn(path, "ld"), "");
+  EXPECT_EQ(FindProgramOn("", "no-such-program"), "");
+}
 
 TEST(Programs, ArePassedPointersAndANullBehindThem) {
   std::vector<std::string> texts{"a", ""};

@@ -10,6 +10,7 @@
 #include "engine/dotnet/Freshness.h"
 #include "engine/dotnet/NetBuild.h"
 #include "engine/dotnet/NetEvents.h"
+#include "platform/Posix.h"
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
@@ -21,9 +22,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kNoEngine =
-    "projects of Visual Studio 2005 cannot be built here: there is none of msbuild, dotnet or xbuild on the "
-    "PATH "
-    "(Debian's package mono-xbuild)";
+    "projects of Visual Studio 2005 cannot be built here: there is none of msbuild, dotnet or xbuild "
+    "on the PATH (Debian's package mono-xbuild)";
 
 const char* TargetOf(Goal goal) {
   return goal == Goal::Clean ? "/t:Clean" : goal == Goal::Rebuild ? "/t:Rebuild" : "/t:Build";
@@ -166,7 +166,7 @@ class MsBuildRun {
       : project_(project), task_(task), console_(console) {}
 
   BuiltProject Run() {
-    const std::optional<Engine> engine = FindEngine(SearchPath());
+    const std::optional<Engine> engine = FindEngine(system::SearchPath());
     if (!engine) return Failed(kNoEngine);
     const bool isXbuild = FilePart(engine->program) == "xbuild";
     if (isXbuild && project_.language == NetLanguage::VisualBasic && FindProgram("vbnc").empty()) {

@@ -42,7 +42,7 @@ int Build(const char* program, const BuildRequest& request,
 
 // Becomes the build engine that the machine has; returns only when it cannot.
 int HandOver(const std::vector<std::string>& arguments) {
-  const std::optional<Engine> engine = FindEngine(SearchPath());
+  const std::optional<Engine> engine = FindEngine(system::SearchPath());
   if (!engine) {
     std::fputs(
         "MSBuild.exe: no build engine was found on the PATH (msbuild, dotnet or xbuild). Install one of "

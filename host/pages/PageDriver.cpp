@@ -18,11 +18,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string Advice(std::string_view given, const std::vector<std::string>& valid) {
-  const std::string nearest = NearestName(given, valid);
-  return nearest.empty() ? "" : " (nearest: " + nearest + ")";
-}
-
 // What stands before the first blank; the text then goes on behind that one blank.
 std::string_view TakeWord(std::string_view& text) {
   const std::string_view word = text.substr(0, text.find(' '));
@@ -79,7 +74,7 @@ Range ItemsOf(const TControl& control) {
 
 std::string NotTaken(const TControl& control, const std::string& text) {
   if (const auto* box = dynamic_cast<const TComboBox*>(&control))
-    return control.name + " has no item " + Quoted(text) + Advice(text, box->Items());
+    return control.name + " has no item " + Quoted(text) + NameAdvice(text, box->Items());
   return Quoted(text) + " is no whole number";
 }
 
@@ -205,7 +200,7 @@ Json PageDriver::Run(std::string_view line) {
     if (verb.word == word) return (this->*verb.run)(line);
     words.emplace_back(verb.word);
   }
-  throw Exception("There is no command " + Quoted(word) + Advice(word, words));
+  throw Exception("There is no command " + Quoted(word) + NameAdvice(word, words));
 }
 
 int PageDriver::FindPage(std::string_view name) const {
@@ -213,7 +208,7 @@ int PageDriver::FindPage(std::string_view name) const {
   std::vector<std::string> names;
   names.reserve(static_cast<std::size_t>(dialog_.Count()));
   for (int page = 0; page < dialog_.Count(); ++page) names.push_back(dialog_.Name(page));
-  throw Exception("There is no page " + Quoted(name) + Advice(name, names));
+  throw Exception("There is no page " + Quoted(name) + NameAdvice(name, names));
 }
 
 // PAGE.CONTROL, where a page's name may hold blanks and dots: the longest name that fits is meant.
@@ -240,7 +235,7 @@ PageDriver::Target PageDriver::FindTarget(std::string_view text) const {
   std::vector<std::string> names;
   for (const TControl* control : dialog_.Page(page).Controls()) names.push_back(control->name);
   throw Exception("There is no control " + Quoted(name) + " on the page " + Quoted(dialog_.Name(page)) +
-                  Advice(name, names));
+                  NameAdvice(name, names));
 }
 
 // What is disabled takes nobody to its page.
@@ -328,7 +323,8 @@ Json PageDriver::Tick(std::string_view rest) {
   const int index = TakeNumber(target.rest, "index");
   const std::string state = Trim(target.rest);
   if (state != "on" && state != "off")
-    throw Exception("A tick is on or off, not " + Quoted(state) + Advice(state, {"on", "off"}));
+    throw Exception("A tick is on or off, not " + Quoted(state) +
+                    NameAdvice(state, std::vector<std::string>{"on", "off"}));
   GoTo(target);
   return Answered(hands_.Tick(target.page, *target.control, index, state == "on"), *target.control, "tick",
                   NoSuch("item", index, ItemsOf(*target.control)));
@@ -356,7 +352,7 @@ Json PageDriver::QueueAnswer(std::string_view rest) {
     return Done();
   }
   if (kind != "file" && kind != "folder")
-    throw Exception("There is no answer " + Quoted(kind) + Advice(kind, {"file", "folder", "cancel"}));
+    throw Exception("There is no answer " + Quoted(kind) + NameAdvice(kind, {"file", "folder", "cancel"}));
   if (rest.empty()) throw Exception("answer " + std::string(kind) + " needs a path");
   user_.Queue(kind == "file" ? DrivenUser::Picker::File : DrivenUser::Picker::Folder, std::string(rest));
   return Done();

@@ -35,13 +35,7 @@ std::string ProgramFolder() {
 }
 
 std::string FindOnPath(const std::string& program) {
-  std::string folders = ReadEnvironment("PATH").value_or("") + ":";
-  for (std::size_t end = folders.find(':'); end != std::string::npos; end = folders.find(':')) {
-    std::string file = folders.substr(0, end) + "/" + program;
-    if (end > 0 && IsProgram(file)) return file;
-    folders.erase(0, end + 1);
-  }
-  return {};
+  return system::FindProgramOn(system::SearchPath(), program);
 }
 
 std::string FindCompanion(const std::string& program) {

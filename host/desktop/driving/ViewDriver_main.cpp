@@ -36,7 +36,7 @@ Request RequestOf(const std::vector<std::string>& words) {
   const bool isOptionsPage = invocation.Has(cli::kOptionsPageOption.name);
   if (isOptionsPage == !invocation.operands.empty()) throw Exception("FILE or --options-page is needed");
   Request request;
-  request.settings = cli::HostSettingsOf(invocation, "vsdotnet");
+  request.settings = cli::HostSettingsOf(invocation, QXHOST_DEFAULT_PACKAGE);
   request.settings.warn = [](const std::string& text) {
     std::fprintf(stderr, "warning: %s\n", text.c_str());
   };
