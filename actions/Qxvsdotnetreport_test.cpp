@@ -13,12 +13,11 @@ class RunReportOfAction : public RunFixture {
  protected:
   RunReportOfAction() {
     Write("src/Lib/Lib.csproj",
-          "<Project "
-          "xmlns=\"http://schemas.microsoft.com/developer/msbuild/2003\"><PropertyGroup><AssemblyName>Lib"
-          "</AssemblyName><OutputType>Library</OutputType><OutputPath>out\\</OutputPath></"
-          "PropertyGroup><ItemGroup>"
-          "<Compile Include=\"AssemblyInfo.cs\"/></ItemGroup><Import "
-          "Project=\"$(MSBuildBinPath)\\Microsoft.CSharp.targets\"/></Project>");
+          "<Project xmlns=\"http://schemas.microsoft.com/developer/msbuild/2003\">"
+          "<PropertyGroup><AssemblyName>Lib</AssemblyName><OutputType>Library</OutputType>"
+          "<OutputPath>out\\</OutputPath></PropertyGroup>"
+          "<ItemGroup><Compile Include=\"AssemblyInfo.cs\"/></ItemGroup>"
+          "<Import Project=\"$(MSBuildBinPath)\\Microsoft.CSharp.targets\"/></Project>");
     Write("src/Lib/AssemblyInfo.cs", kInfo);
     Write("src/App.sln",
           "Microsoft Visual Studio Solution File, Format Version 9.00\r\nProject(\"{FAE04EC0-301F-11D3-BF4B-"

@@ -17,10 +17,9 @@ constexpr const char* kTool = "{BBBBBBBB-0000-0000-0000-000000000002}";
 constexpr const char* kStatic = "{CCCCCCCC-0000-0000-0000-000000000003}";
 
 std::string VcText(const std::string& type) {
-  return "<VisualStudioProject ProjectType='Visual C++' Version='8.00' Name='Tool'><Platforms><Platform "
-         "Name='Win32'/>"
-         "</Platforms><Configurations><Configuration Name='Release|Win32' OutputDirectory='out' "
-         "ConfigurationType='" +
+  return "<VisualStudioProject ProjectType='Visual C++' Version='8.00' Name='Tool'>"
+         "<Platforms><Platform Name='Win32'/></Platforms>"
+         "<Configurations><Configuration Name='Release|Win32' OutputDirectory='out' ConfigurationType='" +
          type +
          "'></Configuration></Configurations><Files><Filter Name='r'><File RelativePath='Tool.rc'/></Filter>"
          "<File RelativePath=\"AssemblyInfo.cpp\"/></Files></VisualStudioProject>";

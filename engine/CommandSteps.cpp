@@ -40,12 +40,12 @@ std::string RunCommandStep(const CommandStep& step, Console& console) {
   for (const std::string& line : CommandLines(step.commands)) console.Line(line);
   if (WineProgram().empty()) return kNoWine;
   try {
-    ReplaceFile(step.batch_file, batch);
+    ReplaceFile(step.batchFile, batch);
   } catch (const Exception& error) {
     return error.Message();
   }
   ChildCommand command{
-      {WineProgram(), "cmd", "/c", FilePart(step.batch_file)}, FolderPart(step.batch_file), {}};
+      {WineProgram(), "cmd", "/c", FilePart(step.batchFile)}, FolderPart(step.batchFile), {}};
   // By its bare name: "&" and the like in a folder's name mean something on this command line, even in
   // quotes. Of Wine's own messages only those of programs that cannot start belong to the build's; without
   // these two libraries a new prefix asks no questions.

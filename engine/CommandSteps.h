@@ -24,8 +24,8 @@ struct CommandStep {
   std::string title;     // "Performing Post-Build Event..."
   std::string commands;  // lines, macros replaced
   std::string folder;    // where they run, absolute
-  std::string
-      batch_file;  // where they are written down, absolute; its folder exists, its name is a plain word
+  // Where they are written down, absolute; its folder exists, its name is a plain word.
+  std::string batchFile;
 };
 // Prints the title and each command before any runs, then what they print. The answer is why the step failed,
 // one line; empty when it succeeded or there is nothing to run.

@@ -330,8 +330,8 @@ QX_API void QXShowError(const std::string& text);
 struct QX_API TOpenDialog {
   std::string title;
   std::string filter;  // pairs of name and patterns: "Solutions (*.sln)|*.sln|All files|*.*"
-  std::string
-      defaultExtension;  // added to a name that was typed without one; with or without its dot; empty: none
+  // Added to a name that was typed without one; with or without its dot; empty: none.
+  std::string defaultExtension;
   std::string fileName;  // what the dialog starts with, and what was picked
   // False when the user cancelled; fileName is as it was then.
   bool Execute();

@@ -39,8 +39,8 @@ std::string TextAt(std::string_view block, std::size_t at, std::size_t end, std:
 // A node of the block: a length, a key, a value, and nodes below it. All begin at offsets that four divides.
 struct Node {
   std::string key;
-  std::size_t valueSize =
-      0;  // of texts some writers count characters and some bytes: to be trusted for numbers only
+  // Of texts some writers count characters and some bytes: to be trusted for numbers only.
+  std::size_t valueSize = 0;
   std::size_t value = 0, end = 0;
 };
 

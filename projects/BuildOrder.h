@@ -7,8 +7,8 @@
 namespace qx {
 
 struct BuildOrder {
-  std::vector<std::size_t>
-      order;  // every project once; those that need nothing of each other as they were given
+  // Every project once; those that need nothing of each other as they were given.
+  std::vector<std::size_t> order;
   // Each circle once, as the projects along it; its last need (from the last to the first) was passed over.
   std::vector<std::vector<std::size_t>> circles;
 };

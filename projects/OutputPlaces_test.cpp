@@ -28,10 +28,9 @@ std::string NetText(const std::string& inside) {
          inside + "<Import Project=\"$(MSBuildBinPath)\\Microsoft.CSharp.targets\"/></Project>";
 }
 std::string VcText(const std::string& type, const std::string& linker) {
-  return "<VisualStudioProject ProjectType='Visual C++' Version='8.00' Name='Tool'><Platforms><Platform "
-         "Name='Win32'/>"
-         "</Platforms><Configurations><Configuration Name='Release|Win32' "
-         "OutputDirectory='$(SolutionDir)out' "
+  return "<VisualStudioProject ProjectType='Visual C++' Version='8.00' Name='Tool'>"
+         "<Platforms><Platform Name='Win32'/></Platforms>"
+         "<Configurations><Configuration Name='Release|Win32' OutputDirectory='$(SolutionDir)out' "
          "IntermediateDirectory='obj' ConfigurationType='" +
          type + "'>" + linker + "</Configuration></Configurations><Files></Files></VisualStudioProject>";
 }
@@ -49,13 +48,11 @@ class OutputPlaces : public testing::Test {
     if (isBuilt) rows_ += "\t\t" + guid + ".Release|Mixed Platforms.Build.0 = " + mapping + "\r\n";
   }
   std::vector<OutputPlace> Find(const std::map<std::string, std::string>& properties = {}) const {
-    const std::string text =
-        "Microsoft Visual Studio Solution File, Format Version 9.00\r\n" + projects_ +
-        "Global\r\n\tGlobalSection(SolutionConfigurationPlatforms) = preSolution\r\n\t\tRelease|Mixed "
-        "Platforms = "
-        "Release|Mixed Platforms\r\n\tEndGlobalSection\r\n\tGlobalSection(ProjectConfigurationPlatforms) = "
-        "postSolution\r\n" +
-        rows_ + "\tEndGlobalSection\r\nEndGlobal\r\n";
+    const std::string text = "Microsoft Visual Studio Solution File, Format Version 9.00\r\n" + projects_ +
+                             "Global\r\n\tGlobalSection(SolutionConfigurationPlatforms) = preSolution\r\n"
+                             "\t\tRelease|Mixed Platforms = Release|Mixed Platforms\r\n\tEndGlobalSection\r\n"
+                             "\tGlobalSection(ProjectConfigurationPlatforms) = postSolution\r\n" +
+                             rows_ + "\tEndGlobalSection\r\nEndGlobal\r\n";
     return FindOutputPlaces(ReadSolutionMap(text),
                             {folder / "App.sln", "Release|Mixed Platforms", properties});
   }

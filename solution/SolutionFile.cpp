@@ -182,8 +182,8 @@ class Reader {
   }
 
   void ReadDependencies() {
-    std::unordered_map<std::string_view, std::size_t>
-        first;  // by identifier; the first project of one counts
+    // By identifier; the first project of one counts.
+    std::unordered_map<std::string_view, std::size_t> first;
     for (std::size_t i = 0; i < model_.projects.size(); ++i) first.try_emplace(model_.projects[i].guid, i);
     ForEachSectionLine([&](std::string_view line) {
       line = TrimView(line);
@@ -199,8 +199,8 @@ class Reader {
   const std::string folder_;
   std::size_t cursor_ = 0;
   SolutionModel model_;
-  std::optional<std::vector<std::string_view>>
-      configurationNames_;  // of the last section; they lie in the text
+  // Of the last section; they lie in the text.
+  std::optional<std::vector<std::string_view>> configurationNames_;
   XmlDocument document_;
   std::string buffer_;
 };

@@ -235,8 +235,7 @@ TEST_F(VersionScript, ReadingSetsWhatTheBlockSaysInOrder) {
   Parser("App.rc")->ReadVersionInfo(info);
   EXPECT_EQ(info.calls,
             "major=1;minor=2;release=0;build=45;debug=0;prerelease=1;special=1;private=1;dll=0;locale=1033;"
-            "page=1252;"
-            "keys=CompanyName=ACME\r\nEmpty=\r\n;");
+            "page=1252;keys=CompanyName=ACME\r\nEmpty=\r\n;");
 }
 
 TEST_F(VersionScript, ReadingAScriptWithoutBlockEmptiesTheKeysOnly) {

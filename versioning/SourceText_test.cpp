@@ -23,8 +23,7 @@ std::string Fitted(std::string_view bytes, const std::string& text, std::optiona
 }
 const std::string kRefused =
     "Cannot write A.cs: its encoding cannot hold the text of AssemblyTitle (save the file as UTF-8 with a "
-    "mark, "
-    "or keep to its characters)";
+    "mark, or keep to its characters)";
 
 std::string Encoded(std::string_view bytes, const std::vector<std::string_view>& pieces) {
   std::string storage, joined;

@@ -221,8 +221,8 @@ TEST(Tools, AssemblyInfoFilesThatWereAcceptedStayAccepted) {
     ++accepted;
     ASSERT_TRUE(Succeeds(kStamp + " solution " + (folder / "All.sln"))) << path;
     const std::string text = folder.Read("AssemblyInfo.cs");
-    // A model that is a comment opens added entries with its "/"; the short names of added
-    // entries need the directive.
+    // A model that is a comment opens added entries with its "/"; the short names of added entries need the
+    // directive.
     const bool commentLast = text.find("\r\n/assembly: ") != std::string::npos;
     const bool hasDirective = text.find("using System.Reflection;") != std::string::npos;
     EXPECT_TRUE(commentLast || !hasDirective || Succeeds(compile)) << path;

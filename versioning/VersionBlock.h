@@ -37,8 +37,8 @@ struct VersionValues {
 struct VersionReading {
   bool hasBlock = false;
   std::optional<std::array<std::int32_t, 4>> numbers;
-  std::string
-      writtenNumbers;  // what stands behind FILEVERSION: "1,2,0,0", or names of macros; empty: nothing
+  // What stands behind FILEVERSION: "1,2,0,0", or names of macros; empty: nothing.
+  std::string writtenNumbers;
   std::optional<VersionFlags> flags;
   std::optional<bool> isDll;
   std::optional<std::int32_t> locale;

@@ -9,14 +9,12 @@ namespace {
 using Status = BuiltProject::Status;
 
 constexpr const char* kBasic2003 =
-    "<VisualStudioProject><VisualBasic><Build><Settings AssemblyName=\"B\" OutputType=\"Exe\"><Config "
-    "Name=\"Debug\" "
-    "OutputPath=\"bin\"/></Settings></Build></VisualBasic></VisualStudioProject>";
+    "<VisualStudioProject><VisualBasic><Build><Settings AssemblyName=\"B\" OutputType=\"Exe\">"
+    "<Config Name=\"Debug\" OutputPath=\"bin\"/></Settings></Build></VisualBasic></VisualStudioProject>";
 constexpr const char* kBasic2005 =
-    "<Project "
-    "xmlns=\"http://schemas.microsoft.com/developer/msbuild/2003\"><PropertyGroup><OutputPath>bin</"
-    "OutputPath>"
-    "</PropertyGroup><Import Project=\"$(MSBuildBinPath)\\Microsoft.VisualBasic.targets\"/></Project>";
+    "<Project xmlns=\"http://schemas.microsoft.com/developer/msbuild/2003\">"
+    "<PropertyGroup><OutputPath>bin</OutputPath></PropertyGroup>"
+    "<Import Project=\"$(MSBuildBinPath)\\Microsoft.VisualBasic.targets\"/></Project>";
 
 class NetBuild : public NetFixture {};
 

@@ -22,8 +22,8 @@ struct BuildRequest {
   Goal goal = Goal::Build;
   bool isDeployed = false;       // build, then deploy
   bool usesEnvironment = false;  // INCLUDE, LIB and PATH before the folders of the tools
-  std::map<std::string, std::string>
-      properties;  // of MSBuild.exe, without the configuration and the platform
+  // Of MSBuild.exe, without the configuration and the platform.
+  std::map<std::string, std::string> properties;
 };
 
 // A command line that cannot be followed; the text says what to do.

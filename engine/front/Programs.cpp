@@ -46,8 +46,7 @@ int HandOver(const std::vector<std::string>& arguments) {
   if (!engine) {
     std::fputs(
         "MSBuild.exe: no build engine was found on the PATH (msbuild, dotnet or xbuild). Install one of "
-        "them: "
-        "Debian's package mono-devel has xbuild.\n",
+        "them: Debian's package mono-devel has xbuild.\n",
         stderr);
     return kNotFound;
   }

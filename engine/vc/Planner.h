@@ -32,8 +32,8 @@ struct Planner {
   PathFinder finder;
   std::vector<VcSource> sources;
   std::string overlay;  // the folder of forwarding headers to search; empty: none
-  std::map<std::string, std::string>
-      ownOverlays;                     // of sources to which a name means another file, by their path
+  // Of sources to which a name means another file, by their path.
+  std::map<std::string, std::string> ownOverlays;
   std::string literals;                // a header for "10i64", included before C++; empty: none needs it
   std::vector<std::string> objects;    // relative to the plan's folder, or absolute
   std::vector<std::string> generated;  // outputs of custom build steps

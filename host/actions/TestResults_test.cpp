@@ -47,8 +47,8 @@ TEST(TestResults, NamesEveryOtherOutcome) {
   EXPECT_EQ(
       Summary(TrxOf("<Results>" + results + "</Results>")),
       "Test results: 1 passed, 0 failed, 2 Inconclusive, 1 Aborted, 1 Timeout, 1 NotExecuted, 1 "
-      "Disconnected, "
-      "1 Warning, 1 PassedButRunAborted, 1 NotRunnable, 1 Completed, 1 InProgress, 1 Pending in 6.500 s");
+      "Disconnected, 1 Warning, 1 PassedButRunAborted, 1 NotRunnable, 1 Completed, 1 InProgress, 1 Pending "
+      "in 6.500 s");
 }
 
 TEST(TestResults, TakesAnOutcomeThatIsNotWrittenForAnError) {

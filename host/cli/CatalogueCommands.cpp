@@ -1,4 +1,4 @@
-// actions, package and options.
+// The commands `actions`, `package` and `options`.
 #include <algorithm>
 #include <array>
 

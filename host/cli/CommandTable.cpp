@@ -112,17 +112,13 @@ constexpr std::array kHelpOperands{OperandRow{"COMMAND", ValueKind::Command, 0, 
 constexpr std::array kCommands{
     CommandRow{
         "run", kRunOperands, kRunOptions, "run a build project",
-        "Validates every action first; when one finds an error, nothing is executed. Then executes "
-        "the actions in "
-        "order until one fails.\n"
-        "The actions' properties, raised numbers among them, are saved whatever the outcome. Ctrl-C, "
-        "SIGTERM and "
-        "the time-out end the running action and its programs. Relative paths are taken from the "
-        "build project's "
-        "folder. A second run of the same file is refused while one is going on.\n"
-        "A dry run does everything up to the programs and writes nothing. Its diff names files as "
-        "seen from the "
-        "build project's folder: apply it there with patch -p1.\n"
+        "Validates every action first; when one finds an error, nothing is executed. Then executes the "
+        "actions in order until one fails.\n"
+        "The actions' properties, raised numbers among them, are saved whatever the outcome. Ctrl-C, SIGTERM "
+        "and the time-out end the running action and its programs. Relative paths are taken from the build "
+        "project's folder. A second run of the same file is refused while one is going on.\n"
+        "A dry run does everything up to the programs and writes nothing. Its diff names files as seen from "
+        "the build project's folder: apply it there with patch -p1.\n"
         "Errors and warnings of compilers are counted in the last lines. Those that a baseline holds are "
         "not; they are known again by code, file and message, whatever their line.\n"
         "A report is written when the run has ended, however it ended. html: a page to read. json: the "
@@ -225,8 +221,7 @@ constexpr std::array kCommands{
                kPackageOptions,
                "show what a package registers",
                "Loads the packages and prints how far each came, its unit table and every registration call "
-               "in the order "
-               "it was made.",
+               "in the order it was made.",
                "qxhost --package ./mine.so package",
                "checks a package of one's own",
                ShowPackages},
@@ -238,19 +233,16 @@ constexpr std::array kCommands{
         HostSettingsHelp},
     CommandRow{"expand", kExpandOperands, kExpandOptions, "print a text with its variables expanded",
                "%NAME% is replaced by --set, the project's variables or the environment, in this order; %% "
-               "is one percent "
-               "sign.",
+               "is one percent sign.",
                "qxhost expand '%ROOT%/App.sln' --project nightly.xml", "shows the path that a build will use",
                ExpandText},
     CommandRow{
         "drive", kOptionalFile, kDriveOptions, "drive an action's property pages without a screen",
-        "Fills the pages, then reads one command a line from standard input and answers each with one "
-        "line of JSON. What was wrong with a command stands in its answer; the exit code is 0 all the "
-        "same.\n"
+        "Fills the pages, then reads one command a line from standard input and answers each with one line "
+        "of JSON. What was wrong with a command stands in its answer; the exit code is 0 all the same.\n"
         "Names of controls stand in the answer to state. A page's name with blanks is written as it is, "
         "without quotes, and a VALUE is the rest of the line: text Some Page.txtName a b. A command goes to "
-        "the "
-        "page that it names.\n"
+        "the page that it names.\n"
         "pages: the page names in order; active: the page that the user is on.\n"
         "state [PAGE[.CONTROL]]: every control, or one.\n"
         "text PAGE.CONTROL VALUE: types into an edit, a combo box or a spin edit; picks an item of a list by "
@@ -261,8 +253,8 @@ constexpr std::array kCommands{
         "tick PAGE.CONTROL INDEX on|off: ticks an item of a check list, counted from 0.\n"
         "cell PAGE.CONTROL COL ROW VALUE: edits a cell of a grid, both counted from 0; row 0 is its "
         "heading.\n"
-        "answer file PATH, answer folder PATH, answer cancel: queues the answer to the next picker, "
-        "so it goes before the command that opens it.\n"
+        "answer file PATH, answer folder PATH, answer cancel: queues the answer to the next picker, so it "
+        "goes before the command that opens it.\n"
         "dialogs: every dialog shown since the last time.\n"
         "write: has every page write its values and saves them.\n"
         "quit: ends; what was not written is lost.\n"

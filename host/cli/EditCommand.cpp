@@ -1,4 +1,4 @@
-// edit: hands over to the desktop.
+// The command `edit`: hands over to the desktop.
 #include "host/HostArguments.h"
 #include "host/cli/Commands.h"
 #include "host/cli/Session.h"

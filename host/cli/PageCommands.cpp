@@ -1,4 +1,4 @@
-// drive.
+// The command `drive`.
 #include "host/HostArguments.h"
 #include "host/cli/Commands.h"
 #include "host/cli/Session.h"

@@ -1,4 +1,4 @@
-// new, add, set, show and expand.
+// The commands `new`, `add`, `set`, `show` and `expand`.
 #include <nlohmann/json.hpp>
 
 #include "host/HostArguments.h"

@@ -1,4 +1,4 @@
-// run and validate.
+// The commands `run` and `validate`.
 #include <chrono>
 #include <cmath>
 

@@ -1,4 +1,4 @@
-// script.
+// The command `script`.
 #include "host/cli/Commands.h"
 #include "host/cli/Session.h"
 #include "host/script/Script.h"

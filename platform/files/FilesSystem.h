@@ -1,5 +1,5 @@
-// What platform/files/Files.cpp asks of the system, one source an OS. A reason is the
-// system's text, empty for success.
+// What platform/files/Files.cpp asks of the system, one source a system. A reason is the system's text, empty
+// for success.
 #pragma once
 
 #include <cstdint>

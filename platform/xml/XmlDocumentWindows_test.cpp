@@ -16,8 +16,8 @@
 namespace qx {
 namespace {
 
-constexpr std::size_t kSlots =
-    83;  // of IXMLDOMDocument2: 7 of IDispatch, 36 of the node, 33 and 7 of its own
+// Of IXMLDOMDocument2: 7 of IDispatch, 36 of the node, 33 and 7 of its own.
+constexpr std::size_t kSlots = 83;
 using Slot = void*;
 
 struct Notes {

@@ -91,22 +91,21 @@ TEST_P(NetOutputUnknown, IsSaidWithItsReason) {
 INSTANTIATE_TEST_SUITE_P(
     Projects, NetOutputUnknown,
     testing::Values(
-        Unknown{"<Project><PropertyGroup><OutputPath>bin</OutputPath></PropertyGroup><Import "
-                "Project=\"gone.props\"/>"
+        Unknown{"<Project><PropertyGroup><OutputPath>bin</OutputPath></PropertyGroup>"
+                "<Import Project=\"gone.props\"/>"
                 "<Import Project=\"$(MSBuildBinPath)\\Microsoft.CSharp.targets\"/></Project>",
                 "OutputPath is not certain: the import of \"gone.props\" may set it: it cannot be read"},
         Unknown{"<Project><Import Project=\"$(MSBuildBinPath)\\Microsoft.CSharp.targets\"/></Project>",
                 "the project sets no OutputPath for this configuration and platform"},
         Unknown{"<Project><PropertyGroup><OutputPath>bin</OutputPath></PropertyGroup></Project>",
                 "OutputPath is not certain: it imports no targets of the product"},
-        Unknown{"<Project><PropertyGroup><OutputPath "
-                "Condition=\"'$(OS)'=='Unix'\">bin</OutputPath></PropertyGroup>"
+        Unknown{"<Project><PropertyGroup>"
+                "<OutputPath Condition=\"'$(OS)'=='Unix'\">bin</OutputPath></PropertyGroup>"
                 "<Import Project=\"$(MSBuildToolsPath)\\Microsoft.CSharp.targets\"/></Project>",
                 "OutputPath is not certain: the condition \"'$(OS)'=='Unix'\" cannot be decided: $(OS) "
-                "depends on "
-                "where it is built"},
-        Unknown{"<Project><PropertyGroup><OutputPath>bin</OutputPath><AssemblyName>@(X)</AssemblyName></"
-                "PropertyGroup>"
+                "depends on where it is built"},
+        Unknown{"<Project><PropertyGroup><OutputPath>bin</OutputPath>"
+                "<AssemblyName>@(X)</AssemblyName></PropertyGroup>"
                 "<Import Project=\"$(MSBuildBinPath)\\Microsoft.CSharp.targets\"/></Project>",
                 "The file's name is not certain: \"@(X)\" is known to the build alone"}));
 

@@ -21,8 +21,8 @@ enum class NetForm {
 struct NetSelection {
   std::string configuration;  // "Release"
   std::string platform;       // "Any CPU" or "AnyCPU"; of no meaning to the older form
-  std::map<std::string, std::string>
-      properties;            // given from outside (MSBuild's /p:), they win over the file
+  // Given from outside (MSBuild's /p:), they win over the file.
+  std::map<std::string, std::string> properties;
   std::string solutionFile;  // empty: unknown
 };
 

@@ -11,12 +11,9 @@ namespace {
 // The languages that .NET 1.0 to 2.0 know; a region or script may follow ("de-AT", "sr-SP-Cyrl", "zh-CHS").
 constexpr std::string_view kLanguages =
     " af am ar arn as az ba be bg bn bo br bs ca co cs cy da de div dv el en es et eu fa fi fil fo fr fy ga "
-    "gl gsw gu "
-    "ha he hi hr hsb hu hy id ig ii is it iu ja ka kk kl km kn ko kok ky lb lo lt lv mi mk ml mn moh mr ms "
-    "mt nb ne nl "
-    "nn no nso ny oc or pa pl prs ps pt qut quz rm ro ru rw sa sah se si sk sl sma smj smn sms sq sr sv sw "
-    "syr ta te tg "
-    "th tk tn tr tt tzm ug uk ur uz vi wen wo xh yo zh zu ";
+    "gl gsw gu ha he hi hr hsb hu hy id ig ii is it iu ja ka kk kl km kn ko kok ky lb lo lt lv mi mk ml mn "
+    "moh mr ms mt nb ne nl nn no nso ny oc or pa pl prs ps pt qut quz rm ro ru rw sa sah se si sk sl sma smj "
+    "smn sms sq sr sv sw syr ta te tg th tk tn tr tt tzm ug uk ur uz vi wen wo xh yo zh zu ";
 
 bool IsLetters(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; });

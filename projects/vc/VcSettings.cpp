@@ -41,8 +41,7 @@ std::optional<VcConfiguration> OwnSheetLayer(std::string_view written) {
 
 constexpr std::string_view kDefaultLibraries =
     "kernel32.lib user32.lib gdi32.lib winspool.lib comdlg32.lib advapi32.lib shell32.lib ole32.lib "
-    "oleaut32.lib "
-    "uuid.lib odbc32.lib odbccp32.lib";
+    "oleaut32.lib uuid.lib odbc32.lib odbccp32.lib";
 
 std::string Stem(std::string_view path) {
   const std::string file = FilePart(path);

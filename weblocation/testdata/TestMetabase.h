@@ -1,9 +1,10 @@
 // A small metabase behind a COM server of the tests' own, found under the moniker "IIS:". In a test's process
 // through LocalServer; for programs as a library that registers itself (TestMetabaseWindows.cpp).
 //
-//   IIS://HOST/w3svc/1/ROOT/Site       IIsWebVirtualDir, its Path from QX_TEST_METABASE_SITE, else
-//   D:\Web\Site IIS://HOST/w3svc/1/ROOT/Site/Sub   IIsWebDirectory IIS://HOST/w3svc/1/ROOT/Wrong,
-//   IIS://HOST/w3svc/1/ROOT   IIsWebServer, which is no directory
+//   IIS://HOST/w3svc/1/ROOT/Site       IIsWebVirtualDir; its Path from QX_TEST_METABASE_SITE, else D:\Web\Site
+//   IIS://HOST/w3svc/1/ROOT/Site/Sub   IIsWebDirectory
+//   IIS://HOST/w3svc/1/ROOT/Wrong      IIsWebServer, which is no directory
+//   IIS://HOST/w3svc/1/ROOT            the same
 #pragma once
 
 namespace qx::test_metabase {

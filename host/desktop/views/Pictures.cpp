@@ -13,8 +13,8 @@ namespace qx::desktop {
 namespace {
 
 // Drawn on 16 by 16. "INK" is the theme's text colour, "LABEL" that of texts on buttons, "PAPER" its window
-// colour; colours that mean something
-// (go, stop, wrong) are given for light and dark themes as "GREEN", "RED", "BLUE" and "AMBER".
+// colour; colours that mean something (go, stop, wrong) are given for light and dark themes as "GREEN", "RED",
+// "BLUE" and "AMBER".
 struct Drawing {
   Picture picture;
   std::string_view body;
