@@ -32,6 +32,7 @@ std::string MSBuildParameters(const CompilerSettings& settings, std::string_view
   out += " /p:Configuration=" + Quoted(name);
   if (name.size() == configuration.size()) return out;
 
+  // A bar means that there is a platform, an empty one too (docs/deliberate.md).
   out += ";Platform=" + Quoted(configuration.substr(name.size() + 1));
   for (const auto& [property, value] : EngineProperties(settings, configuration)) {
     out += ";" + property + "=" + Quoted(value);

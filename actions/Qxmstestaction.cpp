@@ -14,7 +14,7 @@ constexpr PublishedProperty kProperties[] = {
     Property<&A::GetOutputFileName, &A::SetOutputFileName>("OutputFileName"),
 };
 
-// The subject is spelled as it has always been shown.
+// The subject is spelled as it has always been shown (docs/deliberate.md).
 constexpr const char* kLocation = "MSTest Locatation";
 
 constexpr bool kNested = true;
@@ -60,7 +60,8 @@ bool TQXMSTestAction::GetCommandLine(ICommandLineBuilder& builder) {
     const std::string& text;
     bool nested;
   };
-  // Only the assembly's variables are expanded within variables: saved projects depend on it.
+  // Only the assembly's variables are expanded within variables: saved projects depend on it
+  // (docs/deliberate.md).
   const Row rows[] = {{"/testcontainer:", "Assembly File", assemblyFileName_, kNested},
                       {"/resultsfile:", "Output File", outputFileName_, !kNested},
                       {"/runconfig:", "Configuration File", configFileName_, !kNested}};

@@ -5,7 +5,8 @@
 namespace qx {
 namespace {
 
-// "UpdateVersionComment" names no property and stays: the list is what installed hosts have always been given.
+// "UpdateVersionComment" names no property and stays: the list is what installed hosts have always been given
+// (docs/deliberate.md).
 constexpr std::string_view kHiddenProperties[] = {"UpdateVersionComment",
                                                   "UpdateAssemblyTitle",
                                                   "UpdateAssemblyComment",
@@ -68,6 +69,8 @@ constexpr std::int32_t kWindowsLatin1 = 1252;
 
 }  // namespace
 
+// The text stays whole until one of its parts is set: saved projects hold dotted versions and ones of five
+// parts (docs/deliberate.md).
 void AssemblyVersionState::Split(const std::string& value) {
   whole = value;
   parts = SplitVersion(value);
@@ -130,7 +133,7 @@ void TQXCustomVSDotNetAction::SetAssemblyVersionRevision(const std::string& valu
 }
 
 // The assembly version, not the file version, and in this getter alone: reading has normalised saved projects
-// so, and they depend on it.
+// so, and they depend on it (docs/deliberate.md).
 std::string TQXCustomVSDotNetAction::GetAssemblyFileVersionBuild() {
   ResetAssemblyVersion();
   return assemblyFileVersion_.parts.build;
@@ -168,14 +171,16 @@ void TQXCustomVSDotNetAction::SetAutoIncAssemblyRevisionNo(bool value) {
 void TQXCustomVSDotNetAction::SetAutoIncAssemblyBuildNo(bool value) {
   if (autoIncAssemblyBuildNo_ == value) return;
   autoIncAssemblyBuildNo_ = value;
-  // The name taken away is one that is never registered, so "AssemblyVersion" stays: saved projects depend on it.
+  // The name taken away is one that is never registered, so "AssemblyVersion" stays: saved projects depend on
+  // it (docs/deliberate.md).
   if (value)
     RegisterDynamicProperty("AssemblyVersion");
   else if (!autoIncAssemblyRevisionNo_)
     UnRegisterDynamicProperty("AssemblyBuildNo");
 }
 
-// Registers nothing and takes nothing away, unlike its three siblings: saved projects depend on it.
+// Registers nothing and takes nothing away, unlike its three siblings: saved projects depend on it
+// (docs/deliberate.md).
 void TQXCustomVSDotNetAction::SetAutoIncAssemblyFileRevisionNo(bool value) {
   autoIncAssemblyFileRevisionNo_ = value;
 }
@@ -223,11 +228,13 @@ void TQXCustomVSDotNetAction::SetVersionInfoKeys(const std::string& value) {
   UpdateFileVersion();
 }
 
+// 0, "ANSI", is stored as what it meant; one that was never set stays 0 (docs/deliberate.md).
 void TQXCustomVSDotNetAction::SetCodePage(std::int32_t value) {
   record_.codePage = value == 0 ? kWindowsLatin1 : value;
 }
 
-// Sets the neighbour and leaves IsPrivate as it was made: saved projects depend on the crossing.
+// Sets the neighbour and leaves IsPrivate as it was made: saved projects depend on the crossing, and so on
+// what it makes of them as they are loaded (docs/deliberate.md).
 void TQXCustomVSDotNetAction::SetIsPrivate(bool value) { record_.isDebug = value; }
 
 void TQXCustomVSDotNetAction::UpdateFileVersion() {
@@ -260,6 +267,7 @@ InterfacePtr<IQXApplicationServices> TQXCustomVSDotNetAction::GetServices() {
 
 std::string TQXCustomVSDotNetAction::DoAutoIncBuild(const std::string& value) {
   const std::size_t last = LastPartOf(value);
+  // A part that is no number becomes 0, where a run makes it 1 (docs/deliberate.md).
   return value.substr(0, last) + NextNumber(ExpandText(value.substr(last)), -1);
 }
 

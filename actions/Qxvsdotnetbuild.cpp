@@ -14,12 +14,14 @@ namespace qx {
 namespace {
 
 constexpr const char* kFrameworkVersion = "v2.0";
-// Printed by the older devenv.com when nothing was built; it exits with 0 all the same.
+// Printed by the older devenv.com when nothing was built; it exits with 0 all the same. The run has then
+// failed without a line about an exit code; that of 2005 prints it too and is believed (docs/deliberate.md).
 constexpr std::string_view kNothingSucceeded = ": 0 succeeded,";
 constexpr std::chrono::milliseconds kPauseAfterRun{10};
 
 // The path by which the compiler finds the solution from its starting directory: as it stands where that
-// works, made absolute when it leads through a folder, and outside Windows in the spelling it has on disk.
+// works, made absolute when it leads through a folder (docs/deliberate.md), and outside Windows in the
+// spelling it has on disk.
 std::string CommandLinePath(const std::string& path) {
   const bool leadsAstray = !IsAbsolute(path) && !FolderPart(path).empty();
   const std::string reachable = leadsAstray ? ExpandPath("", path) : path;
@@ -34,7 +36,8 @@ bool TQXCustomVSDotNetAction::Validate(IQXActionValidationError& errors) {
     errors.AddError("Solution file", "A solution file has not been set");
     valid = false;
   }
-  // For vs2005 with UseMSBuild too, although that compiler lies elsewhere: set-ups depend on the check.
+  // For vs2005 with UseMSBuild too, although that compiler lies elsewhere: set-ups depend on it
+  // (docs/deliberate.md).
   if (DevEnvFolder().empty()) {
     errors.AddError("Path to devenv.com", "Path to devenv.com has not been set, check Tools->Options");
     valid = false;
@@ -42,7 +45,8 @@ bool TQXCustomVSDotNetAction::Validate(IQXActionValidationError& errors) {
   return valid;
 }
 
-// An exception of the version resource update is the only one that leaves: the host reports it.
+// An exception of the version resource update is the only one that leaves: the host reports it, and the
+// numbers stay raised (docs/deliberate.md).
 bool TQXCustomVSDotNetAction::Execute() {
   buildFailed_ = false;
   run_ = {};
@@ -151,11 +155,13 @@ bool TQXCustomVSDotNetAction::BuildSelected(IVSDotNetSolution& solution, const s
       SendMessage(
           "A Project selected is no longer part of this solution, please open the action properties dialog "
           "and select the correct projects");
-      // What the run before it gave, so the action succeeds when the first projects did: builds depend on it.
+      // What the run before it gave, so the action succeeds when the first projects did: builds depend on it
+      // (docs/deliberate.md).
       return succeeded;
     }
     const std::string parameters = ProjectParameters(settings, remaining, project->GetPath(), solutionFile);
-    // MSBuild is told the platform once; the projects after the first build without: builds depend on it.
+    // MSBuild is told the platform once; the projects after the first build without: builds depend on it
+    // (docs/deliberate.md).
     if (settings.syntax == CompilerSyntax::MSBuild) remaining = WithoutPlatform(remaining);
     SendMessage("Processing Project : " + project->GetName());
     LogRun(compiler, parameters);
@@ -175,6 +181,7 @@ bool TQXCustomVSDotNetAction::RunCompiler(const std::string& compiler, const std
     process->SetRedirectOutput(true);
     process->SetHideWindow(true);
     process->SetStartingDirectory(startingDirectory);
+    // Signalled by a stop that came while nothing ran, too: this run then ends at once (docs/deliberate.md).
     process->SetStopEvent(&stopEvent_);
     process->SetCallback(this);
     const int exitCode = process->Execute();
@@ -183,6 +190,7 @@ bool TQXCustomVSDotNetAction::RunCompiler(const std::string& compiler, const std
 
     if (buildFailed_) return false;  // the compiler's own output shows why
     if (exitCode == 0) return true;
+    // Also where the program ended so by itself (docs/deliberate.md).
     if (exitCode == kTerminatedExitCode) return Fail("Action Terminated by User.");
     return Fail(compiler + " returned Error code : " + std::to_string(exitCode));
   } catch (const std::exception& error) {

@@ -33,7 +33,7 @@ struct TQXVSDotNetAction::Rows {
 // clang-format off
 constexpr PublishedProperty TQXVSDotNetAction::Rows::all[66] = {
     Property<&A::GetSolution, &A::SetSolution>("Solution"),
-    Plain<&S::solutionConfiguration>("SolutionConFiguration"),  // the capital F is in every saved project
+    Plain<&S::solutionConfiguration>("SolutionConFiguration"),  // the capital F is in every saved project (docs/deliberate.md)
     Plain<&S::updateWin32Resource>("UpdateWin32Resource"),
     Plain<&S::updateAssemblyInfo>("UpdateAssemblyInfo"),
     Plain<&S::buildType>("BuildType"),

@@ -25,7 +25,8 @@ bool TQXCustomVSDotNetAction::Stamp(const InterfacePtr<IVSDotNetSolution>& solut
   return true;
 }
 
-// The numbers are raised whether or not the build that follows succeeds.
+// The numbers are raised whether or not the build that follows succeeds. A part that is no number becomes 1,
+// where DoAutoIncBuild makes it 0 (docs/deliberate.md).
 void TQXCustomVSDotNetAction::RaiseAssemblyNumbers() {
   const auto raise = [](AssemblyVersionState& version, std::string VersionParts::*part) {
     version.parts.*part = NextNumber(version.parts.*part, 0);

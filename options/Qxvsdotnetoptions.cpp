@@ -47,7 +47,7 @@ const TQXOptionsClass& TVSDotNetOptions::Class() {
 }
 
 // What is stored goes into the fields and leaves the object unmodified; what is detected goes through the
-// setters, so that the host saves it.
+// setters, so that the host saves it. A folder that was saved empty is looked for again (docs/deliberate.md).
 void TVSDotNetOptions::LoadOptions(IQXOptionsReader& reader) {
   TQXOptionsObject::LoadOptions(reader);
   devEnvLocation_ = reader.ReadString(kPath2002, "");
@@ -56,7 +56,8 @@ void TVSDotNetOptions::LoadOptions(IQXOptionsReader& reader) {
   if (devEnv2003Location_.empty()) SetDevEnv2003Location(DetectInstallation("7.1"));
   devEnv2005Location_ = reader.ReadString(kPath2005, "");
   if (devEnv2005Location_.empty()) SetDevEnv2005Location(DetectInstallation("8.0"));
-  // Only the low byte counts, also of an ordinal that no version has: stores written by others rely on it.
+  // Only the low byte counts, also of an ordinal that no version has: stores written by others rely on it
+  // (docs/deliberate.md).
   const std::int32_t ordinal =
       reader.ReadInteger(kDefaultVersion, static_cast<std::int32_t>(kFirstDefaultVersion));
   defaultVSVersion_ = static_cast<TVSDotNetVersion>(static_cast<std::uint32_t>(ordinal) & 0xFFu);

@@ -18,7 +18,7 @@ constexpr char kEnd = '\n';
 
 // Former ticks by name, in the manner of a list of NAME=1 and NAME=0 lines: such a list is searched for what
 // stands before a line's first "=", letter case aside, and its first match holds. A name that holds a "=" is
-// therefore never found again and counts as new; saved pages have always behaved so.
+// therefore never found again and counts as new; users know the list so (docs/deliberate.md).
 class FormerTicks {
  public:
   explicit FormerTicks(const TCheckListBox& list) {

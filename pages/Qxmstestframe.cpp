@@ -9,10 +9,11 @@
 namespace qx {
 namespace {
 
-// All three say so, although none is a directory or holds devenv.com: users know the page by it.
+// All three say so, although none is a directory or holds devenv.com: users know the page by it
+// (docs/deliberate.md).
 constexpr const char* kHint = "The directory where devenv.com is installed.";
 
-// The output file too is picked by a dialog that opens files.
+// The output file too is picked by a dialog that opens files (docs/deliberate.md).
 void OfferFiles(TButtonEdit& edit, const char* filter) {
   edit.hint = kHint;
   AddFileButton(edit, filter);

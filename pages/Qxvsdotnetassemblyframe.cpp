@@ -25,7 +25,8 @@ TVSDotNetAssemblyFrame::TVSDotNetAssemblyFrame() {
     row.box.OnClick = [&row] { row.text.SetEnabled(row.box.Checked()); };
   chkUpdateAssemblyVersion_.OnClick = [this] { chkUpdateAssemblyVersionClick(); };
   chkUpdateFileVersion_.OnClick = [this] { chkUpdateFileVersionClick(); };
-  // The auto-increment boxes wait for the next click on chkUpdateFileVersion_; users know the page so.
+  // The auto-increment boxes wait for the next click on chkUpdateFileVersion_; users know the page so
+  // (docs/deliberate.md).
   chkLinkVersions_.OnClick = [this] { Enable(fileVersion_, EditsFileVersion()); };
   optApplyToAll_.OnClick = [this] { lstProjects_.SetEnabled(false); };
   optApplyToSelected_.OnClick = [this] { lstProjects_.SetEnabled(true); };
@@ -113,11 +114,13 @@ void TVSDotNetAssemblyFrame::WriteActionData(TPersistent& object) {
   settings.linkAssemblyFileVersionInfo = chkLinkVersions_.Checked();
   for (const AttributeRow& row : attributes_)
     settings.attributeText[IndexOf(row.attribute)] = row.text.Text();
-  // A version that is not ticked keeps its stored value, whatever its edits show: saved numbers depend on it.
+  // A version that is not ticked keeps its stored value, whatever its edits show: saved numbers depend on it
+  // (docs/deliberate.md).
   if (chkUpdateFileVersion_.Checked()) action.SetAssemblyFileVersion(Join(fileVersion_));
   if (chkUpdateAssemblyVersion_.Checked()) action.SetAssemblyVersion(Join(assemblyVersion_));
   if (optApplyToAll_.Checked()) {
-    // The stored choice stays, unlike the solution page's: switching back finds it again.
+    // The stored choice stays, unlike the solution page's: switching back finds it again
+    // (docs/deliberate.md).
     settings.applyAssemblyInfoTo = TVSDotNetBuildType::btAllProjects;
     return;
   }
@@ -126,12 +129,13 @@ void TVSDotNetAssemblyFrame::WriteActionData(TPersistent& object) {
 }
 
 void TVSDotNetAssemblyFrame::UpdateSolution(bool changed, IVSDotNetSolution& solution) {
+  // Unlike the page of the version resource, which stays switched on (docs/deliberate.md).
   if (changed) chkUpdateAssemblyInfo_.SetChecked(false);
   projects_.Rebuild(solution);
 }
 
 // A version of fewer parts leaves the later edits as they were, one of more parts loses them: users' saved
-// versions have always been shown so.
+// versions have always been shown so (docs/deliberate.md).
 void TVSDotNetAssemblyFrame::Split(const std::string& version, const VersionRow& row) {
   const std::vector<std::string_view> parts = PartsOfVersion(version);
   for (std::size_t i = 0; i < parts.size(); ++i) row[i]->SetText(std::string(parts[i]));
@@ -154,7 +158,8 @@ void TVSDotNetAssemblyFrame::SetComponentsState(bool enabled) {
     Enable(fileVersion_, EditsFileVersion());
     lstProjects_.SetEnabled(optApplyToSelected_.Checked());
   }
-  // While the page is being disabled too: these two boxes stay usable, as users know them.
+  // While the page is being disabled too: these two boxes stay usable, as users know them
+  // (docs/deliberate.md).
   chkAutoIncAssemblyVersion_.SetEnabled(chkUpdateAssemblyVersion_.Checked());
   chkAutoIncAssemblyFileVersion_.SetEnabled(EditsFileVersion());
 }

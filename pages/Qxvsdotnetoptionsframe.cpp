@@ -40,13 +40,15 @@ void TVSDotNetOptionsFrame::ReadOptions(TQXOptionsObject& object) {
 
 void TVSDotNetOptionsFrame::WriteOptions(TQXOptionsObject& object) {
   auto& options = ActionOf<TVSDotNetOptions>(object);
-  // The whole text is looked at, so a folder that is named like the program is cut back too.
+  // The whole text is looked at, so a folder that is named like the program is cut back too
+  // (docs/deliberate.md).
   for (const char* program : {"devenv.exe", "devenv.com"})
     for (TButtonEdit* edit : {&txtMSDevLocation_, &txtMSDev2003Location_, &txtMSDev2005Location_})
       if (LowerCase(edit->Text()).find(program) != std::string::npos) edit->SetText(FolderPart(edit->Text()));
   options.SetDevEnvLocation(txtMSDevLocation_.Text());
   options.SetDevEnv2003Location(txtMSDev2003Location_.Text());
   options.SetDevEnv2005Location(txtMSDev2005Location_.Text());
+  // Without a choice 2005 is stored (docs/deliberate.md).
   options.SetDefaultVSVersion(rbVS2002_.Checked()   ? TVSDotNetVersion::vs2002
                               : rbVS2003_.Checked() ? TVSDotNetVersion::vs2003
                                                     : TVSDotNetVersion::vs2005);

@@ -78,7 +78,8 @@ void TVSDotNetProjectFrame::WriteActionData(TPersistent& object) {
   action.SetSolution(txtSolution_.Text());
   settings.useEnv = chkUseEnv_.Checked();
   settings.vstudioVersion = Chosen(cboVSVersion_, settings.vstudioVersion);
-  // Disabled or not: an action of an older version keeps the tick for the day it moves to 2005.
+  // Disabled or not: an action of an older version keeps the tick for the day it moves to 2005
+  // (docs/deliberate.md).
   settings.useMSBuild = chkUseMSBuild_.Checked();
   settings.solutionConfiguration = cboConfigs_.Text();
   settings.buildAction = Chosen(cboAction_, settings.buildAction);
@@ -121,6 +122,7 @@ void TVSDotNetProjectFrame::RefreshConfigs(bool changed, const std::string& file
   const InterfacePtr<IVSDotNetSolutionConfigurations> configurations = solution->GetConfigurations();
   for (int i = 0; configurations && i < configurations->GetCount(); ++i)
     cboConfigs_.AddItem(configurations->GetItem(i)->GetName());
+  // A name that the solution lacks is dropped, the text with it (docs/deliberate.md).
   if (!remembered.empty())
     cboConfigs_.SetItemIndex(cboConfigs_.IndexOf(remembered));
   else if (cboConfigs_.Count() > 0)
@@ -174,7 +176,7 @@ void TVSDotNetProjectFrame::optBuildSelectedProjectsClick() {
 }
 
 // Reads the solution anew, so that the other pages learn of it. A missing file is not looked for first:
-// unlike the refresh button it ends in the error dialog, which users know.
+// unlike the refresh button it ends in the error dialog, which users know (docs/deliberate.md).
 void TVSDotNetProjectFrame::lstProjectsClickCheck() {
   const Expansion solution = ExpandSolution();
   if (!solution.error.empty()) return ShowOpenError(solution.error);

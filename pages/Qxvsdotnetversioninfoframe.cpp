@@ -106,16 +106,18 @@ void TVC7VersionInfoFrame::WriteActionData(TPersistent& object) {
   action.SetAutoIncBuild(cbIncBuildNum_.Checked());
   action.SetIsDebug(GetIsDebug());
   action.SetIsPreRelease(GetIsPreRelease());
-  action.SetIsPrivate(GetIsPrivate());
+  action.SetIsPrivate(GetIsPrivate());  // which sets IsDebug (docs/deliberate.md)
   action.SetIsSpecial(GetIsSpecial());
   action.SetIsDLL(GetIsDLL());
   NameColumns(VersionKeyGrid_);
   action.SetVersionInfoKeys(GetVersionInfoKeys());
+  // An unknown language is written as none; a code page that is no number stops here, and what stands above
+  // it is written already (docs/deliberate.md).
   action.SetLocale(GetLocale());
   action.SetCodePage(GetCodePage());
   action.SetIncludeCompileDate(GetIncludeCompileDate());
   if (optAllProjects_.Checked()) {
-    // The stored choice stays: switching back finds it again.
+    // The stored choice stays: switching back finds it again (docs/deliberate.md).
     settings.applyResourceInfoTo = TVSDotNetBuildType::btAllProjects;
     return;
   }
@@ -123,6 +125,7 @@ void TVC7VersionInfoFrame::WriteActionData(TPersistent& object) {
   settings.resourceSelectedProjects = projects_.Ticked();
 }
 
+// Stays switched on, unlike the page of the AssemblyInfo files (docs/deliberate.md).
 void TVC7VersionInfoFrame::UpdateSolution(bool, IVSDotNetSolution& solution) { projects_.Rebuild(solution); }
 
 std::int32_t TVC7VersionInfoFrame::GetCodePage() {
@@ -151,7 +154,8 @@ void TVC7VersionInfoFrame::SetVersionInfoKeys(const std::string& value) {
 }
 
 // Keys beyond the grid's rows are not shown and get lost on writing; rows beyond the keys stay as they were;
-// a key that stands twice shows its first value on both rows. Saved keys depend on all three.
+// a key that stands twice shows its first value on both rows. Saved keys depend on all three
+// (docs/deliberate.md).
 void TVC7VersionInfoFrame::SetupVersionInfoKeys(const std::string& keys) {
   TStringList lines;
   lines.SetText(keys);
@@ -188,7 +192,7 @@ void TVC7VersionInfoFrame::SelectedProjectsChanged(const TStringList& names) {
   }
 }
 
-// The list of projects too, whichever projects are chosen.
+// The list of projects too, whichever projects are chosen (docs/deliberate.md).
 void TVC7VersionInfoFrame::cbIncludeVerInfoClick() {
   EnableWithContents(pnlVersionInfo_, cbIncludeVerInfo_.Checked());
 }

@@ -7,7 +7,8 @@ namespace {
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
-// Reads one argument from the front of `rest`, which begins with something other than a blank.
+// Reads one argument from the front of `rest`, which begins with something other than a blank. A folder's
+// backslash before the closing quote takes the quote's meaning away, as on Windows (docs/deliberate.md).
 std::string TakeArgument(std::string_view& rest) {
   std::string argument;
   bool quoted = false;

@@ -43,7 +43,7 @@ const TQXPropertyEditorClass& ShowPropertiesEditor() {
 }
 
 // Three of the names are no properties of the action and stay registered; hosts match names without regard to
-// case, so "SolutionConfiguration" serves SolutionConFiguration.
+// case, so "SolutionConfiguration" serves SolutionConFiguration (docs/deliberate.md).
 void RegisterPropertyEditors(const TQXActionClass& action) {
   struct Row {
     const char* property;
@@ -70,7 +70,8 @@ void RegisterPackage(bool design) {
   services.RegisterAction(TQXVSDotNetAction::Class(), TQXVSDotNetAction::ActionName(), "Compilers", "DEVENV");
   RegisterOptions();
   services.RegisterAction(TQXMSTestAction::Class(), TQXMSTestAction::ActionName(), "Testing Tools", "MSTEST");
-  // Once after each action, which the services bear: hosts have always seen both calls.
+  // Once after each action, which the services bear: hosts have always seen both calls
+  // (docs/deliberate.md).
   RegisterOptions();
   if (!design) return;
   RegisterPropertyEditors(TQXVSDotNetAction::Class());

@@ -11,7 +11,8 @@ namespace qx {
 namespace {
 
 constexpr std::string_view kProjectStart = "Project(\"";
-constexpr std::size_t kTypeSize = 38;  // braces included; what stands there is not examined
+// Braces included; what stands there is not examined (docs/deliberate.md).
+constexpr std::size_t kTypeSize = 38;
 
 }  // namespace
 

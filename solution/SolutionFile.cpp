@@ -46,7 +46,7 @@ class Reader {
       : files_(files), folder_(WithTrailingDelimiter(ExpandPath(FolderPart(fileName), ""))) {
     lines_.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
     ForEachLine(text, [this](std::string_view line) {
-      // Empty lines before the first go. Only those of length 0: a blank is not empty.
+      // Empty lines before the first go. Only those of length 0: a blank is not empty (docs/deliberate.md).
       if (!lines_.empty() || !line.empty()) lines_.push_back(line);
     });
   }
@@ -61,7 +61,8 @@ class Reader {
   }
 
  private:
-  // Raises the line list's own error when the file ends here.
+  // Raises the line list's own error when the file ends here: an empty file, or one without an end
+  // (docs/deliberate.md).
   std::string_view Line() const {
     if (cursor_ >= lines_.size()) TStringList().Get(static_cast<int>(cursor_));
     return lines_[cursor_];
@@ -74,7 +75,8 @@ class Reader {
     }
   }
 
-  // "Global" counts untrimmed only: with a blank before it the list runs on to the end of the file.
+  // "Global" counts untrimmed only: with a blank before it the list runs on to the end of the file. Other
+  // lines are passed over, those of a 2005 project's dependencies too (docs/deliberate.md).
   void ReadProjects() {
     for (; Line() != "Global"; ++cursor_) {
       const std::string_view line = TrimmedLine();
@@ -88,7 +90,8 @@ class Reader {
     project.path = std::move(line.path);
     project.typeGuid = std::move(line.typeGuid);
     project.guid = std::move(line.guid);
-    // Web projects are known by their URL, wherever it stands in the path; their files are not looked for.
+    // Web projects are known by their URL, in lower case and wherever it stands in the path; their files are
+    // not looked for. What has no file is left out without a word (docs/deliberate.md).
     const bool web = project.path.find("http://") != std::string::npos ||
                      project.path.find("https://") != std::string::npos;
     const bool cpp = HasExtension(project.path, ".vcproj");
@@ -102,6 +105,7 @@ class Reader {
   }
 
   void ScanResources(const std::string& file, SolutionProject& project) {
+    // One malformed project fails the whole solution (docs/deliberate.md).
     std::string reason;
     if (!files_.Read(file, buffer_, reason)) throw Exception("Error parsing project file : " + reason);
     const std::string folder = FolderPart(file);
@@ -148,7 +152,8 @@ class Reader {
     for (++cursor_; TrimmedLine() != "EndGlobalSection"; ++cursor_) visit(Line());
   }
 
-  // A later section takes the place of an earlier one.
+  // A later section takes the place of an earlier one. Names stay untrimmed, a line without "=" has an empty
+  // one, and only "Description" in these letters is passed over (docs/deliberate.md).
   void ReadConfigurations() {
     configurationNames_.emplace();
     ForEachSectionLine([this](std::string_view line) {
@@ -158,8 +163,8 @@ class Reader {
   }
 
   // A configuration is called by the value, not the name, and the value is that of the first line in the
-  // whole file whose name part is the same but for letter case: saved projects hold the names found so. One
-  // pass over the lines serves all names.
+  // whole file whose name part is the same but for letter case: saved projects hold the names found so
+  // (docs/deliberate.md). One pass over the lines serves all names.
   std::vector<std::string> LookUpConfigurations() const {
     std::unordered_map<std::string, std::optional<std::string_view>> values;
     std::vector<bool> sizes;  // of names; letters keep their size when their case is folded

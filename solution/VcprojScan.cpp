@@ -22,8 +22,8 @@ std::vector<std::string> ListedResourceScripts(std::string& bytes, XmlDocument& 
   std::vector<std::string> scripts;
   const XmlElement root = document.Root();
   if (!root || root.Name() != "VisualStudioProject") return scripts;
-  // Files outside a filter, or in a filter inside a filter, are not looked at: saved projects name the script
-  // that this rule finds.
+  // Files outside a filter, or in a filter inside a filter, are not looked at: builds stamp the script that
+  // this rule finds (docs/deliberate.md).
   ForEachChild(root, "Files", [&](const XmlElement& files) {
     ForEachChild(files, "Filter", [&](const XmlElement& filter) {
       ForEachChild(filter, "File", [&](const XmlElement& file) {

@@ -91,7 +91,8 @@ class IVSDotNetProjectConfigurations : public IVSDotNetObject {
 // The identifiers of the projects that a project depends on, in file order.
 class IVSDotNetProjectDependancies : public IVSDotNetObject {
  public:
-  // The identifier of IVSDotNetProjectConfigurations too: users query by it, so both keep it.
+  // The identifier of IVSDotNetProjectConfigurations too: users query by it, so both keep it
+  // (docs/deliberate.md).
   static constexpr TGUID IID = Guid("{64AB0A38-E598-4B75-8BFF-046136023A1C}");
   using Base = IVSDotNetObject;
   // Empty when the index is out of range.

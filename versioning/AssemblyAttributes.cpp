@@ -13,9 +13,9 @@ struct Names {
   std::string_view added;  // in the entries that are appended
 };
 
-// By the ordinal of AssemblyAttribute. Deliberate, saved projects depend on it: the comment is read nowhere,
-// so that no comment attribute is ever rewritten or added, and "CopyRight" and "TradeMark" differ in case
-// from what is read, so that these two are never added.
+// By the ordinal of AssemblyAttribute. The comment is read nowhere, so that no comment attribute is ever
+// rewritten or added, and "CopyRight" and "TradeMark" differ in case from what is read, so that these two are
+// never added (docs/deliberate.md).
 constexpr Names kNames[] = {
     {"AssemblyTitle", "AssemblyTitle"},         {"", "AssemblyComment"},
     {"AssemblyCompany", "AssemblyCompany"},     {"AssemblyDescription", "AssemblyDescription"},
@@ -43,6 +43,8 @@ struct AttributeLine {
 };
 
 // None for a line without a parenthesis, with nothing behind it, or with a value that the line does not end.
+// Only the line's first attribute is seen; an unquoted value runs to the last parenthesis
+// (docs/deliberate.md).
 std::optional<AttributeLine> ParseAttributeLine(std::string_view line) {
   AttributeLine parsed;
   const std::size_t colon = line.find(':', 1);
@@ -63,7 +65,8 @@ std::optional<AttributeLine> ParseAttributeLine(std::string_view line) {
   const std::size_t quote = value.find('"', 1);
   if (quote == std::string_view::npos) return std::nullopt;
   parsed.value = value.substr(1, quote - 1);
-  // The character behind the quote, which is the closing parenthesis, is passed over; so are blanks before one.
+  // The character behind the quote, which is the closing parenthesis, is passed over, whatever it is; so are
+  // blanks before one (docs/deliberate.md).
   const std::string_view rest = value.substr(quote + 1);
   const std::string_view close = WithoutLeadingBlanks(rest);
   parsed.suffix =
@@ -92,7 +95,8 @@ class Stamper {
       const auto value = LookUp(name);
       if (!value) continue;
       log_("Adding Entry : " + name + " Value : " + *value);
-      // Deliberate, saved projects depend on it: without any attribute line the opening character is 0.
+      // Without any attribute line the opening character is 0. An entry that is no attribute line, or gets no
+      // "using", is added all the same, and again the next time (docs/deliberate.md).
       out += opening_;
       out.append(prefix_).append(": ").append(name).append(ending).append("(\"");
       out.append(fit_(*value, name)).append("\")").append(suffix_).append("\r\n");
@@ -101,7 +105,8 @@ class Stamper {
 
  private:
   bool Rewrite(std::string_view line, std::string& out) {
-    // Deliberate, saved projects depend on it: a comment line's "/" opens the entries added later.
+    // A comment line's "/" opens the entries added later; only "//" at the very start makes a line a comment
+    // (docs/deliberate.md).
     opening_ = line.front();
     if (opening_ == '/') return false;
     const auto parsed = ParseAttributeLine(line);
@@ -114,6 +119,7 @@ class Stamper {
     log_("Processing Entry : " + std::string(parsed->name));
     out += opening_;
     out.append(prefix_).append(": ").append(parsed->name).append("(").append(quote);
+    // The value as it stands, a double quote in it too (docs/deliberate.md).
     out.append(fit_(*value, parsed->name)).append(quote).append(")").append(suffix_);
     return true;
   }

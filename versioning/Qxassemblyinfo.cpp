@@ -75,6 +75,7 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
   }
 
   void ProcessProject(const std::string& path, WebProjects& webProjects) {
+    // "https://" is taken for a file, which is missing (docs/deliberate.md).
     const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
     std::string file = isWeb ? webProjects.FindProjectFile(path) : ExpandPath(solutionFolder_, path);
     std::string bytes, decoded;
@@ -117,6 +118,7 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     const auto oldBytes = source.Encode({source.NormalText()}, oldStorage);
     const auto newBytes = source.Encode({stamped}, newStorage);
     const bool changed = !IsJoined(rewrite->Bytes(), newBytes);
+    // The file as this run found it: stamped, if one before stamped it (docs/deliberate.md).
     rewrite->Commit(".bak", BackupRule::EveryTime, oldBytes, newBytes);
     return changed;
   }

@@ -27,7 +27,8 @@ VersionValues ValuesOf(IQXVC7VersionInfo& info) {
   return values;
 }
 
-// In the order that the rules prescribe: setters may change their neighbours.
+// In this order, for setters may change their neighbours. A script without a block empties the keys alone
+// (docs/deliberate.md).
 void Apply(const VersionReading& reading, IQXVC7VersionInfo& info) {
   if (reading.numbers) {
     info.SetMajorVer((*reading.numbers)[0]);
@@ -78,6 +79,8 @@ class TQXVC7VersionInfoParser final : public Implements<IQXVC7VersionInfoParser>
     const auto oldBytes = source.Encode({script}, oldStorage);
     const auto newBytes =
         source.Encode({script.substr(0, place.begin), block, script.substr(place.end)}, newStorage);
+    // The script as it was before the first run of all, unlike the ".bak" of AssemblyInfo files
+    // (docs/deliberate.md).
     rewrite.Commit(".orig", BackupRule::FirstTime, oldBytes, newBytes);
     return true;
   }

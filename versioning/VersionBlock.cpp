@@ -16,8 +16,8 @@ enum Expected : unsigned { BeginLine = 1, BlockLine = 2, EndLine = 4 };
 // The shape that reader and replacer share: which keyword may stand on the next line, and how deep it is.
 class BlockShape {
  public:
-  // The keyword found anywhere in the line, or nothing. Deliberate, saved projects depend on it: a VALUE
-  // whose text contains BEGIN or BLOCK is taken for that keyword; END counts only as the whole line.
+  // The keyword found anywhere in the line, or nothing. A VALUE whose text contains BEGIN or BLOCK is taken
+  // for that keyword; END counts only as the whole line (docs/deliberate.md).
   std::string_view Take(std::string_view upperLine) {
     if (upperLine.find("BEGIN") != std::string_view::npos) {
       Require(BeginLine, "BEGIN");
@@ -65,8 +65,8 @@ bool FindHeader(std::string_view script, Line& header) {
   throw Exception("The VERSIONINFO block is not closed by END: " + std::string(fileName));
 }
 
-// Walks the block behind the header and shows visit(line, upperLine, keyword, shape) every line of it. Gives
-// the offset behind the final END.
+// Walks the block behind the header, conditions within it included (docs/deliberate.md), and shows
+// visit(line, upperLine, keyword, shape) every line of it. Gives the offset behind the final END.
 template <class Visitor>
 std::size_t WalkBlock(std::string_view script, std::size_t begin, std::string_view fileName,
                       Visitor&& visit) {
@@ -99,8 +99,8 @@ std::optional<std::uint32_t> ToHex(std::string_view text) {
   return value;
 }
 
-// Deliberate, saved projects depend on it: exactly the third and fourth characters count, so that 0x2BL is
-// read and a form of one digit (0x1L) gives 0.
+// Exactly the third and fourth characters count, so that 0x2BL is read, a form of one digit (0x1L) and one of
+// four give 0 (docs/deliberate.md).
 std::uint32_t TwoHexDigits(std::string_view text) {
   return text.size() < 4 ? 0 : ToHex(text.substr(2, 2)).value_or(0);
 }
@@ -124,7 +124,8 @@ std::string_view SkipBlanks(std::string_view text) {
 bool BeginsComment(std::string_view text) { return text.starts_with("//") || text.starts_with("/*"); }
 
 // The literal that `text` begins with, its quote included: as it stands between the quotes, with doubled
-// quotes left doubled. A backslash is no escape here: it may be the second byte of a character.
+// quotes left doubled (docs/deliberate.md). A backslash is no escape here: it may be the second byte of a
+// character.
 std::string_view TakeLiteral(std::string_view& text) {
   std::size_t end = 1;
   while ((end = text.find('"', end)) != std::string_view::npos && text.substr(end, 2) == "\"\"") end += 2;
@@ -191,6 +192,7 @@ std::string_view TakeNumber(std::string_view& text) {
 void ReadTranslation(std::string_view numbers, VersionReading& reading) {
   const std::string_view locale = TakeNumber(numbers);
   const std::string_view codePage = TakeNumber(numbers);
+  // The locale is hexadecimal behind its first two characters, whatever they are (docs/deliberate.md).
   const std::string_view digits = locale.substr(std::min<std::size_t>(2, locale.size()));
   const auto localeValue = ToHex(digits);
   if (!localeValue) RaiseNotInteger(digits);
@@ -202,7 +204,7 @@ void ReadTranslation(std::string_view numbers, VersionReading& reading) {
 
 struct FixedInfo {
   std::string_view word;
-  bool raisesInside;  // PRODUCTVERSION alone may stand behind the first BEGIN
+  bool raisesInside;  // PRODUCTVERSION alone may stand behind the first BEGIN (docs/deliberate.md)
   void (*read)(std::string_view text, VersionReading& reading);
 };
 
@@ -363,9 +365,10 @@ std::string WriteVersionBlock(const VersionValues& values, const std::vector<Ver
     for (const std::string_view part : parts) block += part;
     block += "\r\n";
   };
+  // Under that name even where the script includes no header that makes it 1 (docs/deliberate.md).
   line({"VS_VERSION_INFO VERSIONINFO"});
   line({"FILEVERSION ", numbers});
-  // Deliberate, saved projects depend on it: the fixed product version repeats the file version.
+  // The fixed product version repeats the file version, whatever the key says (docs/deliberate.md).
   line({"PRODUCTVERSION ", numbers});
   line({"FILEFLAGSMASK 0x3FL"});
   line({"FILEFLAGS 0x", UpperHex(flags, 2), "L"});

@@ -15,7 +15,8 @@ std::unique_ptr<ComObject> BindOrRaise(const MetabaseBinder& bind, const std::st
   return object;
 }
 
-// The same file seen from another computer: "D:\Web\x" becomes "\\host\D$\Web\x".
+// The same file seen from another computer: "D:\Web\x" becomes "\\host\D$\Web\x". Only the first colon is
+// replaced (docs/deliberate.md).
 std::string ThroughAdministrativeShare(const std::string& host, std::string path) {
   const std::size_t colon = path.find(':');
   if (colon != std::string::npos) path[colon] = '$';
@@ -43,12 +44,13 @@ std::string ResolveInMetabase(const std::string& text, std::int32_t siteNumber,
     object = BindOrRaise(bind, root + remaining);
   }
   // Asked again: a metabase that answers otherwise now is reported. The label's empty text is what logs have
-  // always shown.
+  // always shown (docs/deliberate.md).
   const std::string kind = object->GetText("class");
   if (kind != kVirtualDirectory) {
     throw Exception("Unable to resolve to physical path - found " + kind + "\rOriginal IIS uri: ");
   }
   std::string result = object->GetText("Path") + suffix + "\\" + url.document;
+  // A name in other letters is another computer, but for localhost (docs/deliberate.md).
   const bool isLocal = url.host == machineName || UpperCase(url.host) == "LOCALHOST";
   return isLocal ? result : ThroughAdministrativeShare(url.host, std::move(result));
 }

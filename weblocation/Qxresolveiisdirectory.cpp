@@ -31,6 +31,8 @@ std::string GetPhysicalDirFromIISDir(const std::string& url, std::int32_t siteNu
   return ResolveInMetabase(url, siteNumber, MachineName(), BindComObject);
 }
 
+// Saved paths have always looked so: slashes between the folders, two backslashes where there is none, no
+// port (docs/deliberate.md).
 std::string BuildShareName(const std::string& text, const std::string& shareName) {
   const Url url = SplitUrl(text);
   return "\\\\" + url.host + "\\" + shareName + "\\" + TrimSlashes(url.path) + "\\" + url.document;

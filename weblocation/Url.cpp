@@ -30,6 +30,7 @@ void SplitAuthority(std::string_view authority, Url& url) {
 
 }  // namespace
 
+// Decodes nothing, so "%20" is three characters (docs/deliberate.md).
 Url SplitUrl(std::string_view text) {
   std::string slashed(text);
   std::replace(slashed.begin(), slashed.end(), '\\', '/');

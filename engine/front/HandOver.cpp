@@ -48,6 +48,7 @@ bool IsSwitch(std::string_view argument) {
 }
 
 std::string FindProjectFile(std::string_view name) {
+  // A name that exists is left alone, backslashes and all (docs/deliberate.md).
   std::string turned(name);
   if (Exists(turned)) return turned;
   std::ranges::replace(turned, '\\', '/');
@@ -63,6 +64,7 @@ std::string FindProjectFile(std::string_view name) {
 }
 
 std::vector<std::string> EngineCommand(const Engine& engine, std::vector<std::string> arguments) {
+  // A second name, and a text that is no path, stay as they were written (docs/deliberate.md).
   const auto project = std::ranges::find_if_not(arguments, IsSwitch);
   if (project != arguments.end()) *project = FindProjectFile(*project);
   for (std::string& argument : arguments) argument = WithTurnedPaths(argument);

@@ -101,6 +101,7 @@ RegisteredOptions* Catalogue::FindOptionsClass(const TQXOptionsClass& optionsCla
   return found == options_.end() ? nullptr : &*found;
 }
 
+// Packages register a class once an action; it has one object all the same (docs/deliberate.md).
 void Catalogue::RegisterOptions(const TQXOptionsClass& optionsClass, const std::string& bitmap) {
   calls_.push_back({"RegisterOptions", {Plain("class", optionsClass.className), Plain("bitmap", bitmap)}});
   if (FindOptionsClass(optionsClass) == nullptr) options_.push_back({&optionsClass, bitmap, {}, nullptr});

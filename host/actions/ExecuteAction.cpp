@@ -21,7 +21,8 @@ class Argument final : public Implements<IArgument> {
   TArgumentOption option_;
 };
 
-// The argument as it stands in the command line; nothing when it is left out.
+// The argument as it stands in the command line; nothing when it is left out. Joined if there is a value, one
+// without leaves no bare switch (docs/deliberate.md).
 std::string Written(const std::string& argumentSwitch, const std::string& value, TArgumentOption option) {
   switch (option) {
     case TArgumentOption::aoSwitchOnly:

@@ -61,7 +61,7 @@ std::string WordToText(const PublishedProperty& property, EnumerationValue value
   return std::to_string(value.ordinal);
 }
 
-// An ordinal without a name was written as a number, and comes back.
+// An ordinal without a name was written as a number, and comes back (docs/deliberate.md).
 PropertyValue ValueFromState(const PublishedProperty& property, const std::string& text) {
   if (property.kind == PropertyKind::Enumeration) {
     if (const std::optional<std::int32_t> ordinal = ToInteger(text)) return EnumerationValue{*ordinal};
@@ -131,6 +131,7 @@ void ReadProperties(TPersistent& object, PropertyTable table, IQXStateReader& re
       if (reader.ReadText(property.name, text)) property.set(object, ValueFromState(property, text));
     }
   }
+  // A clear text is newer than the encrypted form, which was read above (docs/deliberate.md).
   for (const PublishedProperty& property : table) {
     std::string text;
     if (property.storage != PropertyStorage::Secret || !reader.ReadText(property.name, text)) continue;

@@ -60,7 +60,8 @@ class Expansion {
   std::string Take() { return std::move(result_); }
 
  private:
-  // What follows a percent sign: returns how much of it was used up.
+  // What follows a percent sign: returns how much of it was used up. One without a partner stays, and a
+  // doubled one never begins a name, those of values included (docs/deliberate.md).
   std::size_t Replace(std::string_view text) {
     const std::size_t end = text.find_first_of("%\r\n");
     if (end == std::string_view::npos || text[end] != '%') {

@@ -1,4 +1,5 @@
-// The control models: values, and the events that follow from their changes.
+// The control models: values, and the events that follow from their changes. What a program sets takes effect
+// in a disabled control too, rules included (docs/deliberate.md).
 #include "plugin/Qxcontrols.h"
 
 #include <algorithm>
@@ -97,6 +98,7 @@ TUserAnswer TButtonEdit::PressButton(int index) {
   return TUserAnswer::Done;
 }
 
+// An editable box keeps its text, which is the user's (docs/deliberate.md).
 void TComboBox::ClearItems() {
   items_.clear();
   index_ = -1;
@@ -158,7 +160,7 @@ TUserAnswer TCheckBox::Click() {
 void TRadioButton::SetChecked(bool checked) {
   if (checked == checked_) return;
   checked_ = checked;
-  if (!checked) return;  // only the button that gets the dot has a click
+  if (!checked) return;  // only the button that gets the dot has a click (docs/deliberate.md)
   if (Parent() != nullptr) {
     for (TControl* sibling : Parent()->Children()) {
       auto* other = dynamic_cast<TRadioButton*>(sibling);
@@ -183,6 +185,7 @@ void TCheckListBox::AddItem(std::string text, bool checked) {
   items_.push_back({std::move(text), checked, false});
 }
 
+// Runs no rule, nor do the two below: that is for the user's ticks (docs/deliberate.md).
 void TCheckListBox::SetChecked(int index, bool checked) {
   At(index);
   items_[static_cast<std::size_t>(index)].checked = checked;
@@ -218,6 +221,7 @@ void TSpinEdit::SetRange(std::int32_t min, std::int32_t max) {
   SetValue(value_);
 }
 
+// A number beyond the range becomes the nearer end of it (docs/deliberate.md).
 void TSpinEdit::SetValue(std::int32_t value) {
   const std::int32_t held = std::clamp(value, min_, max_);
   if (held == value_) return;

@@ -127,6 +127,8 @@ void PageDialog::Activate(int index) {
   next.OnPageActivate();
 }
 
+// No way back from a page that fails: pages before it have written into the action itself
+// (docs/deliberate.md).
 void PageDialog::Write() {
   for (const Entry& entry : pages_) entry.write();
 }

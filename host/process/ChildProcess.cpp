@@ -114,6 +114,7 @@ int ChildRun::ToTheEnd() {
     StartReader(OutputStream::Output);
     StartReader(OutputStream::Error);
   }
+  // A grandchild that keeps a stream keeps the run going, whatever became of the child (docs/deliberate.md).
   bool exited = false;
   while (!exited || openReaders_ > 0) {
     const Woken woken = child_.Wait(what_.stop, notice_, !exited, kForEver);
@@ -240,6 +241,7 @@ void ChildRun::EndTree() {
 }  // namespace
 
 int ChildProcess::Run() const {
+  // Before anything is looked for: a program that does not exist is no error then (docs/deliberate.md).
   if (stop != nullptr && stop->WaitFor(0)) return kTerminatedExitCode;
   return ChildRun(*this).ToTheEnd();
 }

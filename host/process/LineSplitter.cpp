@@ -9,7 +9,7 @@ namespace qx {
 namespace {
 
 // How many bytes of `text` make a piece of at most `limit` bytes that ends between two characters. Bytes that
-// are no UTF-8 are divided anywhere.
+// are no UTF-8 are divided anywhere. A longer line is not kept whole (docs/deliberate.md).
 std::size_t PieceSize(std::string_view text, std::size_t limit) {
   std::size_t size = limit;
   for (int back = 0; back < 3 && size > 1; ++back, --size) {

@@ -123,6 +123,8 @@ std::string OpenProject::WithoutSecrets(std::string bytes) const {
   return shown.Text();
 }
 
+// Somebody edited the file meanwhile: only what changed here goes in, all else is theirs
+// (docs/deliberate.md).
 std::vector<std::string> OpenProject::SaveInto(BuildProject fresh) {
   std::vector<std::string> warnings = {
       File() + " was changed by somebody else meanwhile; only the values that changed here were written"};

@@ -55,7 +55,8 @@ bool AppendReference(std::string& out, std::string_view name) {
   return true;
 }
 
-// Character data as written -> the text it stands for. Raw line ends become LF, as XML wants them read.
+// Character data as written -> the text it stands for. Raw line ends become LF, as XML wants them read
+// (docs/deliberate.md).
 std::string Unescape(std::string_view raw) {
   std::string out;
   out.reserve(raw.size());
@@ -109,6 +110,7 @@ std::string Escape(std::string_view text, bool attribute) {
   return out;
 }
 
+// For what XML cannot hold: no byte of a property is refused or lost (docs/deliberate.md).
 std::string PercentEncode(std::string_view text) {
   std::string out;
   for (const char c : text) {
