@@ -105,7 +105,7 @@ class Stamper {
 
  private:
   bool Rewrite(std::string_view line, std::string& out) {
-    // A comment line's "/" opens the entries added later; only "//" at the very start makes a line a comment
+    // A comment line's "/" opens the entries added later; only a "/" at the very start makes a line a comment
     // (docs/deliberate.md).
     opening_ = line.front();
     if (opening_ == '/') return false;

@@ -14,14 +14,15 @@ int ValidateProject(Session& session, const Invocation& invocation);
 int NewProject(Session& session, const Invocation& invocation);
 int AddAction(Session& session, const Invocation& invocation);
 int SetProperties(Session& session, const Invocation& invocation);
-int ShowVersions(Session& session, const Invocation& invocation);
+int ShowProject(Session& session, const Invocation& invocation);
+int ExpandText(Session& session, const Invocation& invocation);
+// RearrangeCommands.cpp: `remove`, `move`, `disable`, `enable`, `variables`. VersionCommand.cpp: `version`.
 int RemoveAction(Session& session, const Invocation& invocation);
 int MoveAction(Session& session, const Invocation& invocation);
 int DisableAction(Session& session, const Invocation& invocation);
 int EnableAction(Session& session, const Invocation& invocation);
 int ChangeVariables(Session& session, const Invocation& invocation);
-int ShowProject(Session& session, const Invocation& invocation);
-int ExpandText(Session& session, const Invocation& invocation);
+int ShowVersions(Session& session, const Invocation& invocation);
 // CatalogueCommands.cpp: `actions`, `package`, `options`.
 int ShowActions(Session& session, const Invocation& invocation);
 int ShowPackages(Session& session, const Invocation& invocation);

@@ -252,8 +252,9 @@ std::optional<std::vector<std::string>> BuildProject::ReadList(int index, std::s
   return items;
 }
 
-// The element of a property, made or moved so that it stands behind `previous`. One that stands behind it
-// already, with whatever else between them, stays where it is.
+// The element of a property, made or moved so that it stands behind `previous`: what was written in another order
+// comes into that of declaration (docs/deliberate.md). One that stands behind it already, with whatever else
+// between them, stays where it is.
 pugi::xml_node BuildProject::PlaceProperty(int index, std::string_view name, std::string_view previous) {
   pugi::xml_node action = actions_.at(static_cast<std::size_t>(index));
   const pugi::xml_node before = previous.empty() ? pugi::xml_node() : FindProperty(index, previous);
