@@ -24,7 +24,7 @@ RunProject AsReported(const BuiltProgram& program) {
           IsFault(program.state)};
 }
 
-// In the place of its projects, when they could not be looked at.
+// One row for the whole solution, where its projects could not be looked at.
 RunProject WholeSolution(const std::string& file, BuiltState state, const std::string& reason) {
   BuiltProgram all;
   all.name = FilePart(file);

@@ -1,6 +1,5 @@
-// Property pages: what each setting looks like and which rules its controls follow. No pixel, no host: views
-// bind to the controls. This unit is the check list of a solution's projects that three pages show: names
-// with ticks, and behind each name the project's identifier, which is what actions keep.
+// The check list of a solution's projects that three pages show: names with ticks, and behind each name the
+// project's identifier, which is what actions keep.
 #pragma once
 
 #include <optional>

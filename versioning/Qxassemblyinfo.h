@@ -1,6 +1,6 @@
-// The assembly attributes of managed projects: the updater that stamps them into the AssemblyInfo file of
-// each chosen project of a solution. A thin face; the rules for one file stand in AssemblyAttributes.h.
-// Everything here runs on the build's thread; failures are raised as Exception.
+// The assembly attributes of managed projects: the updater that finds the AssemblyInfo file of each chosen project
+// of a solution, backs it up, works out the new values and stamps them. The rules for a file's lines stand in
+// AssemblyAttributes.h. Everything here runs on the build's thread; failures are raised as Exception.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Web project location: finds the files of a web project that is known only by its URL. This unit splits a
-// URL into the parts that the others ask for. Plain text work; any thread.
+// Splits the URL of a web project into the parts that are asked for, and puts slashes at the ends of texts or
+// takes them off. Plain text work; any thread.
 #pragma once
 
 #include <string>

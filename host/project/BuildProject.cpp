@@ -129,6 +129,7 @@ class UnknownFinder {
         Tell(property, "the property \"" + name + ofAction);
         continue;
       }
+      // It is kept and not taken (docs/deliberate.md).
       if (row->storage == PropertyStorage::NotStored) {
         Tell(property, "the value of \"" + name + ofAction + ", which is not stored,");
       }

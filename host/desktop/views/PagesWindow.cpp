@@ -143,7 +143,7 @@ bool PagesWindow::Write() {
   return true;
 }
 
-// As in any dialog of many pages, wherever the focus is.
+// Ctrl with Page Up and Page Down turns the pages, as in any dialog of many, wherever the focus is; F1 helps.
 void PagesWindow::OnKey(wxKeyEvent& event) {
   const int key = event.GetKeyCode();
   if (key == WXK_F1 && !event.HasAnyModifiers()) {

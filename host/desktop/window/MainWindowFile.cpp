@@ -24,7 +24,7 @@ void MainWindow::New() {
   ShowDocument(-1);
 }
 
-// Log, states and progress are those of the project that was open.
+// The log, the states of actions and the progress told of the project that was open before.
 void MainWindow::ForgetBuild() {
   build_.ForgetStates();
   logPanel_->Clear();
