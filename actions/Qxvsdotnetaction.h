@@ -1,7 +1,7 @@
 // The action "Build VS.Net Solution": every setting it keeps (66 published properties), the version numbers
 // among them, and its run. State and properties are defined in Qxvsdotnetaction.cpp, their table in
 // Qxvsdotnetproperties.cpp, the run in Qxvsdotnetbuild.cpp and Qxvsdotnetstamping.cpp, and what it tells
-// afterwards in Qxvsdotnetreport.cpp.
+// afterwards in Qxvsdotnetreport.cpp. The editor of its solution stands here too.
 #pragma once
 
 #include <array>

@@ -1,6 +1,6 @@
 // The package's global settings: where each Visual Studio and MSTest.exe lie and which version a new action
 // uses. One object, owned by the host, shared by actions, pages and scripts; empty folders are looked up in
-// the registry when the host loads it.
+// the registry when the host loads it. RegisterOptions tells the host of them.
 #pragma once
 
 #include <cstdint>
