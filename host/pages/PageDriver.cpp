@@ -322,8 +322,7 @@ Json PageDriver::Tick(std::string_view rest) {
   Target target = FindTarget(rest);
   const int index = TakeNumber(target.rest, "index");
   const std::string state = Trim(target.rest);
-  if (state != "on" && state != "off")
-    throw Exception("A tick is on or off, not " + Quoted(state));
+  if (state != "on" && state != "off") throw Exception("A tick is on or off, not " + Quoted(state));
   GoTo(target);
   return Answered(hands_.Tick(target.page, *target.control, index, state == "on"), *target.control, "tick",
                   NoSuch("item", index, ItemsOf(*target.control)));

@@ -390,14 +390,16 @@ TEST_F(PageDrivers, SayWhatIsWrongAndNameTheNearest) {
   for (const Row& row : std::initializer_list<Row>{
            {"clik First.btnClear", "There is no command \"clik\" (nearest: click)"},
            {"pages now", "The command does not take \"now\""},
-           {"state Frist", "There is no page \"Frist\" (nearest: First)"},
-           {"click Frist.btnClear", "There is no page \"Frist\" (nearest: First)"},
+           {"state Frist", "There is no page \"Frist\"; supported: First, Second Page (nearest: First)"},
+           {"click Frist.btnClear",
+            "There is no page \"Frist\"; supported: First, Second Page (nearest: First)"},
            {"click First", "\"First\" is not of the form PAGE.CONTROL"},
            {"click", "\"\" is not of the form PAGE.CONTROL"},
            {"click First.btnClaer",
             "There is no control \"btnClaer\" on the page \"First\" (nearest: btnClear)"},
            {"click Second Page.txtNot",
-            "There is no control \"txtNot\" on the page \"Second Page\" (nearest: txtNote)"},
+            "There is no control \"txtNot\" on the page \"Second Page\"; supported: txtNote (nearest: "
+            "txtNote)"},
            {"click First.lblTitle", "\"click\" does nothing to lblTitle, whose kind is label"},
            {"click First.btnClear twice", "The command does not take \"twice\""},
            {"tick First.txtTitle 0 on", "\"tick\" does nothing to txtTitle, whose kind is buttonEdit"},
@@ -406,7 +408,7 @@ TEST_F(PageDrivers, SayWhatIsWrongAndNameTheNearest) {
            {"button First.txtTitle", "\"\" is no button, which is a whole number"},
            {"select First.cboKind 2", "There is no item 2 (nearest: 1)"},
            {"select First.cboKind Red", "\"Red\" is no index, which is a whole number"},
-           {"text First.cboKind Rde", "cboKind has no item \"Rde\" (nearest: Red)"},
+           {"text First.cboKind Rde", "cboKind has no item \"Rde\"; supported: Green, Red (nearest: Red)"},
            {"text First.spNumber four", "\"four\" is no whole number"},
            {"tick First.lstParts 5 on", "There is no item 5 (nearest: 1)"},
            {"tick First.lstParts 0", "A tick is on or off, not \"\""},
@@ -414,7 +416,8 @@ TEST_F(PageDrivers, SayWhatIsWrongAndNameTheNearest) {
            {"tick First.lstParts 1 on", "Not ours"},
            {"cell First.Cells 0 0 x", "There is no row 0 (nearest: 1)"},
            {"cell First.Cells 2 1 x", "There is no column 2 (nearest: 1)"},
-           {"answer cancle", "There is no answer \"cancle\" (nearest: cancel)"},
+           {"answer cancle",
+            "There is no answer \"cancle\"; supported: file, folder, cancel (nearest: cancel)"},
            {"answer file", "answer file needs a path"}}) {
     const auto answer = nlohmann::json::parse(Answer(row.line));
     EXPECT_EQ(answer.value("error", ""), row.error) << row.line;
