@@ -47,6 +47,27 @@ bool SaveAfterwards(Session& session, OpenProject& project, bool dry) {
   }
 }
 
+const char* WhoStopped(const StopGuard& guard) {
+  return guard.TimedOut() ? ": stopped by the time-out" : ": stopped by the user";
+}
+
+// What a run says that does not end by itself when it is to stop.
+class LastWords {
+ public:
+  LastWords(StopGuard& guard, const std::string& file, ActionLog& log) : guard_(guard) {
+    guard.SetLastWords([&guard, file, &log] {
+      Session::Complain(file + WhoStopped(guard) + "; what went on did not end by itself and was cut off");
+      log.Flush();
+    });
+  }
+  ~LastWords() { guard_.SetLastWords(nullptr); }
+  LastWords(const LastWords&) = delete;
+  LastWords& operator=(const LastWords&) = delete;
+
+ private:
+  StopGuard& guard_;
+};
+
 // Tells at the log's end what the actions that began report of the run. The outcome, which faults of programs
 // turn red where `check` is "fail".
 RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const std::string& check,
@@ -72,7 +93,7 @@ RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const 
 
 // Runs the actions, tells the log where each begins and keeps what the reports want. The actions that began.
 std::vector<int> Execute(Runner& runner, OpenProject& project, RunLog& log, StopRequests& requests,
-                         const Invocation& invocation, RunRecord& record) {
+                         RunRecord& record) {
   std::vector<int> begun;
   runner.SetObserver([&](int number, ActionEvent event) {
     TQXAction& action = *project.Action(number - 1);
@@ -84,7 +105,7 @@ std::vector<int> Execute(Runner& runner, OpenProject& project, RunLog& log, Stop
     }
   });
   const auto start = std::chrono::steady_clock::now();
-  record.outcome = runner.Execute(requests, TimeoutOf(invocation));
+  record.outcome = runner.Execute(requests, std::nullopt);
   record.summary.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return begun;
 }
@@ -115,18 +136,21 @@ int RunProject(Session& session, const Invocation& invocation) {
   const std::string file = Session::ProjectFile(invocation);
   const bool saves = !invocation.Has("--no-save");
   const bool dry = invocation.Has("--dry-run");
+  StopGuard& guard = session.Guard();
+  if (const auto timeout = TimeoutOf(invocation)) guard.SetTimeout(*timeout);
   const std::unique_ptr<FileLock> lock = dry ? nullptr : LockForRun(file, saves);
 
   const KnownDiagnostics known(invocation, FolderPart(file));
   const RunReports reports(invocation, FilesOf(session, invocation, known, file));
   RunLog log(session, invocation, known.Known(), reports.AreWanted());
+  const LastWords lastWords(guard, file, log.Log());
   OpenProject project = session.Open(file, invocation, &log.Log());
   for (const std::string& line : session.UnusedSettings(project)) Session::Warn(line);
   reports.RefuseFilesOf(project);
   SetCurrentFolder(FolderPart(file));
   std::optional<DryRun> rehearsal;
   if (dry) rehearsal.emplace();
-  StopRequests requests;
+  guard.Listen();
   Runner runner(project, log.Log(), session.Stopping());
   if (rehearsal) runner.SetRehearsal(&*rehearsal);
   RunRecord record;
@@ -138,7 +162,7 @@ int RunProject(Session& session, const Invocation& invocation) {
   bool saved = true;
   if (record.outcome == RunOutcome::Succeeded) {
     if (project.ActionCount() == 0) Session::Warn(file + " holds no action");
-    const std::vector<int> begun = Execute(runner, project, log, requests, invocation, record);
+    const std::vector<int> begun = Execute(runner, project, log, guard.Requests(), record);
     const std::string check = invocation.Value("--check-built").value_or(CurrentHostSettings().checkBuilt);
     if (!dry) {
       record.outcome = Summarise(project, begun, check, record.outcome, log, record.summary);
@@ -149,10 +173,7 @@ int RunProject(Session& session, const Invocation& invocation) {
   log.Finish();
   saved = Report(reports, log, record) && saved;
   if (rehearsal) session.Print(TextOf(LinesOf(rehearsal->Result(project))));
-  if (record.outcome == RunOutcome::Stopped) {
-    const bool timeOut = runner.StoppedBy() == StopRequests::Event::TimeOut;
-    Session::Complain(file + (timeOut ? ": stopped by the time-out" : ": stopped by the user"));
-  }
+  if (record.outcome == RunOutcome::Stopped) Session::Complain(file + WhoStopped(guard));
   return record.outcome == RunOutcome::Succeeded && !saved ? kUsageError : static_cast<int>(record.outcome);
 }
 

@@ -1,7 +1,5 @@
 #include "host/cli/Session.h"
 
-#include <cstdio>
-
 #include "host/HostArguments.h"
 #include "host/cli/Commands.h"
 #include "platform/files/Files.h"
@@ -20,7 +18,8 @@ Host::Settings SettingsOf(const Invocation& invocation) {
 
 }  // namespace
 
-Session::Session(const Invocation& invocation) : Host(SettingsOf(invocation)) {
+Session::Session(const Invocation& invocation, StopGuard& guard)
+    : Host(SettingsOf(invocation)), guard_(guard) {
   const std::string colour = invocation.Value("--color").value_or("auto");
   if (colour == "always") colour_ = ColourChoice::Always;
   if (colour == "never") colour_ = ColourChoice::Never;
@@ -31,7 +30,7 @@ void Session::Print(std::string_view text) {
   if (writeError_.empty() && !error.empty()) writeError_ = "Cannot write standard output: " + error;
 }
 
-void Session::Complain(const std::string& text) { std::fprintf(stderr, "qxhost: %s\n", text.c_str()); }
+void Session::Complain(const std::string& text) { LogFile::StandardError().Write("qxhost: " + text + "\n"); }
 
 void Session::UseVariables(const Invocation& invocation, const BuildProject* project) {
   if (project != nullptr) UseProjectVariables(*project);

@@ -6,14 +6,16 @@
 
 #include "host/Host.h"
 #include "host/log/LogStream.h"
+#include "host/system/StopGuard.h"
 #include "platform/commandline/Invocation.h"
 
 namespace qx::cli {
 
 class Session : public Host {
  public:
-  // Takes the global options. File names are made absolute here: a run changes the current folder.
-  explicit Session(const Invocation& invocation);
+  // Takes the global options. File names are made absolute here: a run changes the current folder. The guard
+  // outlives it.
+  Session(const Invocation& invocation, StopGuard& guard);
 
   // Results, to standard output. A failure to write is told by WriteError.
   void Print(std::string_view text);
@@ -23,6 +25,8 @@ class Session : public Host {
   static void Warn(const std::string& text) { Complain("warning: " + text); }
 
   ColourChoice Colour() const { return colour_; }
+  // What watches for Ctrl-C and time-outs.
+  StopGuard& Guard() { return guard_; }
 
   // The build project that is the first operand, as an absolute path. Raises Exception where there is no such
   // file, or a folder.
@@ -39,6 +43,7 @@ class Session : public Host {
   void UseVariables(const Invocation& invocation, const BuildProject* project);
 
  private:
+  StopGuard& guard_;
   ColourChoice colour_ = ColourChoice::Automatic;
   std::string writeError_;
 };

@@ -1,67 +1,14 @@
 // What signals do to a run: Ctrl-C and the end of the session stop it politely, and one that is killed at any
 // moment leaves its build project whole.
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <nlohmann/json.hpp>
 #include <random>
 #include <thread>
 
-#include "host/cli/testdata/CliFixture.h"
-#include "host/project/BuildProject.h"
+#include "host/cli/testdata/SignalFixture.h"
 
 namespace qx::cli {
 namespace {
 
-using Milliseconds = std::chrono::milliseconds;
-
-class Signals : public CliTest {
- protected:
-  // Starts qxhost with its standard output in a file, "closed" for one whose reader is gone.
-  pid_t Start(const Words& words, const std::string& out) const {
-    Words all{ProgramFile("qxhost"), "--package", PackageFile("tiny"), "--options", PathOf("options.xml")};
-    all.insert(all.end(), words.begin(), words.end());
-    std::vector<char*> arguments;
-    for (std::string& word : all) arguments.push_back(word.data());
-    arguments.push_back(nullptr);
-    int ends[2];
-    if (out == "closed" && pipe(ends) != 0) return -1;
-    const pid_t child = fork();
-    if (child != 0) {
-      if (out == "closed") close(ends[0]), close(ends[1]);
-      return child;
-    }
-    if (chdir(folder_.c_str()) != 0) _exit(126);
-    const int target = out == "closed" ? ends[1] : open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    dup2(target, STDOUT_FILENO);
-    if (out == "closed") close(ends[0]), close(ends[1]);
-    execv(arguments[0], arguments.data());
-    _exit(127);
-  }
-
-  static int ExitCode(pid_t child) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-  }
-
-  void WaitFor(const std::string& name, const std::string& part) const {
-    for (int i = 0; i < 500 && !(Exists(name) && Holds(Content(name), part)); ++i) {
-      std::this_thread::sleep_for(Milliseconds(10));
-    }
-  }
-
-  // False for one that has ended and only waits to be asked about.
-  static bool Runs(pid_t process) {
-    std::string status;
-    if (!TryReadFile("/proc/" + std::to_string(process) + "/status", status)) return false;
-    return !Holds(status, "State:\tZ");
-  }
-
-  int Count() const { return std::stoi(BuildProject::Load(PathOf("p.xml")).ReadText(0, "Count").value()); }
-};
+using Signals = SignalTest;
 
 TEST_F(Signals, InterruptTerminateAndHangUpStopTheRunAndSave) {
   int runs = 0;

@@ -1,10 +1,10 @@
 // The host's command line.
-#include <cstdio>
 #include <exception>
 
 #include "host/cli/Documents.h"
 #include "host/cli/Session.h"
 #include "host/system/HostProgram.h"
+#include "host/system/Stopping.h"
 #include "platform/Arguments.h"
 
 namespace qx::cli {
@@ -34,11 +34,10 @@ int Dispatch(Session& session, const Invocation& invocation) {
   return invocation.command->run(session, invocation);
 }
 
-int Main(const std::vector<std::string>& arguments) {
-  IgnoreBrokenStreams();
+int Main(const std::vector<std::string>& arguments, StopGuard& guard) {
   const Invocation invocation =
       PrintedDocument(arguments).empty() ? ParseArguments(TheProgram(), arguments) : Invocation();
-  Session session(invocation);
+  Session session(invocation, guard);
   if (const std::string document = PrintedDocument(arguments); !document.empty()) {
     session.Print(document);
     return 0;
@@ -49,6 +48,7 @@ int Main(const std::vector<std::string>& arguments) {
   } catch (const std::exception& fault) {
     // Here, while the session lives: the exception may belong to a package, which goes with it.
     Session::Complain(fault.what());
+    if (StopIsAsked()) code = StopGuard::kExitCode;
   }
   if (session.WriteError().empty()) return code;
   Session::Complain(session.WriteError());
@@ -60,7 +60,9 @@ int Main(const std::vector<std::string>& arguments) {
 
 int main(int count, char** arguments) {
   try {
-    return qx::cli::Main(qx::CommandLineWords(count, arguments));
+    qx::IgnoreBrokenStreams();
+    qx::StopGuard guard;
+    return qx::cli::Main(qx::CommandLineWords(count, arguments), guard);
   } catch (const std::exception& fault) {
     qx::cli::Session::Complain(fault.what());
     return qx::cli::kUsageError;

@@ -25,7 +25,8 @@ LogFile::LogFile(LogFile&& other) noexcept
     : name_(std::move(other.name_)),
       native_(other.native_),
       terminal_(other.terminal_),
-      owned_(std::exchange(other.owned_, false)) {}
+      owned_(std::exchange(other.owned_, false)),
+      way_(other.way_) {}
 
 StreamSink::StreamSink(LogFile file, LogStyle style, ColourChoice colour)
     : file_(std::move(file)), style_(style), colour_(ChooseColour(colour, file_.IsTerminal())) {

@@ -2,6 +2,7 @@
 // a buffer of 64 KiB.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -16,29 +17,41 @@ namespace qx {
 enum class LogStyle { Text, Json };
 enum class ColourChoice { Automatic, Always, Never };
 
-// A file or standard output opened for writing. Its two systems are LogFilePosix.cpp and LogFileWindows.cpp.
+// A file or a stream of this process opened for writing. Its two systems are LogFilePosix.cpp and
+// LogFileWindows.cpp. A pipe or terminal that takes nothing any more is waited for until a stop is asked for.
 class LogFile {
  public:
-  // This process's standard output; it is not closed.
+  // How long a write may still wait for its reader once a stop is asked for (Stopping.h).
+  static constexpr std::chrono::milliseconds kPatienceAfterStop{1000};
+
+  // This process's own streams; they are not closed.
   static LogFile StandardOutput();
-  // Creates the file or empties it. Raises Exception "Cannot write FILE: reason".
+  static LogFile StandardError();
+  // Creates the file or empties it. A named pipe is waited for until somebody reads it or a stop is asked for.
+  // Raises Exception "Cannot write FILE: reason".
   static LogFile Create(const std::string& path);
   LogFile(LogFile&& other) noexcept;
   LogFile& operator=(LogFile&&) = delete;
   ~LogFile();
 
-  // Writes all of it, or tells the reason why not; empty: written.
+  // Writes all of it, or tells the reason why not; empty: written. What was not taken when the patience ended
+  // is lost.
   std::string Write(std::string_view bytes);
   bool IsTerminal() const { return terminal_; }
   const std::string& Name() const { return name_; }
 
  private:
-  LogFile(std::string name, std::intptr_t native, bool terminal, bool owned)
-      : name_(std::move(name)), native_(native), terminal_(terminal), owned_(owned) {}
+  // How the system lets this one be written without waiting for ever.
+  enum class Way { Whole, Parts, Socket };
+  LogFile(std::string name, std::intptr_t native, bool terminal, bool owned, Way way)
+      : name_(std::move(name)), native_(native), terminal_(terminal), owned_(owned), way_(way) {}
+  static LogFile Own(std::string name, int stream);
+
   std::string name_;
   std::intptr_t native_;
   bool terminal_;
   bool owned_;
+  Way way_;
 };
 
 // Appends a record in a form of its own, with its line ends.

@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "host/system/Stopping.h"
 #include "host/system/TemporaryFolder.h"
 
 namespace qx {
@@ -26,7 +27,7 @@ std::optional<bool> CallGuarded(std::string& message, Function function) {
 
 RunOutcome Runner::Validate() {
   RunOutcome outcome = RunOutcome::Succeeded;
-  for (int i = 0; i < project_.ActionCount() && !stopping_; ++i) {
+  for (int i = 0; i < project_.ActionCount() && !MustStop(); ++i) {
     if (!project_.IsEnabled(i)) continue;
     Tell(i + 1, ActionEvent::Validates);
     const RunOutcome one = ValidateOne(project_.Action(i), i + 1);
@@ -34,7 +35,7 @@ RunOutcome Runner::Validate() {
     if (one == RunOutcome::ExceptionLeft) return one;
     if (one != RunOutcome::Succeeded) outcome = one;
   }
-  return stopping_ ? RunOutcome::Stopped : outcome;
+  return MustStop() ? RunOutcome::Stopped : outcome;
 }
 
 RunOutcome Runner::ValidateOne(TQXAction* action, int number) {
@@ -80,6 +81,8 @@ RunOutcome Runner::Execute(StopRequests& requests, std::optional<std::chrono::mi
   return outcome;
 }
 
+bool Runner::MustStop() const { return stopping_ || StopIsAsked(); }
+
 // The action that runs now is asked to end, again with each request: it may have begun another child meanwhile.
 void Runner::Stop() {
   stopping_ = true;
@@ -93,7 +96,7 @@ RunOutcome Runner::ExecuteAll() {
   for (int i = 0; i < project_.ActionCount(); ++i) {
     if (!project_.IsEnabled(i)) continue;
     const RunOutcome outcome = ExecuteOne(*project_.Action(i), i + 1);
-    if (stopping_) return RunOutcome::Stopped;
+    if (MustStop()) return RunOutcome::Stopped;
     if (outcome != RunOutcome::Succeeded) return outcome;
   }
   return RunOutcome::Succeeded;
@@ -102,7 +105,7 @@ RunOutcome Runner::ExecuteAll() {
 RunOutcome Runner::ExecuteOne(TQXAction& action, int number) {
   {
     const std::lock_guard guard(mutex_);
-    if (stopping_) return RunOutcome::Stopped;
+    if (MustStop()) return RunOutcome::Stopped;
     running_ = &action;
   }
   Tell(number, ActionEvent::Begins);

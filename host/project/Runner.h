@@ -54,6 +54,7 @@ class Runner {
   RunOutcome ExecuteAll();
   RunOutcome ExecuteOne(TQXAction& action, int number);
   void Stop();
+  bool MustStop() const;
   void Tell(int number, ActionEvent event) const {
     if (observer_) observer_(number, event);
   }

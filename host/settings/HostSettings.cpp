@@ -50,6 +50,10 @@ constexpr std::array kRows{
         WholeNumber{&HostSettings::webDavTimeout, 1, 86400, "a whole number of seconds, a day's at most"},
         "how long a web server may keep silent before a transfer fails"},
     HostSettingRow{
+        "WebDavLimit", "SECONDS",
+        WholeNumber{&HostSettings::webDavLimit, 1, 86400, "a whole number of seconds, a day's at most"},
+        "how long one transfer to or from a web server may take in all"},
+    HostSettingRow{
         "CheckBuilt", "WHAT", OneWord{&HostSettings::checkBuilt, kChecks},
         "what becomes of a run that succeeded but left a program missing, stale or of another version: fail, "
         "warn, or off: nobody looks"},

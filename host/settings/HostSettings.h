@@ -25,6 +25,8 @@ struct HostSettings {
   std::string registryFile;
   // Seconds that a web server may keep silent before a transfer fails.
   int webDavTimeout = 60;
+  // Seconds that one transfer may take in all.
+  int webDavLimit = 600;
   // What a run does that succeeded without making every program as it should: fail, warn, or off, where nobody
   // looks.
   std::string checkBuilt = "fail";

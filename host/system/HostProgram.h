@@ -35,6 +35,9 @@ void SetCurrentFolder(const std::string& folder);
 // again and again is then read into memory that is there. For programs whose users wait.
 void KeepFreedMemory();
 
+// Ends this process now, with nothing of it closed or written any more but what the system closes.
+[[noreturn]] void LeaveAtOnce(int exitCode);
+
 // From now on writing to a stream that nobody reads is an error of the write, not the end of the process:
 // what is still to be saved is saved. Child processes are not affected.
 void IgnoreBrokenStreams();

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <cstdlib>
+
 #include "host/system/HostProgram.h"
 #include "platform/CommandLine.h"
 #include "platform/Environment.h"
@@ -65,6 +67,12 @@ void SetCurrentFolder(const std::string& folder) {
 }
 
 void KeepFreedMemory() {}  // the heap of the system does so
+
+// ExitProcess would wait for libraries, which may be what hangs.
+void LeaveAtOnce(int exitCode) {
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(exitCode));
+  std::abort();  // not reached
+}
 
 void IgnoreBrokenStreams() {}  // they only ever fail the write here
 

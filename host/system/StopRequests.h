@@ -15,16 +15,19 @@ class StopRequests {
 
   // One at a time in a process. Raises Exception when the system has no descriptors or events left.
   StopRequests();
-  // Gives the signals back to whoever had them.
+  // Gives the signals back to whoever had them. Stopping.h says no longer that a stop is asked for.
   ~StopRequests();
   StopRequests(const StopRequests&) = delete;
   StopRequests& operator=(const StopRequests&) = delete;
 
   // The next event. Each request comes once; requests made before the wait are not lost, several may come as
-  // one. Finished, once told, is what every later wait gives.
+  // one. Finished, once told, is what every later wait gives. The end of the time is a request to stop, too.
+  // One thread at a time.
   Event Wait(std::optional<std::chrono::steady_clock::time_point> end);
   // From any thread: a request like the system's own.
   void Stop();
+  // From any thread: the time is over.
+  void TimeOut();
   // From any thread: the run is over.
   void Finish();
 

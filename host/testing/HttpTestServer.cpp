@@ -1,6 +1,7 @@
 #include "host/testing/HttpTestServer.h"
 
 #include <algorithm>
+#include <chrono>
 #include <mutex>
 #include <thread>
 
@@ -138,6 +139,21 @@ std::unique_ptr<HttpTestServer> HttpTestServer::Silent() {
   state->serve = [](Socket socket) {
     Caller caller(socket);
     while (caller.Receive()) continue;
+  };
+  return std::unique_ptr<HttpTestServer>(new HttpTestServer(std::move(state)));
+}
+
+std::unique_ptr<HttpTestServer> HttpTestServer::Dripping(std::string reply, int milliseconds) {
+  auto state = std::make_unique<State>();
+  state->serve = [reply = std::move(reply), milliseconds](Socket socket) {
+    Caller caller(socket);
+    for (HttpTestRequest request; caller.TakeRequest(request); request = {}) {
+      const auto pause = std::chrono::milliseconds(request.method == "GET" ? milliseconds : 0);
+      for (const char byte : reply) {
+        std::this_thread::sleep_for(pause);
+        if (!test_sockets::Write(socket, std::string_view(&byte, 1))) return test_sockets::Shut(socket);
+      }
+    }
   };
   return std::unique_ptr<HttpTestServer>(new HttpTestServer(std::move(state)));
 }

@@ -29,6 +29,8 @@ class HttpTestServer {
   // caller's, or of the server's.
   static std::unique_ptr<HttpTestServer> Cutting(int port, std::size_t callersBytes,
                                                  std::size_t serversBytes);
+  // One that gives the reply to any GET byte by byte, so many milliseconds apart; to others, what it is given.
+  static std::unique_ptr<HttpTestServer> Dripping(std::string reply, int milliseconds);
   ~HttpTestServer();
 
   int Port() const;

@@ -1,6 +1,7 @@
 #include "host/web/WebDavClient.h"
 
 #include <algorithm>
+#include <map>
 
 #include "host/settings/HostSettings.h"
 #include "platform/Texts.h"
@@ -59,9 +60,29 @@ std::string DescribeTimeout(int seconds) {
   return "The server did not answer within " + std::to_string(seconds) + " seconds";
 }
 
+std::string DescribeLimit(int seconds) {
+  return "The server did not finish within " + std::to_string(seconds) + " seconds";
+}
+
+void TakeReplyHeader(WebDavReply& reply, std::string_view name, std::string_view value) {
+  if (SameText(name, "Location")) reply.location = value;
+  if (SameText(name, "ETag")) reply.etag = value;
+  if (SameText(name, "Content-Encoding") && !SameText(value, "identity")) reply.encoding = value;
+  if (SameText(name, "Content-Length") || SameText(name, "Transfer-Encoding")) reply.hasLength = true;
+}
+
+void RequireWholeFile(const WebDavReply& reply) {
+  constexpr int kWhole = 200;
+  if (reply.status != kWhole)
+    throw Exception("The server did not send the file but " + DescribeStatus(reply));
+  if (!reply.encoding.empty()) throw Exception("The server sent the file packed (" + reply.encoding + ")");
+  if (reply.body.empty()) throw Exception("The server sent an empty file");
+}
+
 struct TQXWebDavClient::State {
   std::unique_ptr<WebDavConnection> connection;
   std::string errorText;
+  std::map<std::string, std::string> etags;  // of what was fetched, by the path as it goes onto the wire
 
   // Runs one operation; its failure becomes the error text.
   template <class Operation>
@@ -83,6 +104,32 @@ struct TQXWebDavClient::State {
     if (!IsSuccess(reply.status)) throw Exception(DescribeStatus(reply));
     return reply;
   }
+
+  // What was not whole is never stamped: it would be put back at half its size.
+  std::string Fetch(const std::string& target) {
+    etags.erase(target);
+    WebDavReply reply = SendConnected("GET", target, std::nullopt);
+    RequireWholeFile(reply);
+    // A body that ends where the connection does may have been cut off anywhere, but hardly twice at one place.
+    if (!reply.hasLength && SendConnected("GET", target, std::nullopt).body != reply.body)
+      throw Exception("The server broke the connection before the end of the file");
+    // Only a strong one can be asked for again.
+    if (reply.etag.starts_with('"')) etags[target] = reply.etag;
+    return std::move(reply.body);
+  }
+
+  void Put(const std::string& target, const std::string& bytes) {
+    if (connection == nullptr) throw Exception("Not connected");
+    const auto known = etags.find(target);
+    const std::string etag = known == etags.end() ? std::string() : known->second;
+    const WebDavReply reply = connection->Send("PUT", target, bytes, etag);
+    constexpr int kChanged = 412;
+    if (reply.status == kChanged && !etag.empty())
+      throw Exception(DescribeStatus(reply) + ": somebody else changed the file since it was fetched");
+    if (!IsSuccess(reply.status)) throw Exception(DescribeStatus(reply));
+    etags.erase(target);
+    if (reply.etag.starts_with('"')) etags[target] = reply.etag;
+  }
 };
 
 TQXWebDavClient::TQXWebDavClient()
@@ -92,7 +139,8 @@ TQXWebDavClient::~TQXWebDavClient() = default;
 bool TQXWebDavClient::Connect() {
   state_->connection = nullptr;
   const bool connected = state_->Try([this] {
-    auto connection = OpenWebDavConnection({host, port, userName, password, timeoutSeconds});
+    const int limit = std::max(CurrentHostSettings().webDavLimit, timeoutSeconds);
+    auto connection = OpenWebDavConnection({host, port, userName, password, timeoutSeconds, limit});
     // Whatever the server says about its root, it is there: users may have rights further down only.
     connection->Send("OPTIONS", "/", std::nullopt);
     state_->connection = std::move(connection);
@@ -103,10 +151,7 @@ bool TQXWebDavClient::Connect() {
 void TQXWebDavClient::Disconnect() { state_->connection = nullptr; }
 
 bool TQXWebDavClient::DownloadFile(const std::string& remotePath, const std::string& localPath) {
-  return state_->Try([&] {
-    const WebDavReply reply = state_->SendConnected("GET", EncodeRemotePath(remotePath), std::nullopt);
-    ReplaceFile(localPath, reply.body);
-  });
+  return state_->Try([&] { ReplaceFile(localPath, state_->Fetch(EncodeRemotePath(remotePath))); });
 }
 
 bool TQXWebDavClient::UploadFile(const std::string& localPath, const std::string& remoteFolder) {
@@ -114,7 +159,7 @@ bool TQXWebDavClient::UploadFile(const std::string& localPath, const std::string
     const std::string bytes = ReadFile(localPath);
     // A dry run changes nothing on a server either.
     if (WritesAreCaptured()) return;
-    state_->SendConnected("PUT", EncodeRemotePath(remoteFolder + "/" + FilePart(localPath)), bytes);
+    state_->Put(EncodeRemotePath(remoteFolder + "/" + FilePart(localPath)), bytes);
   });
 }
 

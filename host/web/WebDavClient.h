@@ -19,12 +19,16 @@ struct WebDavServer {
   std::string userName;
   std::string password;
   int timeoutSeconds = 60;  // how long nothing may happen, while connecting and between two bytes
+  int limitSeconds = 600;   // how long one request may take from its begin to the last byte of its reply
 };
 
 struct WebDavReply {
-  int status = 0;        // 200
-  std::string reason;    // the server's words for it, may be empty
-  std::string location;  // where a redirect leads
+  int status = 0;          // 200
+  std::string reason;      // the server's words for it, may be empty
+  std::string location;    // where a redirect leads
+  std::string etag;        // as it came, quotes included
+  std::string encoding;    // how the body is packed; empty: not at all
+  bool hasLength = false;  // the server said where the body ends
   std::string body;
 };
 
@@ -33,9 +37,11 @@ class WebDavConnection {
  public:
   virtual ~WebDavConnection() = default;
   // Sends one request and waits for the whole reply. `target` is a path encoded already. Raises Exception
-  // with the reason when there is no whole reply; a status of 400 or above is a reply.
+  // with the reason when there is no whole reply, when its time is over and when a stop is asked for
+  // (Stopping.h); a status of 400 or above is a reply. `ifMatch`: the server acts only on that state of the
+  // file; empty: on any.
   virtual WebDavReply Send(const std::string& method, const std::string& target,
-                           std::optional<std::string_view> body) = 0;
+                           std::optional<std::string_view> body, const std::string& ifMatch = {}) = 0;
 };
 
 // Sends nothing yet. Raises Exception for a host or port that cannot be one.
@@ -56,7 +62,14 @@ void RequirePort(int port);
 
 // "404 Not Found"; of a redirect also where it leads.
 std::string DescribeStatus(const WebDavReply& reply);
-// The text for a server that kept silent.
+// The texts for a server that kept silent, and for one that took too long altogether.
 std::string DescribeTimeout(int seconds);
+std::string DescribeLimit(int seconds);
+inline constexpr const char* kTransferStopped = "The transfer was stopped";
+
+// Takes what is wanted of one header of a reply; names in any letter case.
+void TakeReplyHeader(WebDavReply& reply, std::string_view name, std::string_view value);
+// Raises Exception unless the reply to GET holds a whole file: 200, and something in it as it is.
+void RequireWholeFile(const WebDavReply& reply);
 
 }  // namespace qx

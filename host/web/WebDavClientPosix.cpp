@@ -4,8 +4,11 @@
 #include <dlfcn.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <memory>
 
+#include "host/system/Stopping.h"
 #include "host/web/WebDavClient.h"
 
 // The header's macros check the types of calls to the functions themselves; here they are called through pointers.
@@ -22,7 +25,13 @@ struct Curl {
   decltype(&curl_easy_cleanup) cleanup = nullptr;
   decltype(&curl_easy_reset) reset = nullptr;
   decltype(&curl_easy_setopt) set = nullptr;
-  decltype(&curl_easy_perform) perform = nullptr;
+  decltype(&curl_multi_init) multiInit = nullptr;
+  decltype(&curl_multi_cleanup) multiCleanup = nullptr;
+  decltype(&curl_multi_add_handle) add = nullptr;
+  decltype(&curl_multi_remove_handle) remove = nullptr;
+  decltype(&curl_multi_perform) perform = nullptr;
+  decltype(&curl_multi_wait) wait = nullptr;
+  decltype(&curl_multi_info_read) readInfo = nullptr;
   decltype(&curl_easy_getinfo) getInfo = nullptr;
   decltype(&curl_easy_strerror) errorText = nullptr;
 };
@@ -46,7 +55,13 @@ Curl LoadCurl() {
   Find(library, "curl_easy_cleanup", curl.cleanup);
   Find(library, "curl_easy_reset", curl.reset);
   Find(library, "curl_easy_setopt", curl.set);
-  Find(library, "curl_easy_perform", curl.perform);
+  Find(library, "curl_multi_init", curl.multiInit);
+  Find(library, "curl_multi_cleanup", curl.multiCleanup);
+  Find(library, "curl_multi_add_handle", curl.add);
+  Find(library, "curl_multi_remove_handle", curl.remove);
+  Find(library, "curl_multi_perform", curl.perform);
+  Find(library, "curl_multi_wait", curl.wait);
+  Find(library, "curl_multi_info_read", curl.readInfo);
   Find(library, "curl_easy_getinfo", curl.getInfo);
   Find(library, "curl_easy_strerror", curl.errorText);
   if (curl.globalInit(CURL_GLOBAL_DEFAULT) != CURLE_OK) throw Exception("libcurl cannot be started");
@@ -64,6 +79,9 @@ struct Incoming {
   bool isTooLong = false;
 };
 
+// How often what a library waits for in a thread of its own (a name) is looked at.
+constexpr int kLookAgain = 100;
+
 std::string_view WithoutLineEnd(std::string_view line) {
   while (!line.empty() && (line.back() == '\r' || line.back() == '\n')) line.remove_suffix(1);
   return line;
@@ -78,14 +96,12 @@ std::string_view Trimmed(std::string_view text) {
 std::size_t TakeHeader(char* data, std::size_t size, std::size_t count, void* target) {
   WebDavReply& reply = static_cast<Incoming*>(target)->reply;
   const std::string_view line = WithoutLineEnd({data, size * count});
-  constexpr std::string_view location = "location:";
   if (line.starts_with("HTTP/")) {  // "HTTP/1.1 404 Not Found"
     reply = {};
     const std::string_view words = Trimmed(line.substr(std::min(line.find(' '), line.size())));
     reply.reason = Trimmed(words.substr(std::min<std::size_t>(3, words.size())));
-  } else if (line.size() > location.size() &&
-             strncasecmp(line.data(), location.data(), location.size()) == 0) {
-    reply.location = Trimmed(line.substr(location.size()));
+  } else if (const std::size_t colon = line.find(':'); colon != std::string_view::npos) {
+    TakeReplyHeader(reply, line.substr(0, colon), Trimmed(line.substr(colon + 1)));
   }
   return size * count;
 }
@@ -129,15 +145,19 @@ class CurlConnection final : public WebDavConnection {
         root_((server.port == 443 ? "https://" : "http://") + HostForUrl(server.host) + ":" +
               std::to_string(server.port)),
         curl_(TheCurl()),
+        multi_(curl_.multiInit()),
         handle_(curl_.init()) {
-    if (handle_ == nullptr) throw Exception("libcurl gives no connection");
+    if (multi_ == nullptr || handle_ == nullptr) throw Exception("libcurl gives no connection");
   }
-  ~CurlConnection() override { curl_.cleanup(handle_); }
+  ~CurlConnection() override {
+    curl_.cleanup(handle_);
+    curl_.multiCleanup(multi_);
+  }
   CurlConnection(const CurlConnection&) = delete;
   CurlConnection& operator=(const CurlConnection&) = delete;
 
-  WebDavReply Send(const std::string& method, const std::string& target,
-                   std::optional<std::string_view> body) override {
+  WebDavReply Send(const std::string& method, const std::string& target, std::optional<std::string_view> body,
+                   const std::string& ifMatch) override {
     Incoming incoming;
     Outgoing outgoing{body.value_or(std::string_view()), 0};
     error_[0] = '\0';
@@ -153,7 +173,10 @@ class CurlConnection final : public WebDavConnection {
       curl_.set(handle_, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(body->size()));
     }
     curl_.set(handle_, CURLOPT_CUSTOMREQUEST, method.c_str());
-    const CURLcode result = curl_.perform(handle_);
+    std::string line = "If-Match: " + ifMatch;
+    curl_slist condition{line.data(), nullptr};
+    if (!ifMatch.empty()) curl_.set(handle_, CURLOPT_HTTPHEADER, &condition);
+    const CURLcode result = Perform();
     if (incoming.isTooLong) throw Exception("The server's file is too long");
     if (result != CURLE_OK) throw Exception(Describe(result));
     long status = 0;
@@ -183,6 +206,25 @@ class CurlConnection final : public WebDavConnection {
     curl_.set(handle_, CURLOPT_PASSWORD, server_.password.c_str());
   }
 
+  // Until the transfer is over; a stop and the end of its time break it off at once.
+  CURLcode Perform() {
+    curl_.add(multi_, handle_);
+    const auto remove = [this](CURL* handle) { curl_.remove(multi_, handle); };
+    const std::unique_ptr<CURL, decltype(remove)> added(handle_, remove);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(server_.limitSeconds);
+    for (int running = 1; running > 0;) {
+      if (curl_.perform(multi_, &running) != CURLM_OK) throw Exception("libcurl gives up");
+      if (running == 0) break;
+      curl_waitfd stop{static_cast<int>(StopHandle()), CURL_WAIT_POLLIN, 0};
+      curl_.wait(multi_, &stop, stop.fd < 0 ? 0 : 1, kLookAgain, nullptr);
+      if (StopIsAsked()) throw Exception(kTransferStopped);
+      if (std::chrono::steady_clock::now() >= end) throw Exception(DescribeLimit(server_.limitSeconds));
+    }
+    int left = 0;
+    const CURLMsg* message = curl_.readInfo(multi_, &left);
+    return message == nullptr ? CURLE_OK : message->data.result;
+  }
+
   std::string Describe(CURLcode result) const {
     if (result == CURLE_OPERATION_TIMEDOUT) return DescribeTimeout(server_.timeoutSeconds);
     return error_[0] != '\0' ? error_ : curl_.errorText(result);
@@ -191,6 +233,7 @@ class CurlConnection final : public WebDavConnection {
   WebDavServer server_;
   std::string root_;
   const Curl& curl_;
+  CURLM* multi_;
   CURL* handle_;
   char error_[CURL_ERROR_SIZE] = {};
 };

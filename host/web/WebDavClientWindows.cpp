@@ -7,9 +7,12 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <memory>
+#include <thread>
 #include <vector>
 
+#include "host/system/Stopping.h"
 #include "host/web/HttpAuthentication.h"
 #include "host/web/WebDavClient.h"
 #include "platform/Texts.h"
@@ -119,12 +122,21 @@ std::vector<HttpChallenge> OfferedChallenges(HINTERNET request) {
   return offered;
 }
 
+struct HeaderRow {
+  const char* name;
+  DWORD which;
+};
+constexpr HeaderRow kOnlyWhenSent[] = {{"Content-Length", WINHTTP_QUERY_CONTENT_LENGTH},
+                                       {"Transfer-Encoding", WINHTTP_QUERY_TRANSFER_ENCODING},
+                                       {"Content-Encoding", WINHTTP_QUERY_CONTENT_ENCODING}};
+
 // Whether Windows itself has to answer.
 bool IsSystems(const HttpChallenge& challenge) {
   return challenge.scheme == "negotiate" || challenge.scheme == "ntlm";
 }
 
-class WinHttpConnection final : public WebDavConnection {
+// One at a time uses it; any thread.
+class WinHttpConnection {
  public:
   explicit WinHttpConnection(const WebDavServer& server)
       : server_(server),
@@ -139,9 +151,10 @@ class WinHttpConnection final : public WebDavConnection {
     WinHttpSetOption(session_.get(), WINHTTP_OPTION_RECEIVE_RESPONSE_TIMEOUT, &first, sizeof first);
   }
 
-  WebDavReply Send(const std::string& method, const std::string& target,
-                   std::optional<std::string_view> body) override {
+  WebDavReply Send(const std::string& method, const std::string& target, std::optional<std::string_view> body,
+                   const std::string& ifMatch) {
     const InternetHandle request(Open(method, target));
+    if (!ifMatch.empty()) AddHeader(request.get(), "If-Match: " + ifMatch);
     std::string authorization = Authorization(method, target);
     WebDavReply reply = Exchange(request.get(), authorization, body);
     const bool hasName = !server_.userName.empty() || !server_.password.empty();
@@ -203,13 +216,15 @@ class WinHttpConnection final : public WebDavConnection {
     if (!done) RaiseLastError(server_.timeoutSeconds);
   }
 
+  void AddHeader(HINTERNET request, const std::string& line) const {
+    const std::wstring header = system::ToWide(line);
+    RequireDone(WinHttpAddRequestHeaders(request, header.c_str(), static_cast<DWORD>(-1),
+                                         WINHTTP_ADDREQ_FLAG_ADD | WINHTTP_ADDREQ_FLAG_REPLACE));
+  }
+
   WebDavReply Exchange(HINTERNET request, const std::string& authorization,
                        std::optional<std::string_view> body) {
-    if (!authorization.empty()) {
-      const std::wstring header = system::ToWide("Authorization: " + authorization);
-      RequireDone(WinHttpAddRequestHeaders(request, header.c_str(), static_cast<DWORD>(-1),
-                                           WINHTTP_ADDREQ_FLAG_ADD | WINHTTP_ADDREQ_FLAG_REPLACE));
-    }
+    if (!authorization.empty()) AddHeader(request, "Authorization: " + authorization);
     const auto size = static_cast<DWORD>(body ? body->size() : 0);
     RequireDone(WinHttpSendRequest(request, WINHTTP_NO_ADDITIONAL_HEADERS, 0, nullptr, 0, size, 0));
     for (DWORD sent = 0; sent < size;) {
@@ -226,7 +241,12 @@ class WinHttpConnection final : public WebDavConnection {
     WebDavReply reply;
     reply.status = std::stoi("0" + FirstHeader(request, WINHTTP_QUERY_STATUS_CODE));
     reply.reason = FirstHeader(request, WINHTTP_QUERY_STATUS_TEXT);
-    reply.location = FirstHeader(request, WINHTTP_QUERY_LOCATION);
+    TakeReplyHeader(reply, "Location", FirstHeader(request, WINHTTP_QUERY_LOCATION));
+    TakeReplyHeader(reply, "ETag", FirstHeader(request, WINHTTP_QUERY_ETAG));
+    for (const auto& [name, which] : kOnlyWhenSent) {
+      const std::string text = FirstHeader(request, which);
+      if (!text.empty()) TakeReplyHeader(reply, name, text);
+    }
     std::vector<char> buffer(64 << 10);
     for (DWORD read = 1; read > 0;) {
       RequireDone(WinHttpReadData(request, buffer.data(), static_cast<DWORD>(buffer.size()), &read));
@@ -250,11 +270,65 @@ class WinHttpConnection final : public WebDavConnection {
   std::string clientNonce_;
 };
 
+// Sends each request on a thread of its own, and leaves that thread behind, with all that it uses, when a stop or
+// the end of its time comes first: WinHTTP's calls wait where nobody can wake them.
+class LeavableConnection final : public WebDavConnection {
+ public:
+  explicit LeavableConnection(const WebDavServer& server)
+      : server_(server), connection_(std::make_shared<WinHttpConnection>(server)) {}
+
+  WebDavReply Send(const std::string& method, const std::string& target, std::optional<std::string_view> body,
+                   const std::string& ifMatch) override {
+    if (connection_ == nullptr) connection_ = std::make_shared<WinHttpConnection>(server_);
+    const auto exchange = std::make_shared<Exchange>();
+    exchange->connection = connection_;
+    exchange->method = method;
+    exchange->target = target;
+    if (body) exchange->body = std::string(*body);
+    exchange->ifMatch = ifMatch;
+    std::thread([exchange] { exchange->Run(); }).detach();
+    const HANDLE waited[] = {exchange->done.Get(), reinterpret_cast<HANDLE>(StopHandle())};
+    const DWORD count = waited[1] == nullptr ? 1 : 2;
+    const DWORD limit = static_cast<DWORD>(server_.limitSeconds) * 1000;
+    const DWORD woken = WaitForMultipleObjects(count, waited, FALSE, limit);
+    if (woken != WAIT_OBJECT_0) {
+      connection_.reset();  // that thread may use it still
+      throw Exception(woken == WAIT_TIMEOUT ? DescribeLimit(server_.limitSeconds) : kTransferStopped);
+    }
+    if (exchange->failure) std::rethrow_exception(exchange->failure);
+    return std::move(exchange->reply);
+  }
+
+ private:
+  struct Exchange {
+    std::shared_ptr<WinHttpConnection> connection;
+    std::string method;
+    std::string target;
+    std::optional<std::string> body;
+    std::string ifMatch;
+    WebDavReply reply;
+    std::exception_ptr failure;
+    system::Handle done{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+
+    void Run() {
+      try {
+        reply = connection->Send(method, target, body, ifMatch);
+      } catch (...) {
+        failure = std::current_exception();
+      }
+      SetEvent(done.Get());
+    }
+  };
+
+  WebDavServer server_;
+  std::shared_ptr<WinHttpConnection> connection_;
+};
+
 }  // namespace
 
 std::unique_ptr<WebDavConnection> OpenWebDavConnection(const WebDavServer& server) {
   RequirePort(server.port);
-  return std::make_unique<WinHttpConnection>(server);
+  return std::make_unique<LeavableConnection>(server);
 }
 
 }  // namespace qx

@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#include "host/settings/HostSettings.h"
+#include "host/system/StopRequests.h"
 #include "host/testing/HttpTestServer.h"
 #include "platform/files/Files.h"
 #include "plugin/Qxutils.h"
@@ -86,16 +92,80 @@ TEST_F(WebDavClient, FetchesAFileByteForByte) {
   EXPECT_EQ(server_->Requests().back().target, "/My%20Site/%C3%9C%23%25.cs");
 }
 
-TEST_F(WebDavClient, FetchesAnEmptyFileAndALongOne) {
+TEST_F(WebDavClient, FetchesALongFile) {
   const std::string longFile(3 << 20, 'x');
-  Serve([&](const HttpTestRequest& request) {
-    return HttpTestReply("200 OK", request.target == "/long" ? longFile : std::string());
-  });
+  Serve(HttpTestReply("200 OK", longFile));
   ASSERT_TRUE(client_.Connect());
   ASSERT_TRUE(client_.DownloadFile("/long", local_)) << client_.GetErrorText();
   EXPECT_EQ(ReadFile(local_), longFile);
-  ASSERT_TRUE(client_.DownloadFile("/empty", local_)) << client_.GetErrorText();
-  EXPECT_EQ(ReadFile(local_), "");
+}
+
+TEST_F(WebDavClient, RefusesWhatIsNoWholeFile) {
+  const std::pair<std::string, std::string> rows[] = {
+      {HttpTestReply("206 Partial Content", "abc"),
+       "The server did not send the file but 206 Partial Content"},
+      {HttpTestReply("203 Non-Authoritative Information", "abc"),
+       "The server did not send the file but 203 Non-Authoritative Information"},
+      {"HTTP/1.1 204 No Content\r\n\r\n", "The server did not send the file but 204 No Content"},
+      {HttpTestReply("200 OK", ""), "The server sent an empty file"},
+      {HttpTestReply("200 OK", "abc", "Content-Encoding: br\r\n"), "The server sent the file packed (br)"},
+  };
+  for (const auto& [reply, complaint] : rows) {
+    Serve([&](const HttpTestRequest& request) {
+      return request.method == "GET" ? reply : HttpTestReply("200 OK", "");
+    });
+    ASSERT_TRUE(client_.Connect()) << client_.GetErrorText();
+    EXPECT_FALSE(client_.DownloadFile("/a.cs", local_));
+    EXPECT_EQ(client_.GetErrorText(), complaint);
+    EXPECT_FALSE(FileExists(local_));
+  }
+}
+
+// Without a length a file ends where the connection does.
+TEST_F(WebDavClient, FetchesAFileWithoutALengthTwice) {
+  std::string first = "one";
+  Serve([&](const HttpTestRequest& request) {
+    if (request.method != "GET") return HttpTestReply("200 OK", "");
+    return "HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + std::exchange(first, "one and more");
+  });
+  ASSERT_TRUE(client_.Connect()) << client_.GetErrorText();
+  EXPECT_FALSE(client_.DownloadFile("/a.cs", local_));
+  EXPECT_EQ(client_.GetErrorText(), "The server broke the connection before the end of the file");
+  EXPECT_FALSE(FileExists(local_));
+  ASSERT_TRUE(client_.DownloadFile("/a.cs", local_)) << client_.GetErrorText();
+  EXPECT_EQ(ReadFile(local_), "one and more");
+}
+
+TEST_F(WebDavClient, PutsBackOnlyWhatNobodyElseChanged) {
+  std::string etag = "\"v1\"";
+  Serve([&](const HttpTestRequest& request) {
+    const auto condition = request.headers.find("if-match");
+    const bool holds = condition == request.headers.end() || condition->second == etag;
+    if (request.method == "PUT" && !holds) return HttpTestReply("412 Precondition Failed", "");
+    return HttpTestReply("200 OK", "text", "ETag: " + etag + "\r\n");
+  });
+  ASSERT_TRUE(client_.Connect());
+  local_ = GetTemporaryPath() + "/a.cs";
+  ASSERT_TRUE(client_.DownloadFile("/Site/a.cs", local_)) << client_.GetErrorText();
+  ASSERT_TRUE(client_.UploadFile(local_, "/Site/")) << client_.GetErrorText();
+  EXPECT_EQ(server_->Requests().back().headers.at("if-match"), "\"v1\"");
+  ASSERT_TRUE(client_.DownloadFile("/Site/a.cs", local_));
+  etag = "\"v2\"";
+  EXPECT_FALSE(client_.UploadFile(local_, "/Site/"));
+  EXPECT_EQ(client_.GetErrorText(),
+            "412 Precondition Failed: somebody else changed the file since it was fetched");
+}
+
+// A weak one compares equal to none.
+TEST_F(WebDavClient, AsksForNoStateThatTheServerCannotTell) {
+  for (const std::string header : {"", "ETag: W/\"v1\"\r\n"}) {
+    Serve(HttpTestReply("200 OK", "text", header));
+    ASSERT_TRUE(client_.Connect());
+    local_ = GetTemporaryPath() + "/a.cs";
+    ASSERT_TRUE(client_.DownloadFile("/Site/a.cs", local_));
+    ASSERT_TRUE(client_.UploadFile(local_, "/Site/")) << client_.GetErrorText();
+    EXPECT_FALSE(server_->Requests().back().headers.contains("if-match"));
+  }
 }
 
 TEST_F(WebDavClient, FetchesAFileInPieces) {
@@ -243,6 +313,36 @@ TEST_F(WebDavClient, WaitsNoLongerThanItsTimeout) {
   client_.timeoutSeconds = 1;
   EXPECT_FALSE(client_.Connect());
   EXPECT_EQ(client_.GetErrorText(), "The server did not answer within 1 seconds");
+}
+
+// No two bytes are a second apart, and yet it would take a minute.
+TEST_F(WebDavClient, WaitsNoLongerThanItsLimitInAll) {
+  HostSettings settings;
+  settings.webDavLimit = 1;
+  const HostSettingsInUse inUse(settings);
+  Use(HttpTestServer::Dripping(HttpTestReply("200 OK", std::string(4000, 'x')), 10));
+  client_.timeoutSeconds = 1;
+  ASSERT_TRUE(client_.Connect()) << client_.GetErrorText();
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_FALSE(client_.DownloadFile("/a.cs", local_));
+  EXPECT_EQ(client_.GetErrorText(), "The server did not finish within 1 seconds");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+}
+
+TEST_F(WebDavClient, IsWokenByAStop) {
+  StopRequests requests;
+  Use(HttpTestServer::Dripping(HttpTestReply("200 OK", std::string(4000, 'x')), 250));
+  ASSERT_TRUE(client_.Connect()) << client_.GetErrorText();
+  std::thread stopper([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    requests.Stop();
+  });
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_FALSE(client_.DownloadFile("/a.cs", local_));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+  stopper.join();
+  EXPECT_EQ(client_.GetErrorText(), "The transfer was stopped");
+  EXPECT_FALSE(client_.Connect()) << "a stop holds";
 }
 
 TEST_F(WebDavClient, NeedsAServerThatIsThere) {

@@ -1,6 +1,8 @@
 #include "tests/tinypackage/TinyAction.h"
 
+#include <chrono>
 #include <memory>
+#include <thread>
 
 #include "platform/files/Files.h"
 
@@ -74,6 +76,7 @@ FromFileAnswer TTinyAction::SetUpFromFile(const FromFileRequest& request) {
 bool TTinyAction::Validate(IQXActionValidationError& errors) {
   if (verdict_ == TTinyVerdict::tvError) errors.AddError("Verdict", "The verdict is an error");
   if (verdict_ == TTinyVerdict::tvThrow) throw Exception("Validating threw");
+  if (verdict_ == TTinyVerdict::tvHang) std::this_thread::sleep_for(std::chrono::seconds(seconds_));
   return verdict_ == TTinyVerdict::tvValid;
 }
 
@@ -107,6 +110,9 @@ bool TTinyAction::Execute() {
       return RunProgram();
     case TTinyDeed::tdFlood:
       return Flood();
+    case TTinyDeed::tdDeaf:
+      std::this_thread::sleep_for(std::chrono::seconds(seconds_));
+      return true;
   }
   return false;
 }

@@ -15,8 +15,8 @@
 namespace qx::tiny {
 
 // What Execute does after it has logged the text and raised the count.
-enum class TTinyDeed { tdSucceed, tdFail, tdThrow, tdThrowNumber, tdSleep, tdWrite, tdRun, tdFlood };
-enum class TTinyVerdict { tvValid, tvError, tvSilent, tvThrow };
+enum class TTinyDeed { tdSucceed, tdFail, tdThrow, tdThrowNumber, tdSleep, tdWrite, tdRun, tdFlood, tdDeaf };
+enum class TTinyVerdict { tvValid, tvError, tvSilent, tvThrow, tvHang };
 
 class TTinyAction : public AnswersUncounted<IQXVersions, IQXCheck, IQXFromFile>, public TQXAction {
  public:
@@ -99,9 +99,9 @@ const TQXOptionsClass& TinyOptionsClass();
 
 namespace qx {
 template <>
-inline constexpr std::array<std::string_view, 8> ValueNames<tiny::TTinyDeed>{
-    "tdSucceed", "tdFail", "tdThrow", "tdThrowNumber", "tdSleep", "tdWrite", "tdRun", "tdFlood"};
+inline constexpr std::array<std::string_view, 9> ValueNames<tiny::TTinyDeed>{
+    "tdSucceed", "tdFail", "tdThrow", "tdThrowNumber", "tdSleep", "tdWrite", "tdRun", "tdFlood", "tdDeaf"};
 template <>
-inline constexpr std::array<std::string_view, 4> ValueNames<tiny::TTinyVerdict>{"tvValid", "tvError",
-                                                                                "tvSilent", "tvThrow"};
+inline constexpr std::array<std::string_view, 5> ValueNames<tiny::TTinyVerdict>{
+    "tvValid", "tvError", "tvSilent", "tvThrow", "tvHang"};
 }  // namespace qx

@@ -1,0 +1,93 @@
+// A stop comes about within two seconds wherever the program is, and ends it with the exit code of a stop.
+#include <sys/stat.h>
+
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+#include "host/cli/testdata/SignalFixture.h"
+#include "platform/Posix.h"
+
+namespace qx::cli {
+namespace {
+
+class Stops : public SignalTest {
+ protected:
+  void MakeFifo(const std::string& name) const { ASSERT_EQ(mkfifo(PathOf(name).c_str(), 0600), 0); }
+
+  // Starts it, sends the signal once it has had so long, and gives its exit code.
+  int CodeAfterSignal(const Words& words, int signal, const std::string& out = "out.txt",
+                      Milliseconds after = Milliseconds(400)) const {
+    const pid_t child = Start(words, out);
+    std::this_thread::sleep_for(after);
+    kill(child, signal);
+    return CodeWithinTwoSeconds(child);
+  }
+};
+
+TEST_F(Stops, AReaderThatReadsNoLongerHoldsNothingUp) {
+  Project("p.xml", {{"Deed=tdFlood", "Seconds=1000"}});
+  MakeFifo("unread");
+  for (const int signal : {SIGINT, SIGTERM}) {
+    const system::Descriptor reader(open(PathOf("unread").c_str(), O_RDONLY | O_NONBLOCK));
+    const int before = Count();
+    EXPECT_EQ(CodeAfterSignal({"run", "p.xml", "--log-file", "log.txt"}, signal, "unread"), 5);
+    EXPECT_EQ(Count(), before + 1);
+    EXPECT_TRUE(Holds(Content("log.txt"), "Tiny Task: failed")) << "the log file has the end";
+    EXPECT_FALSE(Exists("p.xml.lock"));
+  }
+}
+
+TEST_F(Stops, AReaderThatReadsNoLongerDoesNotKeepTheTimeOutFromEndingTheRun) {
+  Project("p.xml", {{"Deed=tdFlood", "Seconds=1000"}});
+  MakeFifo("unread");
+  const system::Descriptor reader(open(PathOf("unread").c_str(), O_RDONLY | O_NONBLOCK));
+  EXPECT_EQ(CodeWithinTwoSeconds(Start({"run", "p.xml", "--timeout", "0.3"}, "unread")), 5);
+}
+
+TEST_F(Stops, ALogFileThatNobodyReadsDoesNotKeepTheTimeOutFromEndingTheRun) {
+  Project("p.xml", {{"Deed=tdSleep"}});
+  MakeFifo("log");
+  EXPECT_EQ(CodeWithinTwoSeconds(Start({"run", "p.xml", "--log-file", "log", "--timeout", "0.3"}, "out.txt")),
+            5);
+  EXPECT_EQ(CodeAfterSignal({"run", "p.xml", "--log-file", "log"}, SIGINT), 5);
+}
+
+TEST_F(Stops, ANamedPipeThatIsReadIsALogFile) {
+  Project("p.xml", {{"Text=through the pipe"}});
+  MakeFifo("log");
+  std::string read;
+  std::thread reader([&] {
+    std::ifstream pipe(PathOf("log"));
+    read.assign(std::istreambuf_iterator<char>(pipe), {});
+  });
+  EXPECT_EQ(CodeWithinTwoSeconds(Start({"run", "p.xml", "--log-file", "log"}, "out.txt")), 0);
+  reader.join();
+  EXPECT_TRUE(Holds(read, "through the pipe")) << read;
+}
+
+TEST_F(Stops, AValidationThatHangsIsLeft) {
+  Project("p.xml", {{"Verdict=tvHang"}});
+  EXPECT_EQ(CodeAfterSignal({"run", "p.xml"}, SIGINT), 5);
+  EXPECT_EQ(CodeAfterSignal({"validate", "p.xml"}, SIGTERM), 5);
+  EXPECT_EQ(CodeWithinTwoSeconds(Start({"run", "p.xml", "--timeout", "0.1"}, "out.txt")), 5);
+  EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(Stops, AnActionThatDoesNotHearIsLeftWithAWord) {
+  Project("p.xml", {{"Deed=tdDeaf", "Text=deaf"}});
+  EXPECT_EQ(CodeAfterSignal({"run", "p.xml", "--log-file", "log.txt"}, SIGINT), 5);
+  EXPECT_TRUE(Holds(Content("log.txt"), "deaf"));
+  EXPECT_EQ(Host({"set", "p.xml", "Deed=tdSucceed"}).code, 0) << "the lock went with it";
+}
+
+TEST_F(Stops, AScriptIsLeftWhateverItDoes) {
+  for (const char* text : {"while true do end", "while true do pcall(function() while true do end end) end",
+                           "io.popen('sleep 60'):read()"}) {
+    for (const int signal : {SIGINT, SIGTERM})
+      EXPECT_EQ(CodeAfterSignal({"script", "-e", text}, signal), 5) << text;
+  }
+}
+
+}  // namespace
+}  // namespace qx::cli
