@@ -81,6 +81,23 @@ TEST_F(Stops, AnActionThatDoesNotHearIsLeftWithAWord) {
   EXPECT_EQ(Host({"set", "p.xml", "Deed=tdSucceed"}).code, 0) << "the lock went with it";
 }
 
+TEST_F(Stops, AKilledHostTakesItsTreeAlong) {
+  const std::string pulse = PathOf("pulse");
+  Project("p.xml", {{"Deed=tdRun",
+                     std::string("Lines=") + QX_TEST_CHILD +
+                         ";ignore-requests new-session no-environment spawn:5 new-session spawn:1 beat:" +
+                         pulse + " exit:0 exit:0 sleep:60000"}});
+  const pid_t child = Start({"run", "p.xml"}, "out.txt");
+  WaitFor("pulse", "....");
+  kill(child, SIGKILL);
+  EXPECT_EQ(ExitCode(child), -SIGKILL);
+  std::this_thread::sleep_for(Milliseconds(500));
+  const std::string before = Content("pulse");
+  EXPECT_FALSE(before.empty());
+  std::this_thread::sleep_for(Milliseconds(200));
+  EXPECT_EQ(Content("pulse"), before);
+}
+
 TEST_F(Stops, AScriptIsLeftWhateverItDoes) {
   for (const char* text : {"while true do end", "while true do pcall(function() while true do end end) end",
                            "io.popen('sleep 60'):read()"}) {

@@ -18,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 // From asking a tree to end until it is made to. Whoever presses Ctrl-C expects everything gone within two seconds.
-constexpr milliseconds kGrace(1000);
+constexpr milliseconds kGrace(800);
 // A killed process vanishes in no time, unless the kernel holds it (a dead network drive): then we leave it.
 constexpr milliseconds kKillPatience(500);
 // What readers get, when the tree is gone, before pipes held by processes outside the tree are abandoned.

@@ -1,8 +1,9 @@
 // A child process as a value: say what to run and who gets its output, call Run. No shell takes part, no
-// console window appears, and when the stop event is signalled nothing that the child started stays behind.
+// console window appears, and when the stop event is signalled, or the host ends in whatever way meanwhile, nothing
+// that the child started stays behind.
 //
-// Both systems are served by their own interfaces (posix_spawn, pipes and /proc; CreateProcess and a job object)
-// rather than by a library: none at hand ends a whole process tree on both, and what is needed is small.
+// Both systems are served by their own interfaces (a keeper that adopts, pipes and /proc; CreateProcess and a job
+// object) rather than by a library: none at hand ends a whole process tree on both, and what is needed is small.
 #pragma once
 
 #include <string>
@@ -49,7 +50,7 @@ struct ChildProcess {
   // Starts the child and returns when it has ended AND both streams have: what a grandchild writes after the
   // child's exit arrives too, and one that holds a stream for ever is waited for until the stop event.
   // Returns the exit code, 128 + N for a child that signal N ended, kTerminatedExitCode when stopped. The
-  // tree is asked to end (SIGTERM; window close or Ctrl-Break), and after a second's grace made to. Raises
+  // tree is asked to end (SIGTERM; window close or Ctrl-Break), and after a grace made to. Raises
   // Exception that names the program and the reason when it cannot be started. Several runs may go on at the
   // same time on different threads.
   int Run() const;

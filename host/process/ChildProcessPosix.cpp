@@ -2,8 +2,8 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,8 +11,10 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <utility>
 #include <vector>
 
+#include "host/process/KeeperPosix.h"
 #include "host/process/ProcessTreePosix.h"
 #include "host/process/RunningChild.h"
 #include "platform/CommandLine.h"
@@ -36,23 +38,6 @@ struct Pipe {
   std::atomic<bool> wakeByteSent = false;
   int lastReads = 0;
 };
-
-// The host's environment with the tree's mark behind the marks that are there (a host started by a host).
-std::vector<std::string> MarkedEnvironment(const std::string& mark) {
-  const std::string name = std::string(kTreeMarkVariable) + "=";
-  std::vector<std::string> variables;
-  std::string marks = name;
-  for (char** variable = environ; variable != nullptr && *variable != nullptr; ++variable) {
-    const std::string_view text(*variable);
-    if (text.starts_with(name)) {
-      marks = text;
-    } else {
-      variables.emplace_back(text);
-    }
-  }
-  variables.push_back(marks + mark);
-  return variables;
-}
 
 // The file or folder that `path` names, absolute, for a path counts from the host's current folder. What does
 // not exist stays as it is, for the error to name.
@@ -94,21 +79,39 @@ void CheckTexts(const ChildProcess& what) {
   }
 }
 
+// Counts the runs that go on. As long as there is one, what a killed keeper kept comes to the host, which finds it.
+class Adoption {
+ public:
+  Adoption() {
+    if (++runs_ == 1) prctl(PR_SET_CHILD_SUBREAPER, 1);
+  }
+  ~Adoption() { End(); }
+  Adoption(const Adoption&) = delete;
+  Adoption& operator=(const Adoption&) = delete;
+  void End() {
+    if (!std::exchange(ended_, true) && --runs_ == 0) prctl(PR_SET_CHILD_SUBREAPER, 0);
+  }
+
+ private:
+  static std::atomic<int> runs_;
+  bool ended_ = false;
+};
+
+std::atomic<int> Adoption::runs_{0};
+
 }  // namespace
 
 struct RunningChild::System {
   std::string executable;
-  std::string mark = MakeTreeMark();
-  pid_t pid = 0;
-  Descriptor exit;  // polls as readable once the child has ended; none on systems older than it
-  bool reaped = false;
+  Adoption adoption;
+  Keeper keeper;
+  bool over = false;
   std::array<Pipe, 2> pipes;
 
   Pipe& PipeOf(OutputStream stream) { return pipes[static_cast<std::size_t>(stream)]; }
   Descriptor OpenPipe(OutputStream stream);
   void Start(const ChildProcess& what);
-  bool HasExited() const;
-  void SignalTree(const std::vector<pid_t>& tree, int signal) const;
+  std::vector<pid_t> Living();
 };
 
 // Keeps the end to read from; the other, for the child, is the result. In a host without standard streams a
@@ -146,26 +149,15 @@ void RunningChild::System::Start(const ChildProcess& what) {
   const std::string program = ProgramFile(what.executable);
   std::vector<std::string> arguments = SplitCommandLine(what.parameters);
   arguments.insert(arguments.begin(), program);
-  std::vector<std::string> variables = MarkedEnvironment(mark);
-  // It reports what exec refuses as its own error, and what it does between fork and exec is safe with threads.
-  const int failure = posix_spawnp(&pid, program.c_str(), &orders.actions, &orders.attributes,
-                                   system::Pointers(arguments).data(), system::Pointers(variables).data());
+  // It reports what exec refuses as its own error.
+  const int failure = keeper.Start({program.c_str(), system::Pointers(arguments).data(), environ, orders});
   if (failure != 0) RaiseCannotStart(what, program, folder, failure);
-#ifdef SYS_pidfd_open
-  exit = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
-#endif
 }
 
-bool RunningChild::System::HasExited() const {
-  siginfo_t info{};
-  // WNOWAIT leaves it to be reaped, so that until then its number means nobody else. An error means that
-  // somebody else reaped it.
-  return waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT) != 0 || info.si_pid == pid;
-}
-
-void RunningChild::System::SignalTree(const std::vector<pid_t>& tree, int signal) const {
-  kill(-pid, signal);  // the child's group at one blow, even without /proc
-  for (const pid_t member : tree) kill(member, signal);
+// The tree, and when its keeper was killed what came from that to the host.
+std::vector<pid_t> RunningChild::System::Living() {
+  keeper.Look();
+  return keeper.IsLost() ? Strays() : Descendants(keeper.Pid());
 }
 
 RunningChild::RunningChild(const ChildProcess& what) : system_(std::make_unique<System>()) {
@@ -174,10 +166,11 @@ RunningChild::RunningChild(const ChildProcess& what) : system_(std::make_unique<
 }
 
 RunningChild::~RunningChild() {
-  if (system_->reaped) return;
-  KillTree();
-  // One that the kernel holds (a dead network drive) is left to whoever reaps orphans.
-  for (int round = 0; round < 50 && waitpid(system_->pid, nullptr, WNOHANG) == 0; ++round) {
+  if (system_->over) return;
+  // What the kernel holds (a dead network drive) is left to the keeper, which outlives us.
+  for (int round = 0; round < 50; ++round) {
+    KillTree();
+    if (system_->keeper.IsGone() && !TreeIsAlive()) return;
     poll(nullptr, 0, 10);
   }
 }
@@ -203,30 +196,36 @@ Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool forExit, std::chrono
   };
   std::array<pollfd, 3> waited{{{native(stop), POLLIN, 0},
                                 {native(&notice), POLLIN, 0},
-                                {forExit ? system_->exit.Number() : -1, POLLIN, 0}}};
-  const bool mustLook = forExit && !system_->exit.IsOpen();
+                                {forExit ? system_->keeper.Channel() : -1, POLLIN, 0}}};
   const auto end = std::chrono::steady_clock::now() + patience;
   for (;;) {
-    auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
     if (left.count() <= 0) return Woken::Time;
-    if (mustLook) left = std::min(left, std::chrono::milliseconds(20));
     if (poll(waited.data(), waited.size(), static_cast<int>(left.count())) < 0) continue;  // interrupted
     if (waited[0].revents != 0 && stop->WaitFor(0)) return Woken::Stop;
     if (waited[1].revents != 0 && notice.WaitFor(0)) return Woken::Notice;
-    if (waited[2].revents != 0 || (mustLook && system_->HasExited())) return Woken::Exit;
+    if (waited[2].revents == 0 || !system_->keeper.Look()) continue;
+    // Nobody keeps the tree any more; as long as it lives it holds the pipes.
+    if (system_->keeper.IsLost()) KillTree();
+    return Woken::Exit;
   }
 }
 
 bool RunningChild::AskTreeToEnd() {
-  const std::vector<pid_t> tree = LivingTree(system_->pid, system_->mark);
-  system_->SignalTree(tree, SIGTERM);
-  system_->SignalTree(tree, SIGCONT);  // one that is halted would not hear it
+  const std::vector<pid_t> tree = system_->Living();
+  for (const pid_t member : tree) {
+    kill(member, SIGTERM);
+    kill(member, SIGCONT);  // one that is halted would not hear it
+  }
   return !tree.empty();
 }
 
-void RunningChild::KillTree() { system_->SignalTree(LivingTree(system_->pid, system_->mark), SIGKILL); }
+void RunningChild::KillTree() {
+  system_->keeper.KillAll();
+  for (const pid_t member : system_->Living()) kill(member, SIGKILL);
+}
 
-bool RunningChild::TreeIsAlive() { return !LivingTree(system_->pid, system_->mark).empty(); }
+bool RunningChild::TreeIsAlive() { return !system_->Living().empty(); }
 
 void RunningChild::AbandonPipes() {
   for (Pipe& pipe : system_->pipes) {
@@ -242,15 +241,16 @@ void RunningChild::AbandonPipes() {
 }
 
 int RunningChild::ExitCode() {
-  int status = 0;
-  while (waitpid(system_->pid, &status, 0) < 0) {
-    if (errno == EINTR) continue;
-    system_->reaped = true;
-    throw Exception("The exit code of \"" + system_->executable + "\" is lost: " + system::LastError());
+  const std::optional<int> status = system_->keeper.Status();
+  if (!status) {
+    throw Exception("The exit code of \"" + system_->executable +
+                    "\" is lost: the process that kept it was killed");
   }
-  system_->reaped = true;
+  system_->adoption.End();
+  system_->keeper.Release();
+  system_->over = true;
   constexpr int kSignalBase = 128;  // as shells report it
-  return WIFSIGNALED(status) ? kSignalBase + WTERMSIG(status) : WEXITSTATUS(status);
+  return WIFSIGNALED(*status) ? kSignalBase + WTERMSIG(*status) : WEXITSTATUS(*status);
 }
 
 }  // namespace qx

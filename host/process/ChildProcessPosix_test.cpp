@@ -198,26 +198,84 @@ TEST_F(ChildProcessPosix, SignalsArriveInTheChildAsEver) {
   EXPECT_EQ(byInt, 128 + SIGINT);
 }
 
-TEST_F(ChildProcessPosix, StopEndsAnOrphanWithoutEnvironmentInTheSameSession) {
+// Whatever a process leaves behind (its parents, its session, its environment, its ears), it stays in the tree.
+TEST_F(ChildProcessPosix, NothingEscapesAStop) {
+  const std::string pulse = folder_ + "/pulse";
+  const auto size = [&] { return fs::exists(pulse) ? fs::file_size(pulse) : 0; };
+  const std::string beat = "spawn:1 beat:" + pulse + " exit:0";
+  for (const std::string& orders : std::vector<std::string>{
+           "no-environment spawn:3 " + beat + " sleep:60000",
+           "new-session no-environment spawn:5 new-session " + beat + " exit:0 sleep:60000",
+           "ignore-requests new-session no-environment spawn:9 new-session spawn:6 ignore-requests "
+           "new-session " +
+               beat + " exit:0 exit:0 sleep:60000"}) {
+    fs::remove(pulse);
+    TEvent stop;
+    child_.stop = &stop;
+    child_.parameters = orders;
+    std::chrono::steady_clock::time_point signalled;
+    std::thread stopper([&] {
+      for (int i = 0; i < 1000 && size() == 0; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      signalled = std::chrono::steady_clock::now();
+      stop.SetEvent();
+    });
+    EXPECT_EQ(child_.Run(), kTerminatedExitCode);
+    stopper.join();
+    EXPECT_LT(std::chrono::steady_clock::now() - signalled, std::chrono::milliseconds(2000));
+    const auto before = size();
+    EXPECT_GT(before, 0u) << orders;
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    EXPECT_EQ(size(), before) << orders;
+  }
+}
+
+// Processes that each begin the next one and end, faster than anybody looks.
+TEST_F(ChildProcessPosix, AChainOfForksEndsToo) {
+  const std::string pulse = folder_ + "/pulse";
+  child_.executable = "/bin/sh";
+  child_.parameters = "-c \"f() { echo >> " + pulse + "; (f &) ; }; trap '' TERM; f; sleep 60\"";
   TEvent stop;
   child_.stop = &stop;
-  const std::string pulse = folder_ + "/pulse";
-  child_.parameters = "no-environment spawn:3 spawn:1 beat:" + pulse + " exit:0 sleep:60000";
-  const auto size = [&] { return fs::exists(pulse) ? fs::file_size(pulse) : 0; };
   std::thread stopper([&] {
-    while (size() == 0) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
     stop.SetEvent();
   });
   EXPECT_EQ(child_.Run(), kTerminatedExitCode);
   stopper.join();
-  const auto before = size();
-  std::this_thread::sleep_for(std::chrono::milliseconds(150));
-  EXPECT_EQ(size(), before);
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  const auto before = fs::file_size(pulse);
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  EXPECT_EQ(fs::file_size(pulse), before);
 }
 
-// A daemon without parents, session and environment is out of reach, but must not hold up the stop, and what
-// it wrote before arrives without additions.
-TEST_F(ChildProcessPosix, AStreamHeldFromOutsideTheTreeDoesNotHoldUpTheStop) {
+TEST_F(ChildProcessPosix, AChildThatKillsItsKeeperEndsWithEverythingItStarted) {
+  const std::string pulse = folder_ + "/pulse";
+  child_.parameters =
+      "no-environment spawn:3 new-session spawn:1 beat:" + pulse + " sleep:300 kill-parent sleep:60000";
+  EXPECT_EQ(ErrorOf(child_),
+            "The exit code of \"" QX_TEST_CHILD "\" is lost: the process that kept it was killed");
+  const auto before = fs::file_size(pulse);
+  EXPECT_GT(before, 0u);
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+  EXPECT_EQ(fs::file_size(pulse), before);
+}
+
+// What outlives a child that ended by itself may live on, and is nobody's of ours.
+TEST_F(ChildProcessPosix, ADaemonLivesOnWhenItsParentsEnded) {
+  const std::string pulse = folder_ + "/pulse";
+  child_.executable = "/bin/sh";
+  child_.parameters =
+      "-c \"setsid sh -c 'echo $$ > " + pulse + "; exec sleep 30' > /dev/null 2>&1 & sleep 0.3\"";
+  EXPECT_EQ(child_.Run(), 0);
+  pid_t daemon = 0;
+  std::ifstream(pulse) >> daemon;
+  ASSERT_GT(daemon, 1);
+  EXPECT_EQ(kill(daemon, SIGKILL), 0) << "it runs";
+}
+
+// A daemon without parents, session and environment does not hold up the stop, and what it wrote before arrives
+// without additions.
+TEST_F(ChildProcessPosix, AStreamHeldByADaemonDoesNotHoldUpTheStop) {
   TEvent stop;
   child_.stop = &stop;
   child_.parameters =

@@ -4,12 +4,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <atomic>
 #include <charconv>
-#include <chrono>
 #include <cstdio>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_set>
 
@@ -23,7 +21,6 @@ struct Process {
   pid_t parent = 0;
   pid_t session = 0;
   char state = 0;
-  unsigned long long started = 0;  // clock ticks since the system's start
   bool member = false;
 };
 
@@ -48,11 +45,9 @@ std::optional<Process> ReadProcess(pid_t pid) {
   if (nameEnd == std::string::npos) return std::nullopt;
   Process process;
   process.pid = pid;
-  const int fields =
-      std::sscanf(stat.c_str() + nameEnd + 1,
-                  " %c %d %*d %d %*d %*d %*u %*u %*u %*u %*u %*u %*u %*d %*d %*d %*d %*d %*d %llu",
-                  &process.state, &process.parent, &process.session, &process.started);
-  if (fields != 4) return std::nullopt;
+  const int fields = std::sscanf(stat.c_str() + nameEnd + 1, " %c %d %*d %d", &process.state, &process.parent,
+                                 &process.session);
+  if (fields != 3) return std::nullopt;
   return process;
 }
 
@@ -71,8 +66,10 @@ std::vector<Process> AllProcesses() {
   return all;
 }
 
-// Children of members are members, to any depth.
-void SpreadToChildren(std::vector<Process>& all) {
+bool IsAlive(const Process& process) { return process.state != 'Z' && process.state != 'X'; }
+
+// The members that live, once children of members are members, to any depth.
+std::vector<pid_t> Spread(std::vector<Process>& all) {
   std::unordered_set<pid_t> members;
   for (const Process& process : all) {
     if (process.member) members.insert(process.pid);
@@ -84,37 +81,27 @@ void SpreadToChildren(std::vector<Process>& all) {
       process.member = grown = members.insert(process.pid).second;
     }
   }
+  std::vector<pid_t> living;
+  for (const Process& process : all) {
+    if (process.member && IsAlive(process)) living.push_back(process.pid);
+  }
+  return living;
 }
 
 }  // namespace
 
-std::string MakeTreeMark() {
-  static std::atomic<unsigned> made = 0;  // no two marks of this process are the same
-  const long long now = std::chrono::system_clock::now().time_since_epoch().count();
-  char mark[80];
-  std::snprintf(mark, sizeof mark, "[%d.%lld.%u]", static_cast<int>(getpid()), now, ++made);
-  return mark;
+std::vector<pid_t> Descendants(pid_t root) {
+  if (root <= 0) return {};
+  std::vector<Process> all = AllProcesses();
+  for (Process& process : all) process.member = process.parent == root;
+  return Spread(all);
 }
 
-std::vector<pid_t> LivingTree(pid_t root, const std::string& mark) {
+std::vector<pid_t> Strays() {
   std::vector<Process> all = AllProcesses();
-  const std::optional<Process> first = ReadProcess(root);
-  const unsigned long long started = first ? first->started : 0;
-  // What is older than the child is none of its descendants: most of a busy machine goes out here.
-  std::erase_if(all, [&](const Process& process) { return process.started < started; });
-  for (Process& process : all) process.member = process.pid == root || process.session == root;
-  SpreadToChildren(all);
-  for (Process& process : all) {
-    if (process.member || process.state == 'Z') continue;
-    process.member = ReadProcFile(process.pid, "environ").find(mark) != std::string::npos;
-  }
-  SpreadToChildren(all);
-
-  std::vector<pid_t> living;
-  for (const Process& process : all) {
-    if (process.member && process.state != 'Z' && process.state != 'X') living.push_back(process.pid);
-  }
-  return living;
+  const pid_t session = getsid(0);
+  for (Process& process : all) process.member = process.parent == getpid() && process.session != session;
+  return Spread(all);
 }
 
 }  // namespace qx

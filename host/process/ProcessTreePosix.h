@@ -1,26 +1,19 @@
-// Finds every process that came from one child, outside Windows. A process belongs to the tree when one of
-// these holds: it is the child; its parent belongs; it is in the session that the child leads; it was started
-// with the tree's mark among its environment variables. The first three lose a grandchild that made its own
-// session and whose parent has ended (a daemon); the mark is inherited by that one too. Only a process that
-// leaves its session, its parents and its environment behind escapes.
+// Finds processes by their descent, outside Windows. A child's processes cannot leave the descent of its keeper
+// (KeeperPosix.h); should that be killed, they come to the host, in other sessions than the host's own.
 #pragma once
 
 #include <sys/types.h>
 
-#include <string>
 #include <vector>
 
 namespace qx {
 
-// The environment variable that carries the marks; a child of a child of ours carries both.
-inline constexpr char kTreeMarkVariable[] = "QXHOST_PROCESS_TREE";
+// The processes below one, to any depth, that still run; those that have ended and only wait to be reaped do not
+// count. Looked up in /proc, empty where there is none.
+std::vector<pid_t> Descendants(pid_t root);
 
-// A mark that no other tree on this machine has.
-std::string MakeTreeMark();
-
-// The members of the tree that still run; those that have ended and only wait to be reaped do not count.
-// Looked up in /proc, empty where there is none. `root` must not have been reaped, so that its number still
-// means it.
-std::vector<pid_t> LivingTree(pid_t root, const std::string& mark);
+// Processes below this one that came from a child whose keeper is gone: a child begins with a session of its own,
+// and no session can be entered again. What others start here stays in the host's session.
+std::vector<pid_t> Strays();
 
 }  // namespace qx

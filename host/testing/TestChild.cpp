@@ -7,7 +7,7 @@
 //   byte to FILE every 10 milliseconds for a minute: who looks at it sees whether we live sleep:MS  exit:N
 //   signal:N env:NAME  cwd  stdin  descriptors  command-line      print a line about it args prints the
 //   arguments behind it, one a line in square brackets, and ends spawn:N             starts itself with the N
-//   arguments that follow, and goes on without waiting new-session  no-environment  ignore-requests see
+//   arguments that follow, and goes on without waiting new-session  no-environment  kill-parent  ignore-requests see
 //   TestChild.h
 #include "host/testing/TestChild.h"
 
@@ -90,6 +90,7 @@ bool Obey(std::string_view order, std::string_view value) {
   if (order == "await-request") return Write(1, AwaitRequest() ? Unescape(value) : "cannot be asked"), true;
   if (order == "new-session") return LeaveSession(), true;
   if (order == "no-environment") return DropEnvironment(), true;
+  if (order == "kill-parent") return KillParent(), true;
   if (order == "ignore-requests") return IgnoreRequests(), true;
   return false;
 }

@@ -25,6 +25,8 @@ void Spawn(const std::vector<std::string>& orders);
 void LeaveSession();
 void DropEnvironment();
 void IgnoreRequests();
+// Kills whoever started this program, as the meanest child would. On Windows nothing: there is nobody between.
+void KillParent();
 // Waits for a polite request to end: SIGTERM, or on Windows the closing of its window. False: it cannot get one.
 bool AwaitRequest();
 // Ends by a signal (Windows: exits with its number).

@@ -67,6 +67,8 @@ void IgnoreRequests() {
   for (const int request : {SIGTERM, SIGINT, SIGHUP}) signal(request, SIG_IGN);
 }
 
+void KillParent() { kill(getppid(), SIGKILL); }
+
 bool AwaitRequest() {
   sigset_t requests;
   sigemptyset(&requests);

@@ -90,6 +90,8 @@ void DropEnvironment() {}
 
 void IgnoreRequests() { SetConsoleCtrlHandler(IgnoreControl, TRUE); }
 
+void KillParent() {}
+
 // The default window procedure destroys a window that is asked to close.
 bool AwaitRequest() {
   const HWND window = CreateWindowExW(0, L"STATIC", L"qx_test_child", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100,
