@@ -4,6 +4,7 @@
 
 #include "host/report/Markup.h"
 #include "host/report/Reports.h"
+#include "platform/Texts.h"
 #include "platform/files/Paths.h"
 
 namespace qx {
@@ -25,9 +26,10 @@ header{padding:1rem;border-left:.4rem solid}
 header.good{color:var(--good);background:var(--good-paper)}header.bad{color:var(--bad);background:var(--bad-paper)}
 header p{color:var(--ink)}
 table{border-collapse:collapse;width:100%}
-th{text-align:left;font-weight:600;color:var(--faint)}
-th,td{padding:.35rem .75rem .35rem 0;border-bottom:1px solid var(--line);vertical-align:top;overflow-wrap:anywhere;
-unicode-bidi:isolate}
+th{text-align:left;font-weight:600;color:var(--faint);white-space:nowrap}.short{white-space:nowrap}
+td.long{min-width:14rem}
+th,td{padding:.35rem .75rem .35rem 0;border-bottom:1px solid var(--line);vertical-align:top;unicode-bidi:isolate}
+td{overflow-wrap:anywhere}td details{margin:0}td summary{padding:0}
 code,pre{font:.875rem/1.45 ui-monospace,"DejaVu Sans Mono",monospace}
 pre{margin:.5rem 0;padding:.75rem;background:var(--panel);white-space:pre-wrap;overflow-wrap:anywhere;
 unicode-bidi:isolate}
@@ -40,7 +42,8 @@ ins,del{display:block;text-decoration:none}ins{color:var(--good);background:var(
 del{color:var(--bad);background:var(--bad-paper)}
 @media(max-width:40rem){thead{position:absolute;left:-100rem}tr{display:block;padding:.5rem 0;
 border-bottom:1px solid var(--line)}td{display:flex;gap:.75rem;border:0;padding:.1rem 0}td:empty{display:none}
-td::before{content:attr(data-name);flex:0 0 5.5rem;color:var(--faint)}td>*{min-width:0}}
+td::before{content:attr(data-name);flex:0 0 5.5rem;color:var(--faint)}td>*{min-width:0}
+td.long{min-width:0}.short{white-space:normal}}
 )";
 
 class Page {
@@ -66,21 +69,32 @@ class Page {
   }
   // `kind` colours it as a tag; empty: plain text.
   void Cell(std::string_view text, std::string_view kind = {}) {
-    out_ += "<td data-name=\"" + MarkupText(names_.at(column_++)) + "\">";
-    if (!text.empty() && kind.empty()) out_ += "<span>" + MarkupText(text) + "</span>";
-    if (!text.empty() && !kind.empty())
-      out_ += "<span class=\"tag " + std::string(kind) + "\">" + MarkupText(text) + "</span>";
-    out_ += "</td>";
+    const std::string tag = kind.empty() ? "span" : "span class=\"tag " + std::string(kind) + "\"";
+    AppendCell(text, tag, "span");
   }
-  void CodeCell(std::string_view text) {
-    out_ += "<td data-name=\"" + MarkupText(names_.at(column_++)) + "\">";
-    if (!text.empty()) out_ += "<code>" + MarkupText(text) + "</code>";
-    out_ += "</td>";
-  }
+  void CodeCell(std::string_view text) { AppendCell(text, "code", "code"); }
   void EndRow() { out_ += "</tr>\n"; }
   std::string Take() { return std::move(out_); }
 
  private:
+  void AppendCell(std::string_view text, const std::string& tag, const std::string& element) {
+    out_ += text.size() > kLongestShort ? "<td class=\"long\"" : "<td class=\"short\"";
+    out_ += " data-name=\"" + MarkupText(names_.at(column_++)) + "\">";
+    if (text.size() > kLongestShown) {
+      std::size_t end = kLongestShort;
+      while (end > 0 && !BeginsCharacter(text[end])) --end;
+      out_ += "<details><summary>" + MarkupText(text.substr(0, end)) + "... (" + std::to_string(text.size()) +
+              " bytes)</summary>" + MarkupText(text) + "</details>";
+    } else if (!text.empty()) {
+      out_ += "<" + tag + ">" + MarkupText(text) + "</" + element + ">";
+    }
+    out_ += "</td>";
+  }
+
+  // A cell of no more stays in one line where the screen is wide enough; one of more is folded.
+  static constexpr std::size_t kLongestShort = 24;
+  static constexpr std::size_t kLongestShown = 4000;
+
   std::string out_;
   std::vector<std::string_view> names_;
   std::size_t column_ = 0;
@@ -101,7 +115,8 @@ void AppendHeader(Page& page, const RunRecord& record) {
   page.Element("h1", VerdictOf(record));
   std::string counts =
       Counted(record.summary.errors, "error") + ", " + Counted(record.summary.warnings, "warning");
-  if (record.hasBaseline) counts += ", " + std::to_string(record.summary.known) + " known ones not counted";
+  if (record.hasBaseline)
+    counts += "; " + std::to_string(record.summary.known) + " in the baseline not counted";
   page.Element("p", counts);
   page.Element("p", record.project + ", begun " + TimeText(record.started) + ", took " +
                         Seconds(record.summary.seconds));
@@ -120,6 +135,12 @@ void AppendValidation(Page& page, const RunRecord& record) {
     page.EndRow();
   }
   page.EndTable();
+}
+
+bool HasErrors(const RunRecord& record, int action) {
+  return std::any_of(record.diagnostics.begin(), record.diagnostics.end(), [action](const Diagnostic& one) {
+    return one.action == action && one.severity == Severity::Error && !one.isKnown;
+  });
 }
 
 void AppendActions(Page& page, const RunRecord& record) {
@@ -141,6 +162,9 @@ void AppendActions(Page& page, const RunRecord& record) {
   page.EndTable();
   for (const ActionRecord& action : record.actions) {
     for (const std::string& exception : action.exceptions) page.Element("pre", exception);
+    if (action.state != ActionState::Failed || HasErrors(record, action.number)) continue;
+    page.Element("p", "The last lines of " + std::to_string(action.number) + ". " + action.name + ":");
+    page.Element("pre", Join(action.lastLines, "\n"));
   }
 }
 
@@ -297,14 +321,14 @@ std::string HtmlReport(const RunRecord& record) {
   AppendHeader(page, record);
   page.Markup("<main>\n");
   AppendValidation(page, record);
-  AppendActions(page, record);
-  AppendVersions(page, record);
-  AppendProjects(page, record);
   if (!record.diagnostics.empty()) page.Heading("Errors and warnings");
   AppendDiagnostics(page, record, false);
   AppendDiagnostics(page, record, true);
   if (record.diagnosticsAreCut)
     page.Element("p", "More were told than are listed here; the log has all of them.");
+  AppendActions(page, record);
+  AppendVersions(page, record);
+  AppendProjects(page, record);
   AppendChanges(page, record);
   AppendTests(page, record);
   AppendLog(page, record);

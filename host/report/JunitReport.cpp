@@ -70,9 +70,9 @@ Case CaseOf(const ProjectRecord& project, const std::string& suite) {
   const bool isFault = project.report != nullptr && project.report->isFault;
   if (isFault || !project.errors.empty()) {
     one.element = "failure";
-    one.message = isFault ? project.report->status + ": " + project.report->reason
-                          : std::string(project.errors.front()->message);
-    one.text = (isFault ? one.message + "\n" : "") + ErrorLines(project.errors);
+    const std::string fault = isFault ? project.report->status + ": " + project.report->reason : "";
+    one.message = project.errors.empty() ? fault : LineOf(*project.errors.front());
+    one.text = ErrorLines(project.errors) + (isFault ? fault + "\n" : "");
   } else if (project.report != nullptr && project.report->status == "skipped") {
     one.element = "skipped";
     one.message = project.report->reason;

@@ -14,6 +14,9 @@ using Json = nlohmann::ordered_json;
 
 const std::string kHostile =
     "<script>alert('x')</script> & \"q\" ]]> ##teamcity[x] \x1b[31m \xFF \xE2\x80\xAE";
+// As a reader of XML gets it.
+const std::string kHostileShown =
+    "<script>alert('x')</script> & \"q\" ]]> ##teamcity[x] \xE2\x90\x9B[31m \xEF\xBF\xBD \xEF\xBF\xBD";
 
 Diagnostic Made(Severity severity, std::string_view code, std::string_view file, int line,
                 std::string_view message, std::string_view project) {
@@ -147,15 +150,15 @@ TEST_F(Reports, OfJunitHoldACaseForEachActionProjectAndTest) {
                               {"hangs", "", "Timeout", 0, "", ""}};
   const std::string text = JunitReport(record_);
   EXPECT_EQ(Cases(text),
-            (std::vector<std::string>{"1. Build/1. Build.Build failure The action failed",
-                                      "1. Build/1. Build.App failure missing: build the project",
-                                      "1. Build/1. Build.Setup skipped the configuration does not build it",
-                                      "1. Build/1. Build.Lib  ", "1. Build/1. Build.Other  ",
-                                      "1. Build: tests/Shop.Prices.adds  ",
-                                      "1. Build: tests/1. Build: tests.breaks failure 1 is not 2",
-                                      "1. Build: tests/1. Build: tests.later skipped NotExecuted",
-                                      "1. Build: tests/1. Build: tests.hangs error Timeout",
-                                      "2. Test/2. Test.Test skipped The action was not run"}));
+            (std::vector<std::string>{
+                "1. Build/1. Build.Build failure The action failed",
+                "1. Build/1. Build.App failure C:\\a b\\x.cpp(12,5): error C2065: " + kHostileShown,
+                "1. Build/1. Build.Setup skipped the configuration does not build it",
+                "1. Build/1. Build.Lib  ", "1. Build/1. Build.Other  ", "1. Build: tests/Shop.Prices.adds  ",
+                "1. Build: tests/1. Build: tests.breaks failure 1 is not 2",
+                "1. Build: tests/1. Build: tests.later skipped NotExecuted",
+                "1. Build: tests/1. Build: tests.hangs error Timeout",
+                "2. Test/2. Test.Test skipped The action was not run"}));
   EXPECT_NE(text.find("tests=\"10\" failures=\"3\" errors=\"1\" skipped=\"3\" time=\"60.500\""),
             std::string::npos)
       << text;
@@ -195,6 +198,7 @@ TEST_F(Reports, TakeLongMessages) {
   const std::string message(std::size_t{1} << 20, '<');
   diagnostics_[0].message = message;
   EXPECT_GT(HtmlReport(record_).size(), 4 * message.size());
+  EXPECT_NE(HtmlReport(record_).find("... (1048576 bytes)</summary>"), std::string::npos);
   EXPECT_EQ(Json::parse(JsonReport(record_))["diagnostics"][0]["message"], message);
   EXPECT_EQ(Cases(JunitReport(record_)).size(), 6u);
 }
