@@ -177,10 +177,15 @@ void TakeProject(Diagnostic& diagnostic) {
   message = WithoutBlanksBehind(message.substr(0, open));
 }
 
-// A tool that gives no code is named by one word, a file by anything: "Note this: error: TEXT" is prose.
+bool BeginsAtRoot(std::string_view text) {
+  if (text.starts_with('/') || text.starts_with('\\')) return true;
+  return text.size() > 2 && IsLetter(text[0]) && text[1] == ':' && (text[2] == '\\' || text[2] == '/');
+}
+
+// A tool that gives no code is named by one word, a file by its whole path: "Note this: error: TEXT" is prose.
 bool IsOriginOf(const Category& category, const Origin& origin, std::string_view text) {
   if (origin.isPlace) return true;
-  if (category.code.empty()) return text.find_first_of(" \t") == kNone || text == "EXEC";
+  if (category.code.empty()) return text.find_first_of(" \t") == kNone || BeginsAtRoot(text);
   return IsNumbered(category.code);
 }
 

@@ -74,6 +74,13 @@ TEST(DiagnosticLine, ReadsTheFormsOfMSBuild) {
             "error|MyRule|a.cs|1|2|a code without a number|");
 }
 
+TEST(DiagnosticLine, ReadsTheFormsOfXbuild) {
+  EXPECT_EQ(Read("/src/My Docs/A.sln:  warning : Ignoring vcproj 'B'."),
+            "warning||/src/My Docs/A.sln|0|0|Ignoring vcproj 'B'.|");
+  EXPECT_EQ(Read("C:\\My Docs\\A.sln:  warning : x"), "warning||C:\\My Docs\\A.sln|0|0|x|");
+  EXPECT_EQ(Read("My Docs:  warning : x"), "none");
+}
+
 TEST(DiagnosticLine, ReadsTheFormsOfGcc) {
   EXPECT_EQ(Read("src/a.cpp:12:5: error: 'y' was not declared in this scope"),
             "error||src/a.cpp|12|5|'y' was not declared in this scope|");
