@@ -1,5 +1,5 @@
 // The reader of solution files: text to values. It is shallow on purpose: fixed cut lengths and exact,
-// case-sensitive markers, as saved projects and build scripts have come to rely on.
+// case-sensitive markers, as saved projects and build scripts have come to rely on (docs/deliberate.md).
 #pragma once
 
 #include <functional>

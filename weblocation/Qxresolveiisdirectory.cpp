@@ -17,7 +17,7 @@ void AssertClient(const TQXWebDavClient* client) {
   if (client == nullptr) throw Exception("Assertion failure (PlugIns/VStudio.NET/QXResolveIISDirectory)");
 }
 
-// One message of several lines, parted by carriage returns as they have always been.
+// One message of several lines, parted by carriage returns as they have always been (docs/deliberate.md).
 [[noreturn]] void RaiseTransferError(const TQXWebDavClient& client, const std::string& heading,
                                      const std::string& local, const std::string& remote) {
   throw Exception(heading + client.GetErrorText() + "\r" + local + "\rServername: " + client.host +

@@ -16,7 +16,7 @@ namespace qx {
 std::string GetPhysicalDirFromIISDir(const std::string& url, std::int32_t siteNumber);
 
 // "\\HOST\SHARE\FOLDERS\DOCUMENT". The slashes between the folders stay "/", which Windows accepts and saved
-// paths have always shown.
+// paths have always shown (docs/deliberate.md).
 std::string BuildShareName(const std::string& url, const std::string& shareName);
 
 // The caller makes the client, sets user name and password before, and disconnects it afterwards. A null
