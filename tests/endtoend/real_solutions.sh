@@ -4,13 +4,14 @@
 # usage: [QX_REAL_TREES=FOLDER-OF-TREES] real_solutions.sh FOLDER-OF-PROGRAMS TABLE FOLDER-OF-TREES SCRATCH-FOLDER [PACKAGE|all [STYLE...]]
 # TABLE: tab-separated, a line a solution and configuration: package, version, source, solution, configuration, format,
 # languages, outputs, either (PROJECT=FILE), cannot, stamps (a, r), stamped; lists separated by ";", "-" is nothing.
-# STYLE: devenv, msbuild (of 9.00), selected and msbuild-selected (each project by itself, where all can be built); all of
-# them by default.
+# STYLE: devenv, msbuild (of 9.00), selected and msbuild-selected (each project by itself, where all can be built), x64 (Visual
+# C++ of which everything can be built, turned to that platform; where there is a Wine, each program is started); all of them by
+# default.
 set -uo pipefail
 export LC_ALL=C.UTF-8
 bin=$1 table=$2 trees=${QX_REAL_TREES:-$3} scratch=$4 only=${5:-all}
 styles=("${@:6}")
-[ "${#styles[@]}" -gt 0 ] || styles=(devenv msbuild selected msbuild-selected)
+[ "${#styles[@]}" -gt 0 ] || styles=(devenv msbuild selected msbuild-selected x64)
 [ -e "$table" ] || { echo "SKIPPED: there is no table $table"; exit 77; }
 for tool in ninja i686-w64-mingw32-g++ mcs xbuild; do
   command -v "$tool" >/dev/null || { echo "SKIPPED: no $tool on this machine"; exit 77; }
@@ -75,6 +76,33 @@ check_stamps() {
   done < <(items "$stamped")
 }
 
+# Programs of today's processors, which a Wine without its 32-bit part starts too. What they say without arguments is theirs;
+# that they begin at all is what the engine answers for.
+check_starts() {
+  local file code attempt folders
+  if ! command -v wine >/dev/null; then
+    echo "  programs are not started: no wine on this machine"
+    return
+  fi
+  folders=$(items "$outputs" | grep '\.dll$' | sed "s|^|$tree/|; s|/[^/]*$||" | sort -u | paste -sd';')
+  while IFS= read -r file; do
+    [[ "$file" = *.exe && -e "$tree/$file" ]] || continue
+    grep -qa '^PE32+ ' < <(file -b "$tree/$file") || complain "$file is no program for x64"
+    for attempt in 1 2 3; do  # tests that want to be done within a millisecond fail on a busy machine, and one of them crashes then
+      (cd "$(dirname "$tree/$file")" && WINEPATH=$folders WINEDEBUG=-all,err+module timeout 60 wine "$tree/$file" </dev/null >"$place/said" 2>&1)
+      code=$?
+      # 53: Wine could not start it; 124: it did not end; from 128 on: a signal or an exception.
+      [ "$code" -ge 124 ] || [ "$code" = 53 ] || grep -qaE 'err:module|^wine: ' "$place/said" || break
+      code="$code, $attempt times"
+    done
+    if [[ "$code" = *times ]]; then
+      complain "$file does not start (code $code): $(head -c 300 "$place/said")"
+    else
+      echo "  $file: started, code $code"
+    fi
+  done < <(items "$outputs")
+}
+
 run_style() { # STYLE
   local selection=() guids
   place="$scratch/$rows-$1"
@@ -82,6 +110,11 @@ run_style() { # STYLE
   mkdir -p "$place"
   cp -r "$trees/$package" "$tree"
   host=("$bin/qxhost" --options "$place/options.xml")
+  local configuration=$configuration
+  if [ "$1" = x64 ]; then
+    configuration=${configuration/|Win32/|x64}
+    find "$tree" \( -name '*.sln' -o -name '*.vcproj' \) -exec sed -i 's/|Win32/|x64/g; s/Name="Win32"/Name="x64"/g' {} +
+  fi
   [[ "$1" != msbuild* ]] || selection=(UseMSBuild=True)
   if [[ "$1" = *selected ]]; then
     guids=$(tr -d '\r' <"$tree/$solution" | sed -nE 's/^Project\(.*"(\{[^"]*\})"$/\1/p' | sort -u | paste -sd';')
@@ -96,6 +129,7 @@ run_style() { # STYLE
   echo "$package $solution ($configuration, $1)"
   check_row "$1"
   check_stamps
+  [ "$1" != x64 ] || check_starts
 }
 
 while IFS=$'\t' read -r package version source solution configuration format languages outputs either cannot stamps stamped note; do
@@ -110,6 +144,7 @@ while IFS=$'\t' read -r package version source solution configuration format lan
   for style in "${styles[@]}"; do
     case "$style" in *selected) [ "$cannot" = - ] && [ "$either" = - ] || continue ;; esac
     [[ "$style" != msbuild* ]] || [ "$format" = 9.00 ] || continue
+    [ "$style" != x64 ] || [[ "$cannot" = - && "$languages" != *C#* ]] || continue
     run_style "$style"
   done
 done <"$table"
