@@ -56,7 +56,8 @@ constexpr std::array kAlways = {"-fms-extensions",
                                 "-fno-delete-null-pointer-checks",
                                 "-fno-diagnostics-show-caret",
                                 "-fdiagnostics-color=never",
-                                "-D_int64=long long"};
+                                "-D_int64=long long",
+                                "-D__int64=long long"};  // as the headers have it, for sources without any
 // 14 and not 17: there "register", throw() lists and the bytes of <rpcndr.h> still mean what they meant.
 constexpr std::array kCppAlways = {"-std=gnu++14", "-fpermissive", "-Wno-literal-suffix"};
 constexpr std::array kCAlways = {"-std=gnu99", "-fcommon"};

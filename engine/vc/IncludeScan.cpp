@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "engine/vc/OldLiterals.h"
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
 #include "plugin/Qxtypes.h"
@@ -27,17 +28,6 @@ bool HasWord(std::string_view line, std::string_view word) {
     const bool begins = at == 0 || !IsWord(line[at - 1]);
     const bool ends = at + word.size() == line.size() || !IsWord(line[at + word.size()]);
     if (begins && ends) return true;
-  }
-  return false;
-}
-
-// A number with the suffix that the old compiler has for 64 bits.
-bool HasOldLiteral(std::string_view line) {
-  for (std::size_t at = line.find("64"); at != std::string_view::npos; at = line.find("64", at + 1)) {
-    if (at < 2 || (line[at - 1] != 'i' && line[at - 1] != 'I')) continue;
-    const char before =
-        line[at - 2] == 'u' || line[at - 2] == 'U' ? (at > 2 ? line[at - 3] : ' ') : line[at - 2];
-    if (std::isxdigit(static_cast<unsigned char>(before)) != 0) return true;
   }
   return false;
 }
@@ -65,6 +55,7 @@ void ScanDirective(std::string_view line, ScannedText& scanned) {
   line = TrimView(line.substr(1));
   if (line.starts_with("include")) ScanInclude(line.substr(7), scanned);
   if (line.starts_with("pragma")) ScanPragma(line.substr(6), scanned);
+  if (line.starts_with("define")) scanned.hasOldLiterals |= MayHoldOldLiteral(line);
 }
 
 }  // namespace
@@ -76,7 +67,7 @@ ScannedText ScanSource(std::string_view text) {
     if (line.starts_with('#')) {
       ScanDirective(line, scanned);
     } else {
-      scanned.hasOldLiterals |= HasOldLiteral(line);
+      scanned.hasOldLiterals |= MayHoldOldLiteral(line);
     }
     if (line.find("ain") != std::string_view::npos) {
       scanned.hasWideMain |= HasWord(line, "wmain") || HasWord(line, "wWinMain");

@@ -18,6 +18,7 @@ TEST(ScanSource, FindsIncludesLibrariesAndTheWideMain) {
   EXPECT_FALSE(ScanSource("// wmain\nint my_wmain(){}\n").hasWideMain);
   EXPECT_TRUE(ScanSource("x = 0xFFui64;\n").hasOldLiterals);
   EXPECT_TRUE(ScanSource("x = 1I64;\n").hasOldLiterals);
+  EXPECT_TRUE(ScanSource("# define BIG 1i64\n").hasOldLiterals);
   EXPECT_FALSE(ScanSource("printf(\"%I64d\", mi64);\n").hasOldLiterals);
   EXPECT_TRUE(ScanSource("int _tmain(int, char**)\n").hasGenericMain);
 }

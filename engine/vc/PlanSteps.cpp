@@ -2,6 +2,7 @@
 
 #include "engine/CommandSteps.h"
 #include "engine/vc/CompilerArguments.h"
+#include "engine/vc/OldLiterals.h"
 #include "engine/vc/Planner.h"
 #include "engine/vc/ResourceScript.h"
 #include "platform/Texts.h"
@@ -119,8 +120,20 @@ void PlanScript(Planner& planner, const VcSource& source) {
   planner.objects.push_back(object);
 }
 
+// What is compiled: the source, or a copy of it whose numbers gcc's C can read. Messages name the source all the same.
+std::string CompiledFile(Planner& planner, const VcSource& source) {
+  if (planner.literals.empty() || LanguageOf(planner.settings, *source.file) != VcLanguage::C)
+    return source.path;
+  const std::string text = ReadFile(source.path);
+  const std::string copy = WithNewLiterals(text);
+  if (copy == text) return source.path;
+  const std::string name = planner.Write(planner.UniqueName(Stem(source.path) + ".copy", ".c"),
+                                         "#line 1 \"" + source.path + "\"\n" + copy);
+  return planner.plan.places.folder + name;
+}
+
 // The name of the rule that compiles a source, written where no other source has the same.
-std::string CompileRule(Planner& planner, const VcSource& source, const std::string& overlay,
+std::string CompileRule(Planner& planner, const VcSource& source, bool isCopied, const std::string& overlay,
                         std::map<std::string, std::string>& rules) {
   std::vector<std::string> command;
   if (!planner.task.launcher.empty()) command.push_back(planner.task.launcher);
@@ -129,6 +142,7 @@ std::string CompileRule(Planner& planner, const VcSource& source, const std::str
   for (std::string& each : CompilerArguments(planner.settings, *source.file, overlay)) {
     command.push_back(std::move(each));
   }
+  if (isCopied) command.push_back("-iquote" + FolderPart(source.path));
   if (!isC && !planner.literals.empty()) command.insert(command.end(), {"-include", planner.literals});
   const std::string line = Description(ShellQuoted(command));
   std::string& name = rules[line];
@@ -211,12 +225,15 @@ void PlanCompiling(Planner& planner) {
     const std::string& overlay = own == planner.ownOverlays.end() ? planner.overlay : own->second;
     const bool special = planner.settings.IsSpecial(*source.file);
     std::string& known = usual[{LanguageOf(planner.settings, *source.file), overlay}];
-    const std::string rule = special || known.empty() ? CompileRule(planner, source, overlay, rules) : known;
-    if (!special) known = rule;
+    const std::string compiled = CompiledFile(planner, source);
+    const bool isCopied = compiled != source.path;
+    const std::string rule =
+        special || isCopied || known.empty() ? CompileRule(planner, source, isCopied, overlay, rules) : known;
+    if (!special && !isCopied) known = rule;
     const std::string object = planner.UniqueName(Stem(source.path), ".obj");
     planner.ninja.Build({rule,
                          {object},
-                         {source.path},
+                         {compiled},
                          {},
                          planner.generated,
                          {{"description", Description(FilePart(source.path))}}});

@@ -344,6 +344,23 @@ TEST_F(VcBuild, OldLiteralsAndNamesThatMeanTwoFilesCompile) {
   EXPECT_EQ(Build(project).status, Status::UpToDate);
 }
 
+TEST_F(VcBuild, OldLiteralsOfCCompileToo) {
+  folder_.Write("c/own.h", "#define OWN 3\n");
+  folder_.Write("c/big file.c",
+                "#include \"own.h\"\n#include <stdio.h>\n#define BIG 0x100000000i64\n"
+                "int main(void) { printf(\"%d 10i64\", (int)(BIG / 4294967296ui64) + OWN); return 0; }\n");
+  ProjectText project;
+  project.files = File("c\\big file.c");
+  const BuiltProject built = Build(project);
+  ASSERT_EQ(built.status, Status::Succeeded) << printed_;
+  ExpectPrints(built.output, "4 10i64");
+  EXPECT_EQ(Build(project).status, Status::UpToDate);
+  // It is the source that is looked at, and that messages name.
+  folder_.Write("c/big file.c", "__int64 x = 1i64;\nint main(void) { return nothing; }\n");
+  EXPECT_EQ(Build(project).status, Status::Failed);
+  EXPECT_TRUE(Printed((folder_ / "c/big file.c") + "(2,25) : error C2065")) << printed_;
+}
+
 TEST_F(VcBuild, EventsAndCustomStepsRunThroughWine) {
   if (!CanRun()) GTEST_SKIP() << "wine is not installed";
   folder_.Write("in put.txt", "#define FROM \"step\"\n");
