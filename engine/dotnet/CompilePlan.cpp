@@ -129,8 +129,12 @@ class Planner {
   void AddResources() {
     for (const NetFile& file : project_.files) {
       if (!SameText(file.action, "EmbeddedResource")) continue;
-      // A list of licensed components is compiled by a tool that is not here, and its components are not here either.
-      if (HasExtension(file.place, ".licx")) continue;
+      if (HasExtension(file.place, ".licx")) {
+        plan_.notes.push_back(
+            file.path +
+            " is left out: neither the components that it licenses nor the tool that reads it are here");
+        continue;
+      }
       missing_.clear();
       PlannedResource resource;
       resource.source = Existing(file.path);
@@ -141,6 +145,11 @@ class Planner {
       NetResourceName name = NameOfResource(project_, file, ClassOf(file));
       resource.name = std::move(name.name);
       resource.culture = std::move(name.culture);
+      if (resource.name.find(',') != std::string::npos) {
+        Error(project_.file, "CS1566",
+              "The resource '" + file.path + "' has a comma in its name, which mcs cannot embed");
+        continue;
+      }
       const bool isCompiled = HasExtension(resource.source, ".resx");
       resource.embedded = isCompiled ? plan_.intermediate + AsFileName(resource.name) : resource.source;
       plan_.resources.push_back(std::move(resource));

@@ -44,6 +44,7 @@ struct CompilePlan {
   std::string keyFile, icon, documentationFile, applicationConfig;  // absolute, or empty
   std::string codePage;                                             // of the sources; empty: UTF-8
   std::vector<PlanProblem> problems;
+  std::vector<std::string> notes;  // what was left out, for the log
 
   bool CanBeCompiled() const;
   std::string OutputFolder() const;

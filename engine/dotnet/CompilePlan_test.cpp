@@ -108,6 +108,20 @@ TEST_F(CompilePlanning, NamesEveryMissingSourceOnce) {
   EXPECT_EQ(plan.problems[0].text, "Source file 'a.cs' could not be found, and 1 more");
 }
 
+TEST_F(CompilePlanning, SaysWhatItLeavesOutAndWhatCannotBeEmbedded) {
+  for (const char* file : {"licenses.licx", "a,b.txt", "c.txt"}) {
+    folder_.Write("P/" + std::string(file), "");
+    project_.files.push_back({file, file, "EmbeddedResource", "", ""});
+  }
+  const CompilePlan plan = MakeCompilePlan(project_, task_, folders_);
+  EXPECT_EQ(plan.notes, (std::vector<std::string>{"licenses.licx is left out: neither the components that it "
+                                                  "licenses nor the tool that reads it are here"}));
+  ASSERT_EQ(plan.problems.size(), 1U);
+  EXPECT_TRUE(plan.problems[0].isError);
+  EXPECT_EQ(plan.problems[0].text, "The resource 'a,b.txt' has a comma in its name, which mcs cannot embed");
+  ASSERT_EQ(plan.resources.size(), 1U);
+}
+
 TEST_F(CompilePlanning, CompilesASourceOnce) {
   AddSource("a.cs", "");
   project_.files.push_back({"A.CS", "A.CS", "Compile", "", ""});

@@ -1,6 +1,7 @@
 #include "engine/dotnet/CompilerArguments.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "platform/Texts.h"
 
@@ -63,11 +64,23 @@ void AddIf(Arguments& arguments, const char* option, const std::string& value) {
   if (!value.empty()) arguments.push_back(option + value);
 }
 
+// The compilers separate what they are told by commas, and a folder of the tree may hold one. They run in the
+// project's folder.
+std::string ForCompiler(const CompilePlan& plan, const std::string& path) {
+  if (path.find(',') == std::string::npos) return path;
+  return std::filesystem::path(path).lexically_relative(plan.folder).string();
+}
+
+std::string Embedded(const CompilePlan& plan, const char* option, const PlannedResource& resource) {
+  return option + ForCompiler(plan, resource.embedded) + "," + resource.name;
+}
+
 void AddFiles(Arguments& arguments, const CompilePlan& plan) {
-  for (const PlannedReference& reference : plan.references)
-    arguments.push_back("-reference:" + reference.file);
+  for (const PlannedReference& reference : plan.references) {
+    arguments.push_back("-reference:" + ForCompiler(plan, reference.file));
+  }
   for (const PlannedResource* resource : plan.ResourcesOf("")) {
-    arguments.push_back("-resource:" + resource->embedded + "," + resource->name);
+    arguments.push_back(Embedded(plan, "-resource:", *resource));
   }
   arguments.insert(arguments.end(), plan.sources.begin(), plan.sources.end());
 }
@@ -128,7 +141,7 @@ Arguments AlArguments(const CompilePlan& plan, const std::string& culture, const
                          "-template:" + program};
   AddIf(arguments, "-keyfile:", plan.keyFile);
   for (const PlannedResource* resource : plan.ResourcesOf(culture)) {
-    arguments.push_back("-embed:" + resource->embedded + "," + resource->name);
+    arguments.push_back(Embedded(plan, "-embed:", *resource));
   }
   return arguments;
 }

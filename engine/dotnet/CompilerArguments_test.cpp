@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace qx {
 namespace {
 
@@ -29,6 +31,19 @@ TEST(CompilerArguments, AreMcssOwn) {
                                 "-checked+", "-warnaserror+", "-warnaserror-:612,618", "-doc:/p/a.xml",
                                 "-main:A.B", "-win32icon:/p/a.ico", "-keyfile:/p/k.snk", "-codepage:1252",
                                 "-reference:/lib/System.dll", "-resource:/p/x.bmp,P.x.bmp", "/p/a b.cs"}));
+}
+
+// They would be taken for two; the compiler runs in the project's folder.
+TEST(CompilerArguments, FoldersWithCommasAreLeftOut) {
+  CompilePlan plan;
+  plan.folder = "/a, b/p/";
+  plan.references = {{"/a, b/q/bin/Q.dll", true}, {"/lib/System.dll", false}};
+  plan.resources = {{"/a, b/p/x.bmp", "/a, b/p/x.bmp", "P.x.bmp", ""}};
+  const std::vector<std::string> all = McsArguments({}, plan, "/a, b/p/obj/a.exe");
+  for (const char* each :
+       {"-reference:../q/bin/Q.dll", "-reference:/lib/System.dll", "-resource:x.bmp,P.x.bmp"}) {
+    EXPECT_NE(std::find(all.begin(), all.end(), each), all.end()) << each;
+  }
 }
 
 TEST(CompilerArguments, AreVbncsOwn) {

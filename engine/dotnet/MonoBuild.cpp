@@ -164,6 +164,7 @@ class MonoBuild {
       if (!reason.empty()) return reason;
       MakePlan();  // the event may have made sources
     }
+    for (const std::string& note : plan_.notes) console_.Line(note);
     for (const PlanProblem& problem : plan_.problems) {
       if (problem.isError) {
         console_.Error(problem.file, 0, problem.code, problem.text);

@@ -44,6 +44,19 @@ TEST_F(MonoBuild, MakesAProgramThatRunsWithItsLibraryAndResources) {
   EXPECT_FALSE(folder_.Has("Program/obj/Debug/new"));
 }
 
+TEST_F(MonoBuild, TreesMayLieInFoldersWithCommas) {
+  fs::create_directory(folder_ / "one, two");
+  for (const char* part : {"Common", "Library", "Program"})
+    fs::rename(folder_ / part, folder_ / ("one, two/" + std::string(part)));
+  guid_ = kLibrary;
+  const BuiltProject library = Build("one, two/Library/Library.csproj", "Debug").built;
+  ASSERT_EQ(library.status, Status::Succeeded) << library.reason;
+  guid_.clear();
+  const NetRun program = Build("one, two/Program/Program.csproj", "Debug", "", {&library});
+  ASSERT_EQ(program.built.status, Status::Succeeded) << program.printed << program.built.reason;
+  EXPECT_EQ(Run(program.built.output).substr(0, 5), "debug");
+}
+
 TEST_F(MonoBuild, PrintsWhatTheOldProductPrinted) {
   const NetRun library = BuildLibrary("Debug");
   EXPECT_EQ(library.printed,

@@ -184,6 +184,10 @@ std::vector<std::string> LinkCommand(Planner& planner) {
 }
 
 void PlanProgram(Planner& planner) {
+  for (const std::string& name : planner.settings.List(kLinker, "DelayLoadDLLs", VcList::Folders)) {
+    planner.plan.notes.push_back(name +
+                                 " is loaded at the start, not when it is first used: ld delays nothing");
+  }
   std::vector<std::string> command = LinkCommand(planner);
   std::vector<std::string> inputs = planner.objects;
   if (const std::string definitions = Definitions(planner); !definitions.empty())

@@ -344,6 +344,15 @@ TEST_F(VcBuild, OldLiteralsAndNamesThatMeanTwoFilesCompile) {
   EXPECT_EQ(Build(project).status, Status::UpToDate);
 }
 
+TEST_F(VcBuild, SaysThatNoLibraryIsLoadedLater) {
+  folder_.Write("a.c", "int main(void) { return 0; }\n");
+  ProjectText project;
+  project.files = File("a.c");
+  project.tools = Tool("VCLinkerTool", "DelayLoadDLLs=\"ws2_32.dll;Own.dll\"");
+  EXPECT_EQ(Build(project).status, Status::Succeeded) << printed_;
+  EXPECT_EQ(PrintedLines("Own.dll is loaded at the start, not when it is first used: ld delays nothing"), 1);
+}
+
 TEST_F(VcBuild, OldLiteralsOfCCompileToo) {
   folder_.Write("c/own.h", "#define OWN 3\n");
   folder_.Write("c/big file.c",

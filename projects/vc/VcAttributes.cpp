@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 
 namespace qx {
 namespace {
@@ -160,7 +161,7 @@ constexpr std::array kAttributes = {
     VcAttribute{"VCLinkerTool", "EnableCOMDATFolding", Ignored, kOther},
     VcAttribute{"VCLinkerTool", "OptimizeForWindows98", Ignored, "Windows 98 is gone"},
     VcAttribute{"VCLinkerTool", "FunctionOrder", Ignored, kOther},
-    VcAttribute{"VCLinkerTool", "DelayLoadDLLs", Ignored, "they are loaded at the start"},
+    VcAttribute{"VCLinkerTool", "DelayLoadDLLs", Ignored, "they are loaded at the start, and a note says so"},
     VcAttribute{"VCLinkerTool", "FixedBaseAddress", Ignored, kOther},
     VcAttribute{"VCLinkerTool", "RandomizedBaseAddress", Ignored, kOther},
     VcAttribute{"VCLinkerTool", "DataExecutionPrevention", Ignored, kOther},
@@ -244,7 +245,15 @@ const VcAttribute* FindVcAttribute(std::string_view element, std::string_view at
 }
 
 std::string VcAttributesAsMarkdown() {
-  std::string out = "| element or tool | attribute | use | remark |\n| --- | --- | --- | --- |\n";
+  std::map<VcUse, int> counts;
+  for (const VcAttribute& each : kAttributes) ++counts[each.use];
+  std::string out = "Rows by use:";
+  for (const auto& [use, count] : counts) {
+    (out += " " + std::to_string(count) + " ") += kUses[static_cast<std::size_t>(use)];
+    out += ',';
+  }
+  out.back() = '.';
+  out += "\n\n| element or tool | attribute | use | remark |\n| --- | --- | --- | --- |\n";
   for (const VcAttribute& each : kAttributes) {
     for (const std::string_view cell :
          {each.element, each.attribute.empty() ? std::string_view("(all others)") : each.attribute,
