@@ -1,7 +1,7 @@
 // The action "Build VS.Net Solution": every setting it keeps (66 published properties), the version numbers
 // among them, and its run. State and properties are defined in Qxvsdotnetaction.cpp, their table in
 // Qxvsdotnetproperties.cpp, the run in Qxvsdotnetbuild.cpp and Qxvsdotnetstamping.cpp, and what it tells
-// afterwards in Qxvsdotnetreport.cpp. The editor of its solution stands here too.
+// before and afterwards in Qxvsdotnetcheck.cpp and Qxvsdotnetreport.cpp. The editor of its solution stands here too.
 #pragma once
 
 #include <array>
@@ -16,6 +16,7 @@
 #include "actions/VersionNumbers.h"
 #include "options/Qxvsdotnetoptions.h"
 #include "plugin/Qxaction.h"
+#include "plugin/Qxcheck.h"
 #include "plugin/Qxframe.h"
 #include "plugin/Qxprocess.h"
 #include "plugin/Qxrunreport.h"
@@ -109,9 +110,10 @@ struct AssemblyVersionState {
 
 // All state and behaviour. The host owns the action: references to its interfaces are not counted.
 // Properties are set on the thread that edits or builds; see each callback for its own.
-class TQXCustomVSDotNetAction : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo,
-                                                        IAssemblyInfoSource, IQXRunReport, IQXVersions>,
-                                public TQXAction {
+class TQXCustomVSDotNetAction
+    : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo, IAssemblyInfoSource, IQXRunReport,
+                              IQXVersions, IQXCheck>,
+      public TQXAction {
  public:
   static std::string ActionName();  // "Build VS.Net Solution"
 
@@ -212,6 +214,21 @@ class TQXCustomVSDotNetAction : public AnswersUncounted<IQXProcessCallback, IQXV
   void BumpVersions(VersionPart part) override;
   std::string WarnOfText(const std::string& property, const std::string& text) override;
 
+  // IQXCheck.
+  CheckReport CheckRun() override;
+
+  // Where the compiler should be, or why that is not known: the line that a run fails with.
+  struct CompilerPlace {
+    std::string path, complaint;
+  };
+  CompilerPlace FindCompiler() const;
+  bool UsesMSBuild() const;
+  // The assembly versions that a run stamps: those that stand, raised as the increments say.
+  struct AssemblyVersions {
+    AssemblyVersionState assembly, file;
+  };
+  AssemblyVersions VersionsOfNextRun() const;
+
   // The whole version with its last part expanded and raised by one; a part that is no number becomes 0.
   // Raises Exception when it cannot be expanded. A utility: runs do not use it.
   std::string DoAutoIncBuild(const std::string& value);
@@ -278,12 +295,9 @@ class TQXCustomVSDotNetAction : public AnswersUncounted<IQXProcessCallback, IQXV
  private:
   bool Fail(const std::string& message);  // logs it; always false
   bool Expand(const char* complaint, const std::string& text, std::string& expanded);
-  bool UsesMSBuild() const;
   std::string DevEnvFolder() const;  // trimmed; empty when not configured
-  bool FindCompiler(std::string& compiler);
   bool RunStampingPhase(const InterfacePtr<IVSDotNetSolution>& solution);
   bool Stamp(const InterfacePtr<IVSDotNetSolution>& solution);
-  void RaiseAssemblyNumbers();
   bool UpdateAssemblyAttributes(const InterfacePtr<IVSDotNetSolution>& solution);
   CompilerSettings CommandLineSettings() const;
   void LogRun(const std::string& compiler, const std::string& parameters);

@@ -57,8 +57,9 @@ bool TQXCustomVSDotNetAction::Execute() {
   if (!Expand("Error Expanding Solution Configuration Name : ", settings_.solutionConfiguration,
               configuration))
     return false;
-  std::string compiler;
-  if (!FindCompiler(compiler)) return false;
+  const CompilerPlace place = FindCompiler();
+  if (!place.complaint.empty()) return Fail(place.complaint);
+  const std::string& compiler = place.path;
 
   InterfacePtr<IVSDotNetSolution> solution;
   try {
@@ -108,19 +109,18 @@ std::string TQXCustomVSDotNetAction::DevEnvFolder() const {
   return {};  // a version from a damaged options store
 }
 
-bool TQXCustomVSDotNetAction::FindCompiler(std::string& compiler) {
+TQXCustomVSDotNetAction::CompilerPlace TQXCustomVSDotNetAction::FindCompiler() const {
   const bool msbuild = settings_.useMSBuild && settings_.vstudioVersion == TVSDotNetVersion::vs2005;
   std::string folder;
   if (msbuild) {
     const InterfacePtr<IQXDotNetFramework> framework = QXDotNetInfo()->FindVersion(kFrameworkVersion);
-    if (!framework) return Fail("Unable to detect .NET framework v2.x location");
+    if (!framework) return {"", "Unable to detect .NET framework v2.x location"};
     folder = framework->GetInstallFolder();
   } else {
     folder = DevEnvFolder();
   }
-  if (folder.empty()) return Fail("Path to devenv.com not set in Options!");
-  compiler = WithTrailingDelimiter(folder) + (msbuild ? "MSBuild.exe" : "devenv.com");
-  return true;
+  if (folder.empty()) return {"", "Path to devenv.com not set in Options!"};
+  return {WithTrailingDelimiter(folder) + (msbuild ? "MSBuild.exe" : "devenv.com"), ""};
 }
 
 CompilerSettings TQXCustomVSDotNetAction::CommandLineSettings() const {

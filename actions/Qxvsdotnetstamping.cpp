@@ -15,7 +15,10 @@ bool TQXCustomVSDotNetAction::RunStampingPhase(const InterfacePtr<IVSDotNetSolut
 
 bool TQXCustomVSDotNetAction::Stamp(const InterfacePtr<IVSDotNetSolution>& solution) {
   if (settings_.updateAssemblyInfo) {
-    RaiseAssemblyNumbers();
+    // Raised whether or not the build that follows succeeds.
+    AssemblyVersions raised = VersionsOfNextRun();
+    assemblyVersion_ = std::move(raised.assembly);
+    assemblyFileVersion_ = std::move(raised.file);
     if (!UpdateAssemblyAttributes(solution)) return false;
   }
   if (settings_.updateWin32Resource) {
@@ -25,17 +28,18 @@ bool TQXCustomVSDotNetAction::Stamp(const InterfacePtr<IVSDotNetSolution>& solut
   return true;
 }
 
-// The numbers are raised whether or not the build that follows succeeds. A part that is no number becomes 1,
-// where DoAutoIncBuild makes it 0 (docs/deliberate.md).
-void TQXCustomVSDotNetAction::RaiseAssemblyNumbers() {
+// A part that is no number becomes 1, where DoAutoIncBuild makes it 0 (docs/deliberate.md).
+TQXCustomVSDotNetAction::AssemblyVersions TQXCustomVSDotNetAction::VersionsOfNextRun() const {
+  AssemblyVersions versions{assemblyVersion_, assemblyFileVersion_};
   const auto raise = [](AssemblyVersionState& version, std::string VersionParts::*part) {
     version.parts.*part = NextNumber(version.parts.*part, 0);
     version.Reset();
   };
-  if (autoIncAssemblyRevisionNo_) raise(assemblyVersion_, &VersionParts::revision);
-  if (autoIncAssemblyFileRevisionNo_) raise(assemblyFileVersion_, &VersionParts::revision);
-  if (autoIncAssemblyBuildNo_) raise(assemblyVersion_, &VersionParts::build);
-  if (autoIncAssemblyFileBuildNo_) raise(assemblyFileVersion_, &VersionParts::build);
+  if (autoIncAssemblyRevisionNo_) raise(versions.assembly, &VersionParts::revision);
+  if (autoIncAssemblyFileRevisionNo_) raise(versions.file, &VersionParts::revision);
+  if (autoIncAssemblyBuildNo_) raise(versions.assembly, &VersionParts::build);
+  if (autoIncAssemblyFileBuildNo_) raise(versions.file, &VersionParts::build);
+  return versions;
 }
 
 bool TQXCustomVSDotNetAction::UpdateAssemblyAttributes(const InterfacePtr<IVSDotNetSolution>& solution) {

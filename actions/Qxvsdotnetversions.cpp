@@ -55,7 +55,7 @@ void TQXCustomVSDotNetAction::BumpVersions(VersionPart part) {
 
 std::string TQXCustomVSDotNetAction::WarnOfText(const std::string& property, const std::string& text) {
   if (property != kAssemblyVersion && property != kAssemblyFileVersion) return {};
-  if (text.find('|') != std::string::npos || text.find('.') == std::string::npos) return {};
+  if (!IsDottedWithoutBars(text)) return {};
   std::string meant = text;
   std::replace(meant.begin(), meant.end(), '.', '|');
   return property + ": " + Quoted(text) +

@@ -108,6 +108,34 @@ VersionParts BumpedVersion(const VersionParts& parts, VersionPart part, std::int
   return bumped;
 }
 
+std::string WhyNoVersion(std::string_view dotted, std::int32_t largest, bool takesStar) {
+  static constexpr std::string_view kNames[] = {"major", "minor", "build", "revision"};
+  if (dotted.find_first_not_of('.') == std::string_view::npos) return "no part of it is set";
+  for (std::size_t i = 0; i < std::size(kNames); ++i) {
+    const std::size_t dot = dotted.find('.');
+    const std::string_view part = dotted.substr(0, dot);
+    const bool isLast = dot == std::string_view::npos;
+    if (takesStar && part == "*" && i >= 2 && isLast) return {};
+    if (NumberUpTo(part, largest) < 0) {
+      return "the " + std::string(kNames[i]) + " part " + Quoted(part) + " is no number from 0 to " +
+             std::to_string(largest);
+    }
+    if (isLast) return {};
+    dotted.remove_prefix(dot + 1);
+  }
+  return "it has more than four parts";
+}
+
+bool IsDottedWithoutBars(std::string_view whole) {
+  bool isInName = false, hasPoint = false;
+  for (const char c : whole) {
+    if (c == kBar) return false;
+    if (c == '%') isInName = !isInName;
+    if (c == '.' && !isInName) hasPoint = true;
+  }
+  return hasPoint;
+}
+
 std::string DottedVersion(std::string_view whole) {
   if (whole.find_first_not_of(kBar) == std::string_view::npos) return {};
   std::string dotted(whole);

@@ -63,6 +63,14 @@ std::array<std::int32_t, 4> ReadDottedVersion(std::string_view text, std::int32_
 VersionParts BumpedVersion(const VersionParts& parts, VersionPart part, std::int32_t largest,
                            std::string_view name);
 
+// Why a version as it goes into a file, "1.2.0.7", is none: a part that is no number up to `largest`, or more than
+// four of them. Where `takesStar`, a "*" may end it from the third part on. Empty when nothing is wrong.
+std::string WhyNoVersion(std::string_view dotted, std::int32_t largest, bool takesStar);
+
+// Whether a whole version has points and no bar, so that all of it counts as the major part; those in the names
+// of variables do not count.
+bool IsDottedWithoutBars(std::string_view whole);
+
 // With points for the bars, as it goes into files; empty where every part is.
 std::string DottedVersion(std::string_view whole);
 

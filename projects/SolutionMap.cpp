@@ -150,11 +150,16 @@ class MapReader {
 
 }  // namespace
 
-SolutionFormat FormatOfSolution(std::string_view text) {
+std::string FormatNumberOf(std::string_view text) {
   const std::string head = LowerCase(text.substr(0, 400));
   const std::size_t at = head.find(kHeader);
-  if (at == std::string::npos) return SolutionFormat::Unknown;
-  const std::string_view number = TrimView(std::string_view(head).substr(at + kHeader.size()));
+  if (at == std::string::npos) return {};
+  const std::string_view rest = TrimView(std::string_view(head).substr(at + kHeader.size()));
+  return std::string(rest.substr(0, rest.find_first_of(" \t\r\n")));
+}
+
+SolutionFormat FormatOfSolution(std::string_view text) {
+  const std::string number = FormatNumberOf(text);
   for (const NumberOfFormat& format : kFormats) {
     if (number.starts_with(format.number)) return format.format;
   }

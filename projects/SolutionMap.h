@@ -15,6 +15,9 @@ enum class SolutionFormat { Unknown, Vs2002, Vs2003, Vs2005 };
 // By the number in the header line: 7.00, 8.00, 9.00. Unknown for another number or no header.
 SolutionFormat FormatOfSolution(std::string_view text);
 
+// The number itself, "9.00"; empty without a header.
+std::string FormatNumberOf(std::string_view text);
+
 // What one solution configuration says of one project.
 struct ProjectMapping {
   std::string configuration;  // the project's own, as written: "Release|Win32", "Release|.NET", "Release"

@@ -110,7 +110,8 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     SourceText source(rewrite->Bytes(), path, PlainAscii::IsUtf8);
     Log("Backingup AssemblyInfo File : " + path + " to :" + path + ".bak");
     const std::string stamped = StampAssemblyInfo(
-        source.Text(), extension, [this](AssemblyAttribute attribute) { return NewValue(attribute); },
+        source.Text(), extension,
+        [this](AssemblyAttribute attribute) { return NewAttributeValue(source_, attribute); },
         [&](const std::string& value, std::string_view name) { return source.Fit(value, name); },
         [this](const std::string& line) { Log(line); });
 
@@ -123,17 +124,6 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     return changed;
   }
 
-  std::optional<std::string> NewValue(AssemblyAttribute attribute) {
-    if (!source_.IsAttributeUpdated(attribute)) return std::nullopt;
-    const bool linked = attribute == AssemblyAttribute::FileVersion && source_.IsFileVersionLinked();
-    std::string value =
-        source_.ExpandText(source_.GetAttributeText(linked ? AssemblyAttribute::Version : attribute));
-    const bool isVersion =
-        attribute == AssemblyAttribute::FileVersion || attribute == AssemblyAttribute::Version;
-    if (isVersion) std::replace(value.begin(), value.end(), '|', '.');
-    return value;
-  }
-
   InterfacePtr<IVSDotNetSolution> solution_;
   IAssemblyInfoSource& source_;
   std::string solutionFolder_;  // absolute, with its trailing delimiter
@@ -142,6 +132,17 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
 };
 
 }  // namespace
+
+std::optional<std::string> NewAttributeValue(IAssemblyInfoSource& source, AssemblyAttribute attribute) {
+  if (!source.IsAttributeUpdated(attribute)) return std::nullopt;
+  const bool linked = attribute == AssemblyAttribute::FileVersion && source.IsFileVersionLinked();
+  std::string value =
+      source.ExpandText(source.GetAttributeText(linked ? AssemblyAttribute::Version : attribute));
+  const bool isVersion =
+      attribute == AssemblyAttribute::FileVersion || attribute == AssemblyAttribute::Version;
+  if (isVersion) std::replace(value.begin(), value.end(), '|', '.');
+  return value;
+}
 
 InterfacePtr<IQXAssemblyInfoUpdater> GetAssemblyInfoUpdater(InterfacePtr<IVSDotNetSolution> solution,
                                                             IAssemblyInfoSource& source,

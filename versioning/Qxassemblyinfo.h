@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "plugin/Qxaction.h"
@@ -62,6 +63,10 @@ class IAssemblyInfoSource : public IInterface {
  protected:
   ~IAssemblyInfoSource() = default;
 };
+
+// The value that an attribute is to get, expanded and with its bars made points; none for one that is not to be
+// updated. Raises Exception when it cannot be expanded.
+std::optional<std::string> NewAttributeValue(IAssemblyInfoSource& source, AssemblyAttribute attribute);
 
 class IQXAssemblyInfoUpdater : public IInterface {
  public:

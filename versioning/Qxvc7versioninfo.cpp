@@ -48,6 +48,27 @@ void Apply(const VersionReading& reading, IQXVC7VersionInfo& info) {
   info.SetVersionInfoKeys(JoinLines(reading.keys));
 }
 
+// Calls take(rewrite, source, script, place, block): the opened file, its text, and the block that is to stand in
+// the place of its first one.
+template <class Taker>
+void WithNewBlock(const std::string& fileName, IQXVC7VersionInfo& info, const Expander& expand,
+                  Taker&& take) {
+  FileRewrite rewrite(fileName);
+  SourceText source(rewrite.Bytes(), fileName, PlainAscii::IsSystemCodePage);
+  const std::string_view script = source.NormalText();
+  const VersionBlockPlace place = FindVersionBlock(script, fileName);
+  const auto namedPage = [&] { return NamedCodePage(script.substr(0, place.begin)); };
+
+  const VersionValues values = ValuesOf(info);
+  std::vector<VersionString> strings = BlockStrings(values, expand);
+  for (VersionString& string : strings) {
+    const std::string key = string.key;
+    string.key = source.Fit(key, key, namedPage);
+    string.text = source.Fit(string.text, key, namedPage);
+  }
+  take(rewrite, source, script, place, WriteVersionBlock(values, strings));
+}
+
 class TQXVC7VersionInfoParser final : public Implements<IQXVC7VersionInfoParser> {
  public:
   TQXVC7VersionInfoParser(std::string fileName, Expander expand)
@@ -60,28 +81,17 @@ class TQXVC7VersionInfoParser final : public Implements<IQXVC7VersionInfoParser>
   }
 
   bool UpdateVersionInfo(IQXVC7VersionInfo& info) override {
-    FileRewrite rewrite(fileName_);
-    SourceText source(rewrite.Bytes(), fileName_, PlainAscii::IsSystemCodePage);
-    const std::string_view script = source.NormalText();
-    const VersionBlockPlace place = FindVersionBlock(script, fileName_);
-    const auto namedPage = [&] { return NamedCodePage(script.substr(0, place.begin)); };
-
-    const VersionValues values = ValuesOf(info);
-    std::vector<VersionString> strings = BlockStrings(values, expand_);
-    for (VersionString& string : strings) {
-      const std::string key = string.key;
-      string.key = source.Fit(key, key, namedPage);
-      string.text = source.Fit(string.text, key, namedPage);
-    }
-    const std::string block = WriteVersionBlock(values, strings);
-
-    std::string oldStorage, newStorage;
-    const auto oldBytes = source.Encode({script}, oldStorage);
-    const auto newBytes =
-        source.Encode({script.substr(0, place.begin), block, script.substr(place.end)}, newStorage);
-    // The script as it was before the first run of all, unlike the ".bak" of AssemblyInfo files
-    // (docs/deliberate.md).
-    rewrite.Commit(".orig", BackupRule::FirstTime, oldBytes, newBytes);
+    WithNewBlock(fileName_, info, expand_,
+                 [](FileRewrite& rewrite, const SourceText& source, std::string_view script,
+                    const VersionBlockPlace& place, const std::string& block) {
+                   std::string oldStorage, newStorage;
+                   const auto oldBytes = source.Encode({script}, oldStorage);
+                   const auto newBytes = source.Encode(
+                       {script.substr(0, place.begin), block, script.substr(place.end)}, newStorage);
+                   // The script as it was before the first run of all, unlike the ".bak" of AssemblyInfo files
+                   // (docs/deliberate.md).
+                   rewrite.Commit(".orig", BackupRule::FirstTime, oldBytes, newBytes);
+                 });
     return true;
   }
 
@@ -102,6 +112,21 @@ InterfacePtr<IQXVC7VersionInfoParser> GetVersionInfoParser(InterfacePtr<IQXAppli
                                                            const std::string& fileName) {
   return MakeInterface<TQXVC7VersionInfoParser>(
       fileName, [services](const std::string& text) { return services->ExpandExpression(text, true); });
+}
+
+std::string TryVersionUpdate(const std::string& fileName, IQXVC7VersionInfo& info, const Expander& expand) {
+  std::string dotted;
+  WithNewBlock(fileName, info, expand,
+               [&](const FileRewrite& rewrite, const SourceText&, std::string_view script,
+                   const VersionBlockPlace&, const std::string&) {
+                 if (const std::string reason = rewrite.WhyNotWritable(); !reason.empty())
+                   throw Exception(reason);
+                 const VersionReading reading = ReadVersionBlock(script, fileName);
+                 if (!reading.numbers) return;
+                 for (const std::int32_t number : *reading.numbers)
+                   dotted += (dotted.empty() ? "" : ".") + std::to_string(number);
+               });
+  return dotted;
 }
 
 }  // namespace qx

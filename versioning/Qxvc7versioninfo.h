@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "plugin/Qxaction.h"
@@ -78,5 +79,10 @@ InterfacePtr<IQXVC7VersionInfoParser> GetVersionInfoParser(TCustomQXAction& acti
 // A parser for code without an action (a page).
 InterfacePtr<IQXVC7VersionInfoParser> GetVersionInfoParser(InterfacePtr<IQXApplicationServices> services,
                                                            const std::string& fileName);
+
+// What UpdateVersionInfo would do with a script, up to the writing: raises what would keep it from that. Gives the
+// numbers that stand there now, dotted; empty: none. `expand` is asked for the string values.
+std::string TryVersionUpdate(const std::string& fileName, IQXVC7VersionInfo& info,
+                             const std::function<std::string(const std::string&)>& expand);
 
 }  // namespace qx

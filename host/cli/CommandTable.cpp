@@ -67,6 +67,7 @@ constexpr std::array kRunOptions{
     OptionRow{"--timeout", "SECONDS", ValueKind::Seconds, {}, false, "stop the build after this time"},
 };
 constexpr std::array kValidateOptions{kSet};
+constexpr std::array kCheckOptions{kSet, kJson};
 
 constexpr std::array kAddOperands{kFile, OperandRow{"ACTION", ValueKind::Action, 1, 1},
                                   OperandRow{"NAME=VALUE", ValueKind::Assignment, 0, kAny}};
@@ -129,6 +130,15 @@ constexpr std::array kCommands{
     CommandRow{"validate", kRunOperands, kValidateOptions, "check a build project without running it",
                "Prints each validation error as SUBJECT: MESSAGE and exits 3 when there is one.",
                "qxhost validate nightly.xml", "says what is missing before the night", ValidateProject},
+    CommandRow{
+        "check", kRunOperands, kCheckOptions, "tell what can be known of a run before it",
+        "Builds and writes nothing. Says what validating says, and of actions that can tell: whether their "
+        "files, configurations and engine are there, which projects the run builds and why not the others, "
+        "which files it stamps and whether they can be, and which variables and version numbers are none.\n"
+        "An error is what would make the run fail before or at its first file; everything else is a warning. "
+        "Exits 3 with an error, 0 with warnings. A run says the same before it begins.",
+        "qxhost check nightly.xml --set CONFIG=Release", "says in a second what a night would have told",
+        CheckBeforeRun},
     CommandRow{"new",
                kRunOperands,
                {},

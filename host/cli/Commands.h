@@ -9,6 +9,7 @@ struct Invocation;
 
 // RunCommands.cpp: `run`, `validate`.
 int RunProject(Session& session, const Invocation& invocation);
+int CheckBeforeRun(Session& session, const Invocation& invocation);
 int ValidateProject(Session& session, const Invocation& invocation);
 // ProjectCommands.cpp: `new`, `add`, `set`, `show`, `expand`.
 int NewProject(Session& session, const Invocation& invocation);

@@ -145,7 +145,7 @@ int RunProject(Session& session, const Invocation& invocation) {
   RunLog log(session, invocation, known.Known(), reports.AreWanted());
   const LastWords lastWords(guard, file, log.Log());
   OpenProject project = session.Open(file, invocation, &log.Log());
-  for (const std::string& line : session.UnusedSettings(project)) Session::Warn(line);
+  session.WarnOfUnusedSettings(project);
   reports.RefuseFilesOf(project);
   SetCurrentFolder(FolderPart(file));
   std::optional<DryRun> rehearsal;
@@ -162,6 +162,7 @@ int RunProject(Session& session, const Invocation& invocation) {
   bool saved = true;
   if (record.outcome == RunOutcome::Succeeded) {
     if (project.ActionCount() == 0) Session::Warn(file + " holds no action");
+    Session::ForetellRun(project);
     const std::vector<int> begun = Execute(runner, project, log, guard.Requests(), record);
     const std::string check = invocation.Value("--check-built").value_or(CurrentHostSettings().checkBuilt);
     if (!dry) {
@@ -182,7 +183,7 @@ int ValidateProject(Session& session, const Invocation& invocation) {
   ActionLog log;
   log.AddSink(std::make_unique<StreamSink>(LogFile::StandardOutput(), LogStyle::Text, session.Colour()));
   OpenProject project = session.Open(file, invocation, &log);
-  for (const std::string& line : session.UnusedSettings(project)) Session::Warn(line);
+  session.WarnOfUnusedSettings(project);
   SetCurrentFolder(FolderPart(file));
   const RunOutcome outcome = Runner(project, log, session.Stopping()).Validate();
   log.Flush();

@@ -2,6 +2,7 @@
 
 #include "host/HostArguments.h"
 #include "host/cli/Commands.h"
+#include "host/project/ProjectCheck.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
 
@@ -58,12 +59,22 @@ OpenProject Session::Open(const std::string& file, const Invocation& invocation,
 }
 
 std::vector<std::string> Session::UnusedSettings(const OpenProject& project) {
-  std::vector<std::string> lines;
   const auto texts = project.StoredTexts();
-  if (!texts) return lines;
-  for (const std::string& name : Variables().UnusedOverrides(*texts))
-    lines.push_back("--set " + name + ": nothing in " + project.File() + " uses %" + name + "%");
-  return lines;
+  return texts ? Variables().UnusedOverrides(*texts) : std::vector<std::string>();
+}
+
+void Session::WarnOfUnusedSettings(const OpenProject& project) {
+  for (const std::string& name : UnusedSettings(project))
+    Warn("--set " + name + ": nothing in " + project.File() + " uses %" + name + "%");
+}
+
+void Session::ForetellRun(const OpenProject& project) {
+  for (const auto& [action, finding] : AskChecks(project).findings) {
+    if (finding.severity == CheckSeverity::Info) continue;
+    const std::string line = "action " + std::to_string(action) + ": " + LineOf(finding);
+    if (finding.severity == CheckSeverity::Warning) Warn(line);
+    if (finding.severity == CheckSeverity::Error) Complain(line);
+  }
 }
 
 void Session::Save(OpenProject& project) {

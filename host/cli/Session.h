@@ -37,8 +37,11 @@ class Session : public Host {
   static void Save(OpenProject& project);
   // The action of a 1-based number; raises Exception that says why there is none.
   static TQXAction& ActionOf(OpenProject& project, int number);
-  // Of each --set that nothing in the project uses, one line.
+  // The names of each --set that nothing in the project uses.
   std::vector<std::string> UnusedSettings(const OpenProject& project);
+  void WarnOfUnusedSettings(const OpenProject& project);
+  // What the actions' own checks find: a word before the run, which goes on all the same.
+  static void ForetellRun(const OpenProject& project);
   // Puts --set and, when one is given, a project's own variables in force.
   void UseVariables(const Invocation& invocation, const BuildProject* project);
 

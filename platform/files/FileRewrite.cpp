@@ -60,6 +60,11 @@ FileRewrite::FileRewrite(const std::string& path) {
   if (const std::string reason = system::WhyNotWritable(target_); !reason.empty()) FailToWrite(path, reason);
 }
 
+std::string FileRewrite::WhyNotWritable() const {
+  const std::string reason = system::WhyNothingCanBeMadeIn(FolderPart(target_));
+  return reason.empty() ? "" : "Cannot write " + path_ + ": in its folder nothing can be made: " + reason;
+}
+
 void FileRewrite::Commit(std::string_view suffix, BackupRule rule, Pieces backup, Pieces bytes) {
   const std::string name = path_ + std::string(suffix);
   if (WritesAreCaptured()) {

@@ -28,6 +28,10 @@ class FileRewrite {
   // The file as it was read.
   const std::string& Bytes() const { return bytes_; }
 
+  // Why Commit cannot write, as far as the system tells beforehand: no new file can be made beside this one.
+  // Empty when it can.
+  std::string WhyNotWritable() const;
+
   // Puts `backup` beside the file, under its name and `suffix`, then `bytes` in its place; both are joined
   // from pieces, which may point into Bytes(). The file's mode is kept, a link is followed to its target, and
   // a file that holds these bytes already is left alone while its backup is made all the same. Raises "Cannot

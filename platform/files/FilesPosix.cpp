@@ -177,6 +177,10 @@ std::string WhyNotWritable(const std::string& target) {
   return readOnly || access(target.c_str(), W_OK) != 0 ? "the file is read-only" : "";
 }
 
+std::string WhyNothingCanBeMadeIn(const std::string& folder) {
+  return access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) == 0 ? "" : LastError();
+}
+
 std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes) {
   Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
   struct stat status;

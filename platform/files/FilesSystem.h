@@ -26,6 +26,9 @@ std::string WriteTarget(const std::string& path);
 // or when there is none.
 std::string WhyNotWritable(const std::string& target);
 
+// Why nothing can be made in a folder; empty when it can, as far as the system tells beforehand.
+std::string WhyNothingCanBeMadeIn(const std::string& folder);
+
 // Writes beside the target, flushes, renames. The mode is taken from the file `model`, with leave to write;
 // from the old file when `model` is empty. The bytes come in pieces, so that a large file need not be joined.
 bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,

@@ -97,6 +97,9 @@ std::string WhyNotWritable(const std::string& target) {
   return (attributes & FILE_ATTRIBUTE_READONLY) != 0 ? "the file is read-only" : "";
 }
 
+// Leave to make files is a matter of access lists that only the attempt answers.
+std::string WhyNothingCanBeMadeIn(const std::string&) { return ""; }
+
 namespace {
 
 // Whether another program keeps the file from being replaced; asked first, because a replacement that breaks
