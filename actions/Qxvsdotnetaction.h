@@ -1,7 +1,8 @@
 // The action "Build VS.Net Solution": every setting it keeps (66 published properties), the version numbers
 // among them, and its run. State and properties are defined in Qxvsdotnetaction.cpp, their table in
 // Qxvsdotnetproperties.cpp, the run in Qxvsdotnetbuild.cpp and Qxvsdotnetstamping.cpp, and what it tells
-// before and afterwards in Qxvsdotnetcheck.cpp and Qxvsdotnetreport.cpp. The editor of its solution stands here too.
+// before and afterwards in Qxvsdotnetcheck.cpp and Qxvsdotnetreport.cpp, its beginning in Qxvsdotnetinit.cpp. The
+// editor of its solution stands here too.
 #pragma once
 
 #include <array>
@@ -18,6 +19,7 @@
 #include "plugin/Qxaction.h"
 #include "plugin/Qxcheck.h"
 #include "plugin/Qxframe.h"
+#include "plugin/Qxfromfile.h"
 #include "plugin/Qxprocess.h"
 #include "plugin/Qxrunreport.h"
 #include "plugin/Qxversions.h"
@@ -112,7 +114,7 @@ struct AssemblyVersionState {
 // Properties are set on the thread that edits or builds; see each callback for its own.
 class TQXCustomVSDotNetAction
     : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo, IAssemblyInfoSource, IQXRunReport,
-                              IQXVersions, IQXCheck>,
+                              IQXVersions, IQXCheck, IQXFromFile>,
       public TQXAction {
  public:
   static std::string ActionName();  // "Build VS.Net Solution"
@@ -216,6 +218,10 @@ class TQXCustomVSDotNetAction
 
   // IQXCheck.
   CheckReport CheckRun() override;
+
+  // IQXFromFile.
+  bool TakesFile(const std::string& file) override;
+  FromFileAnswer SetUpFromFile(const FromFileRequest& request) override;
 
   // Where the compiler should be, or why that is not known: the line that a run fails with.
   struct CompilerPlace {

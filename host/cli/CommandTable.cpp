@@ -69,6 +69,13 @@ constexpr std::array kRunOptions{
 constexpr std::array kValidateOptions{kSet};
 constexpr std::array kCheckOptions{kSet, kJson};
 
+constexpr std::array kInitOperands{OperandRow{"SOLUTION", ValueKind::File, 1, 1},
+                                   OperandRow{"FILE", ValueKind::File, 0, 1}};
+constexpr std::array kInitOptions{
+    OptionRow{
+        "--configuration", "NAME", ValueKind::Text, {}, false, "build this configuration of the solution"},
+    OptionRow{
+        "--stamp", "", ValueKind::None, {}, false, "stamp version numbers and raise them with each run"}};
 constexpr std::array kAddOperands{kFile, OperandRow{"ACTION", ValueKind::Action, 1, 1},
                                   OperandRow{"NAME=VALUE", ValueKind::Assignment, 0, kAny}};
 constexpr std::array kSetOperands{kFile, OperandRow{"NAME=VALUE", ValueKind::Assignment, 1, kAny}};
@@ -139,6 +146,16 @@ constexpr std::array kCommands{
         "Exits 3 with an error, 0 with warnings. A run says the same before it begins.",
         "qxhost check nightly.xml --set CONFIG=Release", "says in a second what a night would have told",
         CheckBeforeRun},
+    CommandRow{
+        "init", kInitOperands, kInitOptions, "make a build project from a solution",
+        "FILE is by default the solution's name with .build.xml, beside it; a file that is there is not "
+        "overwritten. Chooses the product by the solution's format, a release configuration, and the version "
+        "numbers that the sources have now; says what it chose and which command comes next.\n"
+        "With --stamp the runs raise the build numbers and write them into the AssemblyInfo files that say a "
+        "version and into the version scripts, whose strings are taken over. What would lose something by it "
+        "is left out, with a warning.",
+        "qxhost init App.sln --stamp", "writes App.build.xml, which qxhost run builds and stamps",
+        InitProject},
     CommandRow{"new",
                kRunOperands,
                {},

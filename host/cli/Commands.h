@@ -7,17 +7,18 @@ namespace qx::cli {
 class Session;
 struct Invocation;
 
-// RunCommands.cpp: `run`, `validate`.
+// RunCommands.cpp: `run`, `validate`. CheckCommand.cpp: `check`.
 int RunProject(Session& session, const Invocation& invocation);
-int CheckBeforeRun(Session& session, const Invocation& invocation);
 int ValidateProject(Session& session, const Invocation& invocation);
-// ProjectCommands.cpp: `new`, `add`, `set`, `show`, `expand`.
+int CheckBeforeRun(Session& session, const Invocation& invocation);
+// InitCommand.cpp: `init`. ProjectCommands.cpp: `new`, `add`, `set`, `show`, `expand`.
+int InitProject(Session& session, const Invocation& invocation);
 int NewProject(Session& session, const Invocation& invocation);
 int AddAction(Session& session, const Invocation& invocation);
 int SetProperties(Session& session, const Invocation& invocation);
 int ShowProject(Session& session, const Invocation& invocation);
 int ExpandText(Session& session, const Invocation& invocation);
-// RearrangeCommands.cpp: `remove`, `move`, `disable`, `enable`, `variables`. VersionCommand.cpp: `version`.
+// RearrangeCommands.cpp: `remove`, `move`, `disable`, `enable`, `var`. VersionCommand.cpp: `version`.
 int RemoveAction(Session& session, const Invocation& invocation);
 int MoveAction(Session& session, const Invocation& invocation);
 int DisableAction(Session& session, const Invocation& invocation);
