@@ -47,13 +47,17 @@ struct Category {
 
 // What may stand before the word.
 constexpr std::array<std::string_view, 3> kBefore{"fatal ", "command line ", "internal compiler "};
-// The characters that a category can begin with: most of what stands behind a colon is none.
-constexpr std::string_view kBeginnings = "efwciEFWCI";
+// Whether a category can begin so: most of what stands behind a colon cannot.
+bool BeginsCategory(char c) {
+  const char lower = static_cast<char>(c | 0x20);
+  return lower == 'e' || lower == 'w' || lower == 'f' || lower == 'c' || lower == 'i';
+}
 
 std::optional<Category> ReadCategory(std::string_view text) {
-  if (text.empty() || kBeginnings.find(text.front()) == kNone) return std::nullopt;
-  std::ignore = std::any_of(kBefore.begin(), kBefore.end(),
-                            [&text](std::string_view before) { return TakeWord(text, before); });
+  if (text.empty() || !BeginsCategory(text.front())) return std::nullopt;
+  const bool isFurther = (text.front() | 0x20) != 'e' && (text.front() | 0x20) != 'w';
+  std::ignore = isFurther && std::any_of(kBefore.begin(), kBefore.end(),
+                                         [&text](std::string_view before) { return TakeWord(text, before); });
   Category category;
   if (TakeWord(text, "warning")) {
     category.severity = Severity::Warning;
@@ -202,12 +206,6 @@ Diagnostic Made(const Category& category, const Origin& origin) {
   return diagnostic;
 }
 
-// What a tool quotes: "a.o" of "ld: a.o".
-std::string_view LastQuoted(std::string_view text) {
-  const std::size_t colon = text.rfind(": ");
-  return colon == kNone ? text : WithoutBlanksBefore(text.substr(colon + 2));
-}
-
 // Whether the fault's place may go on behind this colon, which no category follows: a drive's, a position's,
 // the one behind a tool that quotes another ("ld: a.o: error: TEXT").
 bool GoesOn(std::string_view before, std::string_view behind) {
@@ -241,28 +239,28 @@ std::string_view ProjectNameOf(std::string_view projectFile) {
 }
 
 std::optional<Diagnostic> ReadDiagnostic(std::string_view line) {
-  if (line.find(':') == kNone) return std::nullopt;
+  if (!MayBeDiagnostic(line)) return std::nullopt;
   TakeBuildNumber(line);
   // Bare, with nothing before it, only as compilers number them: "error: no such thing" may be anybody's.
   if (const auto category = ReadCategory(line)) {
     if (!IsNumbered(category->code)) return std::nullopt;
     return Made(*category, {});
   }
-  bool hasBlank = false;  // in the words before: no tool quotes another then
-  std::size_t seen = 0;
+  std::size_t begin = 0;  // of the place; a tool may quote another: "ld: a.o: error: TEXT"
   for (std::size_t at = line.find(':'); at != kNone; at = line.find(':', at + 1)) {
-    const std::string_view before = line.substr(0, at);
+    const std::string_view before = line.substr(begin, at - begin);
     const std::string_view behind = line.substr(at + 1);
     if (const auto category = ReadCategory(WithoutBlanksBefore(behind))) {
-      const std::string_view text = LastQuoted(WithoutBlanksBehind(before));
+      const std::string_view text = WithoutBlanksBehind(WithoutBlanksBefore(before));
       const Origin origin = ReadOrigin(text);
       if (text.empty() || !IsOriginOf(*category, origin, text)) return std::nullopt;
       return Made(*category, origin);
     }
     if (!GoesOn(before, behind)) return std::nullopt;
-    hasBlank = hasBlank || line.substr(seen, at - seen).find_first_of(" \t") != kNone;
-    seen = at + 2;
-    if (hasBlank && IsBlank(behind.front())) return std::nullopt;
+    if (!IsBlank(behind.front())) continue;
+    // A tool that quotes another is one word; anything else is prose.
+    if (WithoutBlanksBefore(before).find_first_of(" \t") != kNone) return std::nullopt;
+    begin = at + 1;
   }
   return std::nullopt;
 }

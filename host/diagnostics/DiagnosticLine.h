@@ -33,6 +33,8 @@ struct Diagnostic {
 // end ("[C:\a\b.csproj]") gives the project and is no part of the message. Remarks ("note", "see declaration
 // of") are none. `action` and `isKnown` stay as they are by default.
 std::optional<Diagnostic> ReadDiagnostic(std::string_view line);
+// A quick look, for the many lines that are none: false says so for sure.
+inline bool MayBeDiagnostic(std::string_view line) { return line.find(':') != std::string_view::npos; }
 
 // The number before the line ("3>"), taken off the line together with the blanks around it; 0: there is none.
 int TakeBuildNumber(std::string_view& line);

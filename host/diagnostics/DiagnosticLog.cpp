@@ -49,7 +49,7 @@ void DiagnosticLog::Take(const LogRecord& record) {
 
 void DiagnosticLog::BeginAction(int action) {
   action_ = action;
-  names_.clear();
+  begun_.clear();
   current_ = {};
   entered_.clear();
   byNumber_.clear();
@@ -59,18 +59,26 @@ void DiagnosticLog::BeginAction(int action) {
 }
 
 void DiagnosticLog::TakeLine(std::string_view line, std::size_t number) {
-  if (const auto mark = ReadProjectMark(line)) return TakeMark(*mark);
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  if (MayBeProjectMark(line)) {
+    if (const auto mark = ReadProjectMark(line)) return TakeMark(*mark);
+  }
+  if (!MayBeDiagnostic(line)) return;
   auto diagnostic = ReadDiagnostic(line);
   if (!diagnostic || (repeats_ && WasToldBefore(*diagnostic))) return;
   diagnostic->action = action_;
-  if (diagnostic->project.empty()) diagnostic->project = ProjectOf(line);
+  if (diagnostic->project.empty()) {
+    diagnostic->project = ProjectOf(line);
+  } else {
+    diagnostic->project = KeptName(diagnostic->project);
+  }
   diagnostic->isKnown = baseline_ != nullptr && baseline_->Holds(*diagnostic);
   auto& count = diagnostic->isKnown                       ? counts_.known
                 : diagnostic->severity == Severity::Error ? counts_.errors
                                                           : counts_.warnings;
   ++count;
   found_.push_back({number, *diagnostic});
-  Keep(*diagnostic);
+  Keep(*diagnostic, line);
 }
 
 void DiagnosticLog::TakeMark(const ProjectMark& mark) {
@@ -115,19 +123,29 @@ std::string_view DiagnosticLog::ProjectOf(std::string_view line) const {
   return CurrentProject();
 }
 
-std::string_view DiagnosticLog::Named(std::string_view project) {
-  if (project.empty()) return {};
-  const auto [name, isNew] = names_.emplace(project);
-  if (isNew && projects_.size() < kMostKept) projects_.push_back({action_, *name});
-  return *name;
+std::string_view DiagnosticLog::KeptName(std::string_view project) {
+  const auto found = names_.find(project);
+  return found != names_.end() ? *found : *names_.insert(texts_.Keep(project)).first;
 }
 
-void DiagnosticLog::Keep(const Diagnostic& diagnostic) {
+std::string_view DiagnosticLog::Named(std::string_view project) {
+  if (project.empty()) return {};
+  const std::string_view name = KeptName(project);
+  if (begun_.insert(name).second && projects_.size() < kMostKept)
+    projects_.push_back({action_, std::string(name)});
+  return name;
+}
+
+// One copy of the line serves all of its parts.
+void DiagnosticLog::Keep(const Diagnostic& diagnostic, std::string_view line) {
   if (kept_.size() >= kMostKept || texts_.Size() >= kMostBytes) return;
-  Diagnostic kept = diagnostic;
-  for (std::string_view* text : {&kept.code, &kept.file, &kept.message, &kept.project})
-    *text = texts_.Keep(*text);
-  kept_.push_back(kept);
+  // Room for all at once: memory that nobody has written to costs nothing, and moving it all again does.
+  if (kept_.empty()) kept_.reserve(kMostKept);
+  const std::string_view copy = texts_.Keep(line);
+  Diagnostic& kept = kept_.emplace_back(diagnostic);
+  for (std::string_view* text : {&kept.code, &kept.file, &kept.message}) {
+    if (!text->empty()) *text = {copy.data() + (text->data() - line.data()), text->size()};
+  }
 }
 
 }  // namespace qx

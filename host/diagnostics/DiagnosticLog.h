@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <map>
 #include <memory>
 #include <span>
@@ -15,14 +14,13 @@
 #include "host/diagnostics/DiagnosticLine.h"
 #include "host/diagnostics/ProjectMark.h"
 #include "host/log/ActionLog.h"
-#include "platform/Lines.h"
 
 namespace qx {
 
 class Baseline;
 
-// Calls receive(std::string_view) for each line of a message's text or of a status's details, in order; an
-// empty text is one empty line. Other records have none.
+// Calls receive(std::string_view) for each line of a message's text or of a status's details, in order; lines end
+// in LF, as a child's output is divided. An empty text is one empty line. Other records have none.
 template <class Receiver>
 void ForEachOutputLine(const LogRecord& record, Receiver&& receive);
 
@@ -87,7 +85,8 @@ class DiagnosticLog : public LogSink {
   bool WasToldBefore(const Diagnostic& diagnostic);
   std::string_view ProjectOf(std::string_view line) const;
   std::string_view Named(std::string_view project);
-  void Keep(const Diagnostic& diagnostic);
+  std::string_view KeptName(std::string_view project);
+  void Keep(const Diagnostic& diagnostic, std::string_view line);
 
   const Baseline* baseline_;
   TextStore texts_;
@@ -97,20 +96,25 @@ class DiagnosticLog : public LogSink {
   std::vector<Project> projects_;
 
   int action_ = 0;
-  std::unordered_set<std::string> names_;     // of the action's projects: their texts stay where they are
-  std::string_view current_;                  // all of these are texts of names_ or empty
-  std::vector<std::string_view> entered_;     // MSBuild's, the innermost last
-  std::map<int, std::string_view> byNumber_;  // whose lines bear which number; the first 4,096
-  bool repeats_ = false;                      // MSBuild lists once more what it has told
-  std::unordered_set<std::string> told_;      // filled when it begins to
-  std::size_t firstOfAction_ = 0;             // in kept_
+  std::unordered_set<std::string_view> names_;  // of projects, kept among the texts
+  std::unordered_set<std::string_view> begun_;  // those whose output began in this action
+  std::string_view current_;                    // this and those below are of names_ or empty
+  std::vector<std::string_view> entered_;       // MSBuild's, the innermost last
+  std::map<int, std::string_view> byNumber_;    // whose lines bear which number; the first 4,096
+  bool repeats_ = false;                        // MSBuild lists once more what it has told
+  std::unordered_set<std::string> told_;        // filled when it begins to
+  std::size_t firstOfAction_ = 0;               // in kept_
 };
 
 template <class Receiver>
 void ForEachOutputLine(const LogRecord& record, Receiver&& receive) {
   const auto take = [&receive](std::string_view text) {
-    if (text.find_first_of("\r\n") == std::string_view::npos) return receive(text);
-    ForEachLine(text, receive);
+    for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+      receive(text.substr(0, end));
+      text.remove_prefix(end + 1);
+      if (text.empty()) return;
+    }
+    receive(text);
   };
   if (record.kind == LogKind::Message) take(record.text);
   if (record.kind != LogKind::Status) return;

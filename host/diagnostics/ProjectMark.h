@@ -23,5 +23,12 @@ struct ProjectMark {
 };
 
 std::optional<ProjectMark> ReadProjectMark(std::string_view line);
+// A quick look, for the many lines that are none: false says so for sure.
+inline bool MayBeProjectMark(std::string_view line) {
+  if (line.empty()) return false;
+  const char first = line.front();
+  return first == '-' || first == '=' || first == 'P' || first == 'D' || first == 'B' || first <= ' ' ||
+         (first >= '0' && first <= '9');
+}
 
 }  // namespace qx
