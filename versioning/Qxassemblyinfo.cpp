@@ -102,25 +102,43 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     webProjects.Put(fetched, reference);
   }
 
-  // `rewrite`: the file, where it has been opened already. Whether its bytes changed.
+  // `rewrite`: the file, where it has been opened already. Whether its bytes changed. The backup's line comes
+  // before those of the entries and is said only when the backup is made: an older one may stand there.
   bool ProcessFile(const std::string& path, const std::string& extension,
                    std::optional<FileRewrite> rewrite) {
     Log("Processing AssemblyInfo File : " + path);
     if (!rewrite) rewrite.emplace(path);
-    SourceText source(rewrite->Bytes(), path, PlainAscii::IsUtf8);
+    std::vector<std::string> entries;
+    const auto logEntries = [&] {
+      for (const std::string& line : entries) Log(line);
+    };
+    bool changed = false;
+    try {
+      changed = StampFile(path, extension, *rewrite, entries);
+    } catch (...) {
+      logEntries();
+      throw;
+    }
     Log("Backingup AssemblyInfo File : " + path + " to :" + path + ".bak");
+    logEntries();
+    return changed;
+  }
+
+  bool StampFile(const std::string& path, const std::string& extension, FileRewrite& rewrite,
+                 std::vector<std::string>& entries) {
+    SourceText source(rewrite.Bytes(), path, PlainAscii::IsUtf8);
     const std::string stamped = StampAssemblyInfo(
         source.Text(), extension,
         [this](AssemblyAttribute attribute) { return NewAttributeValue(source_, attribute); },
         [&](const std::string& value, std::string_view name) { return source.Fit(value, name); },
-        [this](const std::string& line) { Log(line); });
+        [&](const std::string& line) { entries.push_back(line); });
 
     std::string oldStorage, newStorage;
     const auto oldBytes = source.Encode({source.NormalText()}, oldStorage);
     const auto newBytes = source.Encode({stamped}, newStorage);
-    const bool changed = !IsJoined(rewrite->Bytes(), newBytes);
+    const bool changed = !IsJoined(rewrite.Bytes(), newBytes);
     // The file as this run found it: stamped, if one before stamped it (docs/deliberate.md).
-    rewrite->Commit(".bak", BackupRule::EveryTime, oldBytes, newBytes);
+    rewrite.Commit(".bak", BackupRule::EveryTime, oldBytes, newBytes);
     return changed;
   }
 

@@ -108,6 +108,20 @@ TEST_F(AssemblyInfo, LogsEveryStepInItsPlace) {
                 "ProjectID : {NOBODY} - not found in solution"}));
 }
 
+TEST_F(AssemblyInfo, SaysNothingOfABackupThatIsNotMade) {
+  AddProject("A.csproj", kProject);
+  folder.Write("AssemblyInfo.cs",
+               "\xEF\xBB\xBF[assembly: AssemblyTitle(\"\")]\r\n[assembly: AssemblyCompany(\"\")]\r\n");
+  folder.Write("AssemblyInfo.cs.bak", "old");
+  source.Update(AssemblyAttribute::Title, "T");
+  source.Update(AssemblyAttribute::Company, "\xA9 no UTF-8");
+  EXPECT_THROW(Updater()->UpdateAll(), Exception);
+  ASSERT_FALSE(log->lines.empty());
+  EXPECT_EQ(log->lines.back(), "Processing Entry : AssemblyCompany");
+  for (const std::string& line : log->lines) EXPECT_FALSE(line.starts_with("Backingup")) << line;
+  EXPECT_EQ(folder.Read("AssemblyInfo.cs.bak"), "old");
+}
+
 TEST_F(AssemblyInfo, UpdateAllTakesTheSolutionsOrder) {
   AddProject("B.csproj", "");
   AddProject("A.csproj", "");

@@ -18,8 +18,8 @@ bool IsUtf16(TextEncoding encoding) {
   return encoding == TextEncoding::Utf16LittleEnd || encoding == TextEncoding::Utf16BigEnd;
 }
 
-// UTF-16 whose mark is missing, told by its first two characters when these are ASCII: cut at line ends as
-// bytes it would be ruined, and its backup with it.
+// UTF-16 whose mark is missing, told by its first two characters when these are ASCII. It is refused
+// (docs/deliberate.md): cut at line ends as bytes it would be ruined, and its backup with it.
 bool LooksLikeUtf16(std::string_view bytes) {
   if (bytes.size() < 4) return false;
   const bool littleEnd = bytes[0] != 0 && bytes[1] == 0 && bytes[2] != 0 && bytes[3] == 0;

@@ -202,6 +202,12 @@ TEST(VersionBlockPlaces, AQuotedMentionIsNoHeader) {
   EXPECT_EQ(Found("// the \"VERSIONINFO\" resource\r\nCAPTION \"VERSIONINFO\"\r\n" + block), block);
 }
 
+TEST(VersionBlockPlaces, AMentionInACommentIsTheHeader) {
+  const std::string block = Script("", "");
+  EXPECT_EQ(Found("before\r\n// the VERSIONINFO resource\r\n" + block),
+            "// the VERSIONINFO resource\r\n" + block);
+}
+
 TEST(VersionBlockPlaces, HeaderIsCaseSensitive) {
   EXPECT_EQ(Found("VS_VERSION_INFO versioninfo\r\nEND\r\n"), "");
 }

@@ -45,6 +45,7 @@ bool WebProjects::AreFetched() const { return settings_.projLocationDetectMethod
 std::string WebProjects::RemoteFolderOf(const std::string& reference) const {
   std::string below = FolderPart(reference);
   std::replace(below.begin(), below.end(), '\\', '/');
+  // A project file may not lead out of its own folder (docs/deliberate.md).
   if (IsAbsolute(reference))
     throw Exception("Refused to fetch \"" + reference + "\": it is no file of the project");
   if (below.ends_with('/')) below.pop_back();
@@ -58,6 +59,7 @@ std::string WebProjects::Fetch(const std::string& reference) {
   return local;
 }
 
+// The file alone: its ".bak" stays beside the local copy and goes with it (docs/deliberate.md).
 void WebProjects::Put(const std::string& localFile, const std::string& reference) {
   PutFileUsingWebDAV(client_.get(), localFile, RemoteFolderOf(reference));
 }
