@@ -99,10 +99,30 @@ TEST_F(Stops, AKilledHostTakesItsTreeAlong) {
 }
 
 TEST_F(Stops, AScriptIsLeftWhateverItDoes) {
-  for (const char* text : {"while true do end", "while true do pcall(function() while true do end end) end",
-                           "io.popen('sleep 60'):read()"}) {
+  for (const char* text :
+       {"while true do os.execute('sleep 1') end", "while true do end",
+        "while true do pcall(function() while true do end end) end", "io.popen('sleep 60'):read()"}) {
     for (const int signal : {SIGINT, SIGTERM})
       EXPECT_EQ(CodeAfterSignal({"script", "-e", text}, signal), 5) << text;
+  }
+}
+
+TEST_F(Stops, WhatAScriptStartedEndsWithIt) {
+  for (const char* call : {"os.execute", "io.popen"}) {
+    for (const int signal : {SIGINT, SIGKILL}) {
+      std::filesystem::remove(folder_ / "pulse");
+      const std::string text =
+          std::string(call) +
+          "('trap \"\" INT TERM; (while :; do echo x >> pulse; sleep 0.02; done) & wait')";
+      const pid_t child = Start({"script", "-e", "local p = " + text + " p:read()"}, "out.txt");
+      WaitFor("pulse", "x\nx");
+      kill(child, signal);
+      EXPECT_EQ(CodeWithinTwoSeconds(child), signal == SIGKILL ? -SIGKILL : 5);
+      std::this_thread::sleep_for(Milliseconds(300));
+      const std::string before = Content("pulse");
+      std::this_thread::sleep_for(Milliseconds(200));
+      EXPECT_EQ(Content("pulse"), before) << text;
+    }
   }
 }
 

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "host/actions/PropertyText.h"
+#include "host/script/ScriptProcesses.h"
 #include "platform/Nearest.h"
 #include "platform/Texts.h"
 #include "platform/files/Paths.h"
@@ -338,6 +339,7 @@ void RunScript(Catalogue& catalogue, const Script& script,
   Surroundings surroundings{catalogue, print};
   *static_cast<Surroundings**>(lua_getextraspace(lua)) = &surroundings;
   MakeGlobals(lua, script);
+  const ScriptProcesses processes(lua);
 
   // Lua shortens long names of files; by the last part of its name the script is told from chunks that it
   // loads.
