@@ -108,6 +108,14 @@ std::string TQXCustomVSDotNetAction::GetWebDAVPassword() {
   return DecryptString(settings_.webDavPasswordEncrypted, "");
 }
 
+std::string TQXCustomVSDotNetAction::NeedWebDAVPassword() {
+  try {
+    return GetWebDAVPassword();
+  } catch (const Exception& fault) {
+    throw Exception("WebDAVPassword: " + fault.Message() + "; set WebDAVPassword again on this computer");
+  }
+}
+
 void TQXCustomVSDotNetAction::SetWebDAVPassword(const std::string& value) {
   settings_.webDavPasswordEncrypted = EncryptString(value, "");
 }
@@ -253,7 +261,7 @@ std::string TQXCustomVSDotNetAction::GetAttributeText(AssemblyAttribute attribut
 
 ProjectLocationSettings TQXCustomVSDotNetAction::GetProjectLocation() {
   return {static_cast<std::int32_t>(settings_.projLocationDetectMethod), settings_.wmiWebsiteNum,
-          settings_.sharePath, settings_.webDavUsername, GetWebDAVPassword()};
+          settings_.sharePath, settings_.webDavUsername, [this] { return NeedWebDAVPassword(); }};
 }
 
 std::string TQXCustomVSDotNetAction::ExpandText(const std::string& text) {

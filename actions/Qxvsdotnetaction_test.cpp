@@ -269,7 +269,20 @@ TEST_F(BuildAction, HandsThePasswordToTheUpdater) {
   EXPECT_EQ(location.wmiWebsiteNum, 7);
   EXPECT_EQ(location.sharePath, "web$");
   EXPECT_EQ(location.webDavUsername, "ann");
-  EXPECT_EQ(location.webDavPassword, "s3cret");
+  EXPECT_EQ(location.webDavPassword(), "s3cret");
+}
+
+TEST_F(BuildAction, NamesThePasswordThatCannotBeReadAndTheRemedy) {
+  action->Settings().webDavPasswordEncrypted = "from another computer";
+  const ProjectLocationSettings location = action->GetProjectLocation();
+  try {
+    location.webDavPassword();
+    FAIL() << "it was read";
+  } catch (const Exception& fault) {
+    EXPECT_EQ(
+        fault.Message(),
+        "WebDAVPassword: The stored text is no encrypted secret; set WebDAVPassword again on this computer");
+  }
 }
 
 TEST_F(BuildAction, AnswersItsInterfaces) {

@@ -75,6 +75,13 @@ class AssemblyNumbers : public Stamping {
   }
 };
 
+// A project that was made on another computer: the password is nobody's business where no server is asked.
+TEST_F(AssemblyNumbers, AreStampedThoughAPasswordThatNobodyNeedsCannotBeRead) {
+  action->Settings().webDavPasswordEncrypted = "qx1:from another computer";
+  EXPECT_TRUE(action->Execute());
+  EXPECT_EQ(Read("src/Lib/AssemblyInfo.cs").substr(0, 39), "[assembly: AssemblyVersion(\"1.2.3.4\")]\r");
+}
+
 TEST_F(AssemblyNumbers, StayWithoutAutoIncrement) {
   EXPECT_TRUE(action->Execute());
   EXPECT_EQ(action->GetAssemblyVersion(), "1|2|3|4");

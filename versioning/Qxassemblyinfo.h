@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -35,7 +36,9 @@ struct ProjectLocationSettings {
   std::int32_t wmiWebsiteNum = 1;
   std::string sharePath;
   std::string webDavUsername;
-  std::string webDavPassword;  // clear text, in memory only
+  // The password in clear text, asked for when a server is first needed; raises Exception when it cannot be had.
+  // Empty: there is none.
+  std::function<std::string()> webDavPassword;
 };
 
 // What the updater asks of the action. Implemented by the build action, which the host owns: it must outlive

@@ -31,9 +31,10 @@ std::string WebProjects::FindProjectFile(const std::string& url) {
       return {};
   }
   if (client_ == nullptr) {
-    client_ = std::make_unique<TQXWebDavClient>();
-    client_->userName = settings_.webDavUsername;
-    client_->password = settings_.webDavPassword;
+    auto client = std::make_unique<TQXWebDavClient>();
+    client->userName = settings_.webDavUsername;
+    if (settings_.webDavPassword) client->password = settings_.webDavPassword();
+    client_ = std::move(client);
   }
   std::string local;
   GetProjectFileUsingWebDAV(client_.get(), url, remoteBase_, local);

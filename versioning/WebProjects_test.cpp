@@ -27,7 +27,7 @@ class Source final : public AnswersUncounted<IAssemblyInfoSource> {
   ProjectLocationSettings GetProjectLocation() override { return location; }
   std::string ExpandText(const std::string& text) override { return text; }
   InterfacePtr<IQXApplicationServices> GetServices() override { return nullptr; }
-  ProjectLocationSettings location{2, 1, "wwwroot$", "ann", "pw"};
+  ProjectLocationSettings location{2, 1, "wwwroot$", "ann", [] { return std::string("pw"); }};
 };
 
 // A server with these files; what is put replaces them.
@@ -149,14 +149,14 @@ TEST_F(WebProject, RefersToNoFileOutsideOfItself) {
 }
 
 TEST_F(WebProject, IsLookedForOnTheShare) {
-  WebProjects projects({1, 1, "wwwroot$", "", ""});
+  WebProjects projects({1, 1, "wwwroot$", "", {}});
   EXPECT_EQ(projects.FindProjectFile("http://host/A/B/App.csproj"), "\\\\host\\wwwroot$\\A/B\\App.csproj");
   EXPECT_FALSE(projects.AreFetched());
 }
 
 TEST_F(WebProject, IsNowhereByAMethodThatIsNone) {
-  EXPECT_EQ(WebProjects({3, 1, "", "", ""}).FindProjectFile("http://host/App.csproj"), "");
-  EXPECT_EQ(WebProjects({-1, 1, "", "", ""}).FindProjectFile("http://host/App.csproj"), "");
+  EXPECT_EQ(WebProjects({3, 1, "", "", {}}).FindProjectFile("http://host/App.csproj"), "");
+  EXPECT_EQ(WebProjects({-1, 1, "", "", {}}).FindProjectFile("http://host/App.csproj"), "");
 }
 
 }  // namespace

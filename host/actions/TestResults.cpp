@@ -9,6 +9,7 @@
 #include <map>
 #include <pugixml.hpp>
 #include <system_error>
+#include <unordered_map>
 
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
@@ -33,16 +34,21 @@ pugi::xml_node Child(pugi::xml_node parent, std::string_view name) {
   return parent.find_child([&](pugi::xml_node node) { return LocalName(node) == name; });
 }
 
-void Add(TestResults& results, std::string outcome, std::int64_t count) {
-  std::erase_if(outcome, [](char c) { return static_cast<unsigned char>(c) < ' '; });
-  for (auto& [name, soFar] : results.outcomes) {
-    if (name == outcome) {
-      soFar += count;
-      return;
-    }
+// Counts outcomes in the order in which they first come; a file may name as many as it likes.
+class Tally {
+ public:
+  explicit Tally(TestResults& results) : results_(results) {}
+  void Add(std::string outcome, std::int64_t count) {
+    std::erase_if(outcome, [](char c) { return static_cast<unsigned char>(c) < ' '; });
+    const auto [place, isNew] = places_.try_emplace(outcome, results_.outcomes.size());
+    if (isNew) results_.outcomes.emplace_back(std::move(outcome), 0);
+    results_.outcomes[place->second].second += count;
   }
-  results.outcomes.emplace_back(std::move(outcome), count);
-}
+
+ private:
+  TestResults& results_;
+  std::unordered_map<std::string, std::size_t> places_;
+};
 
 // Reads a number of one part of a text and drops it with the mark behind it.
 bool TakeNumber(std::string_view& text, double& number) {
@@ -127,6 +133,7 @@ void AddTest(TestResults& results, TestCase test, pugi::xml_node errorInfo) {
 // The format of 2005: <Tests> holds every result as an element of its own, outcomes by their numbers.
 TestResults ReadOldFormat(pugi::xml_node root) {
   TestResults results;
+  Tally tally(results);
   for (const pugi::xml_node result : root.children()) {
     const pugi::xml_node number = Child(Child(result, "outcome"), "value__");
     if (!LocalName(result).ends_with("Result") || !number) continue;
@@ -134,7 +141,7 @@ TestResults ReadOldFormat(pugi::xml_node root) {
     const bool isKnown = index && *index >= 0 && *index < static_cast<int>(kOutcomes.size());
     const std::string outcome =
         isKnown ? std::string(kOutcomes[static_cast<std::size_t>(*index)]) : number.child_value();
-    Add(results, outcome, 1);
+    tally.Add(outcome, 1);
     const std::string duration = Trim(Child(result, "duration").child_value());
     AddDuration(results, duration);
     AddTest(results,
@@ -146,12 +153,13 @@ TestResults ReadOldFormat(pugi::xml_node root) {
 
 // The counters of a run whose tests are not listed.
 void ReadCounters(pugi::xml_node counters, TestResults& results) {
+  Tally tally(results);
   for (const pugi::xml_attribute counter : counters.attributes()) {
     std::string name = counter.name();
     const auto count = ToInteger(counter.value());
     if (name.empty() || name == "total" || name == "executed" || !count || *count == 0) continue;
     name[0] = UpperCase(name.substr(0, 1))[0];
-    Add(results, name, *count);
+    tally.Add(name, *count);
   }
 }
 
@@ -167,10 +175,11 @@ std::map<std::string_view, std::string> ClassesOf(pugi::xml_node root) {
 
 TestResults ReadFormat(pugi::xml_node root) {
   TestResults results;
+  Tally tally(results);
   const std::map<std::string_view, std::string> classes = ClassesOf(root);
   for (const pugi::xml_node result : Child(root, "Results").children()) {
     if (result.type() != pugi::node_element) continue;
-    Add(results, result.attribute("outcome").as_string(kOutcomes[0].data()), 1);
+    tally.Add(result.attribute("outcome").as_string(kOutcomes[0].data()), 1);
     AddDuration(results, result.attribute("duration").value());
     const auto found = classes.find(result.attribute("testId").value());
     AddTest(results,

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include "host/testing/TestHost.h"
 #include "platform/files/Files.h"
 #include "plugin/Qxutils.h"
@@ -198,6 +200,19 @@ TEST_F(ResultsFile, IsNamedWhenItIsDamaged) {
 
 TEST_F(ResultsFile, IsPassedOverWhenItIsSomethingElse) {
   EXPECT_EQ(ReportAfter("run.xml", "/run.xml", "<Project/>"), "");
+}
+
+// Nobody has so many, but a file may say so.
+TEST(TestResults, TakesNoTimeForManyOutcomes) {
+  std::string text = "<TestRun><Results>";
+  constexpr int kMany = 100'000;
+  for (int i = 0; i < kMany; ++i) text += "<R outcome=\"o" + std::to_string(i) + "\"/><R outcome=\"o0\"/>";
+  text += "</Results></TestRun>";
+  const auto begin = std::chrono::steady_clock::now();
+  const TestResults results = ParseTestResults(text);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+  EXPECT_EQ(results.outcomes.size(), static_cast<std::size_t>(kMany));
+  EXPECT_EQ(results.outcomes.front(), (std::pair<std::string, std::int64_t>("o0", kMany + 1)));
 }
 
 }  // namespace

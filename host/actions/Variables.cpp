@@ -9,26 +9,6 @@
 namespace qx {
 namespace {
 
-using Layer = std::vector<std::pair<std::string, std::string>>;
-
-const std::string* FindIn(const Layer& layer, std::string_view name) {
-  const auto exact = std::find_if(layer.begin(), layer.end(), [&](const auto& v) { return v.first == name; });
-  if (exact != layer.end()) return &exact->second;
-  const auto same =
-      std::find_if(layer.begin(), layer.end(), [&](const auto& v) { return SameText(v.first, name); });
-  return same != layer.end() ? &same->second : nullptr;
-}
-
-void SetIn(Layer& layer, std::string name, std::string value) {
-  for (auto& [known, old] : layer) {
-    if (!SameText(known, name)) continue;
-    known = std::move(name);
-    old = std::move(value);
-    return;
-  }
-  layer.emplace_back(std::move(name), std::move(value));
-}
-
 // What stands between pairs of percent signs, as an expansion divides the text.
 std::vector<std::string> NamesIn(std::string_view text) {
   std::vector<std::string> names;
@@ -123,17 +103,29 @@ class Expansion {
 
 }  // namespace
 
+const std::string* Variables::Layer::Find(std::string_view name) const {
+  if (variables.empty()) return nullptr;
+  const auto place = places.find(FoldCase(name));
+  return place == places.end() ? nullptr : &variables[place->second].second;
+}
+
+void Variables::Layer::Set(std::string name, std::string value) {
+  const auto [place, isNew] = places.try_emplace(FoldCase(name), variables.size());
+  if (isNew) variables.emplace_back();
+  variables[place->second] = {std::move(name), std::move(value)};
+}
+
 void Variables::SetOverride(std::string name, std::string value) {
-  SetIn(overrides_, std::move(name), std::move(value));
+  overrides_.Set(std::move(name), std::move(value));
 }
 
 void Variables::SetProject(std::string name, std::string value) {
-  SetIn(project_, std::move(name), std::move(value));
+  project_.Set(std::move(name), std::move(value));
 }
 
 std::optional<std::string> Variables::Find(std::string_view name) const {
-  if (const std::string* value = FindIn(overrides_, name)) return *value;
-  if (const std::string* value = FindIn(project_, name)) return *value;
+  if (const std::string* value = overrides_.Find(name)) return *value;
+  if (const std::string* value = project_.Find(name)) return *value;
   return environment_ ? environment_(std::string(name)) : std::nullopt;
 }
 
@@ -148,7 +140,7 @@ std::vector<std::string> Variables::UnusedOverrides(std::vector<std::string> tex
     }
   }
   std::vector<std::string> unused;
-  for (const auto& [name, value] : overrides_) {
+  for (const auto& [name, value] : overrides_.variables) {
     if (!used.contains(FoldCase(name))) unused.push_back(name);
   }
   return unused;

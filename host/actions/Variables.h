@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -28,7 +29,7 @@ class Variables {
   void SetOverride(std::string name, std::string value);
   // The layer of the build project.
   void SetProject(std::string name, std::string value);
-  void ClearProject() { project_.clear(); }
+  void ClearProject() { project_ = {}; }
 
   std::optional<std::string> Find(std::string_view name) const;
 
@@ -49,7 +50,14 @@ class Variables {
   static constexpr std::size_t kDeepestNesting = 200;
 
  private:
-  using Layer = std::vector<std::pair<std::string, std::string>>;
+  // In the order in which they came, each name once whatever its letter case.
+  struct Layer {
+    std::vector<std::pair<std::string, std::string>> variables;
+    std::unordered_map<std::string, std::size_t> places;  // by the name as FoldCase has it
+
+    const std::string* Find(std::string_view name) const;
+    void Set(std::string name, std::string value);
+  };
   Layer overrides_;
   Layer project_;
   Lookup environment_;

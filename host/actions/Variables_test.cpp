@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 
 #include "host/actions/Variables.h"
@@ -148,6 +149,16 @@ TEST(Variables, ReadsTheEnvironmentOfTheProcessInAnyCase) {
   EXPECT_FALSE(variables.Expand("%PATH%", false).empty());
   EXPECT_EQ(variables.Expand("%pAtH%", false), variables.Expand("%PATH%", false));
   EXPECT_EQ(RaisedBy(variables, "%QX_NO_SUCH_VARIABLE%"), "Undefined variable : QX_NO_SUCH_VARIABLE");
+}
+
+// Some generate their projects. Each name looked for among all of them took a minute.
+TEST(Variables, TensOfThousandsTakeNoTime) {
+  const auto begin = std::chrono::steady_clock::now();
+  Variables variables(nullptr);
+  constexpr int kMany = 80'000;
+  for (int i = 0; i < kMany; ++i) variables.SetProject("Name" + std::to_string(i), std::to_string(i));
+  for (int i = 0; i < kMany; ++i) ASSERT_EQ(variables.Find("NAME" + std::to_string(i)), std::to_string(i));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 
 }  // namespace

@@ -129,7 +129,7 @@ int ExpandText(Session& session, const Invocation& invocation) {
   session.UseVariables(invocation, project ? &*project : nullptr);
   // As the actions do: what a variable holds is expanded in turn.
   constexpr bool kNested = true;
-  session.Print(session.Variables().Expand(invocation.operands[0], kNested) + "\n");
+  session.PrintExact(session.Variables().Expand(invocation.operands[0], kNested) + "\n");
   return 0;
 }
 

@@ -24,7 +24,7 @@ int RunScriptFile(Session& session, const Invocation& invocation) {
   const Script script = ScriptOf(invocation);
   Catalogue& catalogue = session.Packages();
   try {
-    RunScript(catalogue, script, [&session](std::string_view line) { session.Print(line); });
+    RunScript(catalogue, script, [&session](std::string_view line) { session.PrintExact(line); });
   } catch (const Exception& fault) {
     Session::Complain(fault.Message());
     return kScriptFailed;

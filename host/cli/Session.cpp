@@ -3,6 +3,7 @@
 #include "host/HostArguments.h"
 #include "host/cli/Commands.h"
 #include "host/project/ProjectCheck.h"
+#include "platform/VisibleText.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
 
@@ -26,12 +27,22 @@ Session::Session(const Invocation& invocation, StopGuard& guard)
   if (colour == "never") colour_ = ColourChoice::Never;
 }
 
-void Session::Print(std::string_view text) {
-  const std::string error = LogFile::StandardOutput().Write(text);
+void Session::Print(std::string_view text) { Write(LogFile::StandardOutput(), VisibleText(text)); }
+
+void Session::PrintExact(std::string_view text) {
+  LogFile out = LogFile::StandardOutput();
+  const bool isShown = out.IsTerminal();
+  Write(std::move(out), isShown ? VisibleText(text) : std::string(text));
+}
+
+void Session::Write(LogFile out, const std::string& text) {
+  const std::string error = out.Write(text);
   if (writeError_.empty() && !error.empty()) writeError_ = "Cannot write standard output: " + error;
 }
 
-void Session::Complain(const std::string& text) { LogFile::StandardError().Write("qxhost: " + text + "\n"); }
+void Session::Complain(const std::string& text) {
+  LogFile::StandardError().Write("qxhost: " + VisibleText(text) + "\n");
+}
 
 void Session::UseVariables(const Invocation& invocation, const BuildProject* project) {
   if (project != nullptr) UseProjectVariables(*project);

@@ -17,8 +17,11 @@ class Session : public Host {
   // outlives it.
   Session(const Invocation& invocation, StopGuard& guard);
 
-  // Results, to standard output. A failure to write is told by WriteError.
+  // Results, to standard output, with nothing in them that a terminal obeys (platform/VisibleText.h). A failure
+  // to write is told by WriteError.
   void Print(std::string_view text);
+  // The same for what programs read byte for byte; visible where a terminal is at the other end only.
+  void PrintExact(std::string_view text);
   const std::string& WriteError() const { return writeError_; }
   // A complaint or a warning, to standard error.
   static void Complain(const std::string& text);
@@ -46,6 +49,8 @@ class Session : public Host {
   void UseVariables(const Invocation& invocation, const BuildProject* project);
 
  private:
+  void Write(LogFile out, const std::string& text);
+
   StopGuard& guard_;
   ColourChoice colour_ = ColourChoice::Automatic;
   std::string writeError_;

@@ -39,7 +39,7 @@ int Main(const std::vector<std::string>& arguments, StopGuard& guard) {
       PrintedDocument(arguments).empty() ? ParseArguments(TheProgram(), arguments) : Invocation();
   Session session(invocation, guard);
   if (const std::string document = PrintedDocument(arguments); !document.empty()) {
-    session.Print(document);
+    session.PrintExact(document);
     return 0;
   }
   int code = kUsageError;

@@ -130,6 +130,23 @@ TEST_F(LogFiles, ColourOnDemandOnly) {
   EXPECT_EQ(Written(LogStyle::Json, ColourChoice::Always, write).find('\x1b'), std::string::npos);
 }
 
+TEST_F(LogFiles, ATerminalObeysNothingInATextOfTheBuild) {
+  const auto write = [](ActionLog& log) {
+    log.AddMessage(1, "\x1b]0;title\x07 \x1b[31mred\x1b[0m \u202Eright");
+    SendStatus(log, "Head\x1b[2J", {"failed\rsucceeded", "progress\r", "plain"});
+  };
+  EXPECT_EQ(Text(write),
+            "\\u001B]0;title\\u0007 \\u001B[31mred\\u001B[0m \\u202Eright\n"
+            "Head\\u001B[2J\n    failed\n    succeeded\n    progress\n    plain\n");
+  const std::string always = Written(LogStyle::Text, ColourChoice::Always, write);
+  EXPECT_TRUE(always.starts_with("\\u001B]0;title\\u0007 \x1b[31mred\x1b[0m \\u202Eright\n")) << always;
+}
+
+TEST_F(LogFiles, JsonCarriesWhatATerminalWouldObeyByItsNumber) {
+  EXPECT_EQ(Json([](ActionLog& log) { log.AddMessage(1, "\u009B\u202E\u2028\x7F\u00E4"); }),
+            "{\"action\":1,\"kind\":\"message\",\"text\":\"\\u009b\\u202e\\u2028\\u007f\u00E4\"}\n");
+}
+
 TEST_F(LogFiles, SecretsAreMaskedInEveryText) {
   const std::string text = Text([](ActionLog& log) {
     log.AddSecret("hush");

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "platform/Texts.h"
+#include "platform/VisibleText.h"
 
 namespace qx {
 namespace {
@@ -141,10 +142,38 @@ void AppendAsText(std::string& out, const LogRecord& record, LogColour colour) {
   }
 }
 
+// Messages of several lines have CR between them; alone it would lead a terminal back over what it has shown.
+VisibleRecord::VisibleRecord(const LogRecord& record, ColourSequences colours) : record_(record) {
+  const auto show = [colours](std::string_view& text, std::string& kept) {
+    if (!HasHiddenCharacters(text)) return;
+    kept = text;
+    if (kept.ends_with('\r')) kept.pop_back();
+    for (std::size_t i = 0; i < kept.size(); ++i) {
+      if (kept[i] == '\r' && kept[i + 1] != '\n') kept[i] = '\n';
+    }
+    kept = VisibleText(kept, colours);
+    text = kept;
+  };
+  show(record_.text, text_);
+  show(record_.subject, subject_);
+  bool isHidden = false;
+  for (std::size_t i = 0; i < record.details.size(); ++i)
+    isHidden = isHidden || HasHiddenCharacters(record.details[i]);
+  if (!isHidden) return;
+  for (std::size_t i = 0; i < record.details.size(); ++i) {
+    std::string_view detail = record.details[i];
+    std::string kept;
+    show(detail, kept);
+    details_ += detail;
+    ends_.push_back(details_.size());
+  }
+  record_.details = LogDetails(details_, ends_);
+}
+
 void AppendAsJson(std::string& out, const LogRecord& record) {
   if (record.kind == LogKind::Begin) return;
   if (record.kind == LogKind::Summary) {
-    out += record.subject;
+    out += VisibleText(record.subject);
     return;
   }
   out += "{\"action\":";
@@ -199,6 +228,8 @@ void AppendJsonEscaped(std::string& out, std::string_view text) {
     }
     if (next == at + 1) {
       AppendJsonControl(out, text[at]);
+    } else if (IsHiddenCharacter(c)) {
+      out += "\\u" + LowerHex(c, 4);
     } else {
       out += text.substr(at, next - at);
     }

@@ -4,8 +4,10 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/log/ActionLog.h"
+#include "platform/VisibleText.h"
 
 namespace qx {
 
@@ -16,6 +18,23 @@ enum class LogColour { Off, On };
 // "SUBJECT: MESSAGE" of a validation error; "NAME: succeeded (1.2 s)" or "NAME: failed (1.2 s)" of a result;
 // nothing of a beginning. Bytes stay as they stand.
 void AppendAsText(std::string& out, const LogRecord& record, LogColour colour);
+
+// A record with everything in its texts visible (platform/VisibleText.h), as it may go to a terminal.
+class VisibleRecord {
+ public:
+  // `record` outlives it.
+  VisibleRecord(const LogRecord& record, ColourSequences colours);
+  VisibleRecord(const VisibleRecord&) = delete;
+  VisibleRecord& operator=(const VisibleRecord&) = delete;
+  const LogRecord& Get() const { return record_; }
+
+ private:
+  std::string text_;
+  std::string subject_;
+  std::string details_;
+  std::vector<std::size_t> ends_;
+  LogRecord record_;
+};
 
 // Appends the record as a JSON object and LF. A byte that is not valid UTF-8 becomes U+FFFD; the rest stays.
 void AppendAsJson(std::string& out, const LogRecord& record);

@@ -29,7 +29,10 @@ LogFile::LogFile(LogFile&& other) noexcept
       way_(other.way_) {}
 
 StreamSink::StreamSink(LogFile file, LogStyle style, ColourChoice colour)
-    : file_(std::move(file)), style_(style), colour_(ChooseColour(colour, file_.IsTerminal())) {
+    : file_(std::move(file)),
+      style_(style),
+      colour_(ChooseColour(colour, file_.IsTerminal())),
+      sequences_(colour == ColourChoice::Always ? ColourSequences::Kept : ColourSequences::Escaped) {
   buffer_.reserve(kBufferSize + kBufferSize / 4);
 }
 
@@ -43,7 +46,7 @@ void StreamSink::Take(const LogRecord& record) {
   } else if (style_ == LogStyle::Json) {
     AppendAsJson(buffer_, record);
   } else {
-    AppendAsText(buffer_, record, colour_);
+    AppendAsText(buffer_, VisibleRecord(record, sequences_).Get(), colour_);
     // A file keeps the bytes as they came; a terminal would be garbled by them.
     if (file_.IsTerminal() && !IsValidUtf8(std::string_view(buffer_).substr(begin))) {
       buffer_.replace(begin, std::string::npos, AsValidUtf8(std::string_view(buffer_).substr(begin)));

@@ -74,7 +74,8 @@ class StreamSink : public LogSink {
   LogFile file_;
   LogStyle style_ = LogStyle::Text;
   LogColour colour_ = LogColour::Off;
-  AppendRecord append_;  // takes the place of both
+  ColourSequences sequences_ = ColourSequences::Escaped;  // of the build's programs
+  AppendRecord append_;                                   // takes the place of both
   std::string buffer_;
   std::string error_;
 };

@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/process/EventPosix.h"
 #include "host/process/KeeperPosix.h"
 #include "host/process/ProcessTreePosix.h"
 #include "host/process/RunningChild.h"
@@ -190,12 +191,11 @@ std::size_t RunningChild::Read(OutputStream stream, std::span<char> space) {
 }
 
 Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool forExit, std::chrono::milliseconds patience) {
+  const WatchedEvent watchedStop(stop);
+  const WatchedEvent watchedNotice(&notice);
   // A negative descriptor is passed over by poll.
-  const auto native = [](const TEvent* event) {
-    return event ? static_cast<int>(event->NativeHandle()) : -1;
-  };
-  std::array<pollfd, 3> waited{{{native(stop), POLLIN, 0},
-                                {native(&notice), POLLIN, 0},
+  std::array<pollfd, 3> waited{{{watchedStop.Number(), POLLIN, 0},
+                                {watchedNotice.Number(), POLLIN, 0},
                                 {forExit ? system_->keeper.Channel() : -1, POLLIN, 0}}};
   const auto end = std::chrono::steady_clock::now() + patience;
   for (;;) {

@@ -145,6 +145,19 @@ TEST_F(ChildProcessPosix, LeavesNoDescriptorBehind) {
   EXPECT_EQ(OpenDescriptors(), before);
 }
 
+// A build of a thousand actions has an event for each.
+TEST_F(ChildProcessPosix, EventsHoldNoDescriptorsWhileNobodyWaits) {
+  const std::size_t before = OpenDescriptors();
+  std::vector<TEvent> events(5000);
+  for (TEvent& event : events) event.SetEvent();
+  child_.stop = &events.front();
+  EXPECT_EQ(child_.Run(), kTerminatedExitCode) << "signalled beforehand";
+  child_.parameters = "exit:3";
+  EXPECT_EQ(child_.Run(), 3);
+  EXPECT_EQ(OpenDescriptors(), before);
+  EXPECT_TRUE(events.back().WaitFor(0));
+}
+
 TEST_F(ChildProcessPosix, LeavesNoZombieBehind) {
   child_.parameters = "exit:0";
   child_.Run();

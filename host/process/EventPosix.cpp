@@ -1,58 +1,106 @@
-// TEvent as an eventfd: its counter is nonzero while signalled, and one read takes it back to zero.
-// SetEvent is a single write, so a signal handler may call it.
-#include <poll.h>
+// TEvent as a flag, and an eventfd beside it while somebody watches it: nonzero while the event is signalled.
+#include "host/process/EventPosix.h"
+
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <chrono>
-#include <limits>
+#include <condition_variable>
+#include <cstdint>
+#include <map>
+#include <mutex>
 
 #include "plugin/Qxprocess.h"
 
 namespace qx {
 namespace {
 
-bool Consume(int descriptor) {
-  std::uint64_t count = 0;
-  return read(descriptor, &count, sizeof count) == static_cast<ssize_t>(sizeof count);
+struct Signal {
+  std::mutex mutex;
+  std::condition_variable changed;
+  bool signalled = false;
+  int descriptor = -1;
+  int watchers = 0;
+
+  void Set() {
+    const std::lock_guard lock(mutex);
+    signalled = true;
+    const std::uint64_t one = 1;
+    if (descriptor >= 0) [[maybe_unused]]
+      const ssize_t written = write(descriptor, &one, sizeof one);
+    changed.notify_one();
+  }
+  bool Take(std::chrono::milliseconds patience) {
+    std::unique_lock lock(mutex);
+    if (!changed.wait_for(lock, patience, [this] { return signalled; })) return false;
+    signalled = false;
+    std::uint64_t count = 0;
+    if (descriptor >= 0) [[maybe_unused]]
+      const ssize_t taken = read(descriptor, &count, sizeof count);
+    return true;
+  }
+  int Watch() {
+    const std::lock_guard lock(mutex);
+    if (descriptor < 0) descriptor = eventfd(signalled ? 1 : 0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (descriptor < 0) throw Exception("Cannot wait for an event: too many open files");
+    ++watchers;
+    return descriptor;
+  }
+  // True when the descriptor is closed.
+  bool Unwatch() {
+    const std::lock_guard lock(mutex);
+    if (--watchers > 0) return false;
+    close(descriptor);
+    descriptor = -1;
+    return true;
+  }
+};
+
+// Whose descriptor is whose; the contract's class has no other way to give one back.
+std::mutex watchedMutex;
+std::map<int, Signal*>& Watched() {
+  static std::map<int, Signal*> watched;
+  return watched;
 }
 
 }  // namespace
 
 struct TEvent::State {
-  int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  Signal signal;
 };
 
-TEvent::TEvent() : state_(std::make_unique<State>()) {
-  if (state_->descriptor < 0) throw Exception("Cannot make an event: too many open files");
+TEvent::TEvent() : state_(std::make_unique<State>()) {}
+
+TEvent::~TEvent() {
+  const std::lock_guard lock(watchedMutex);
+  if (state_->signal.descriptor < 0) return;
+  Watched().erase(state_->signal.descriptor);
+  close(state_->signal.descriptor);
 }
 
-TEvent::~TEvent() { close(state_->descriptor); }
-
-void TEvent::SetEvent() {
-  const int kept = errno;  // a signal handler must leave it as it was
-  const std::uint64_t one = 1;
-  // Fails only when the counter is full, and then the event is signalled already.
-  [[maybe_unused]] const ssize_t written = write(state_->descriptor, &one, sizeof one);
-  errno = kept;
-}
+void TEvent::SetEvent() { state_->signal.Set(); }
 
 bool TEvent::WaitFor(unsigned milliseconds) {
-  using Clock = std::chrono::steady_clock;
-  if (Consume(state_->descriptor)) return true;
-  const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
-  for (;;) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
-    if (left <= 0) return false;
-    pollfd waited{state_->descriptor, POLLIN, 0};
-    const auto longest = std::min<std::int64_t>(left, std::numeric_limits<int>::max());
-    // Another waiter may have been faster: then wait on.
-    if (poll(&waited, 1, static_cast<int>(longest)) > 0 && Consume(state_->descriptor)) return true;
-  }
+  return state_->signal.Take(std::chrono::milliseconds(milliseconds));
 }
 
-std::intptr_t TEvent::NativeHandle() const { return state_->descriptor; }
+// Nobody gives this one back: it stays open as long as the event.
+std::intptr_t TEvent::NativeHandle() const {
+  const std::lock_guard lock(watchedMutex);
+  const int descriptor = state_->signal.Watch();
+  Watched()[descriptor] = &state_->signal;
+  return descriptor;
+}
+
+WatchedEvent::WatchedEvent(const TEvent* event) {
+  if (event != nullptr) number_ = static_cast<int>(event->NativeHandle());
+}
+
+WatchedEvent::~WatchedEvent() {
+  if (number_ < 0) return;
+  const std::lock_guard lock(watchedMutex);
+  const auto found = Watched().find(number_);
+  if (found != Watched().end() && found->second->Unwatch()) Watched().erase(found);
+}
 
 }  // namespace qx

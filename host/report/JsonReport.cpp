@@ -5,6 +5,7 @@
 
 #include "host/report/Reports.h"
 #include "platform/Texts.h"
+#include "platform/VisibleText.h"
 
 namespace qx {
 namespace {
@@ -12,7 +13,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 std::string Written(const Json& json) {
-  return json.dump(1, ' ', false, Json::error_handler_t::replace) + "\n";
+  return VisibleText(json.dump(1, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 std::string_view NameOf(ActionState state) {

@@ -1,6 +1,7 @@
 #include "host/report/Markup.h"
 
 #include "platform/Texts.h"
+#include "platform/VisibleText.h"
 
 namespace qx {
 namespace {
@@ -14,10 +15,9 @@ char32_t Shown(char32_t c) {
   if (c < 0x20) return kPictures + c;
   if (c == 0x7F) return kPictureOfDelete;
   // A text that turns its neighbours round would show another file's name than it holds.
-  const bool turnsRound = (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
   const bool isRefused =
-      c == kNoCodePoint || IsSurrogate(c) || (c >= 0x80 && c < 0xA0) || (c & 0xFFFE) == 0xFFFE;
-  return isRefused || turnsRound ? 0xFFFD : c;
+      IsHiddenCharacter(c) || c == kNoCodePoint || IsSurrogate(c) || (c & 0xFFFE) == 0xFFFE;
+  return isRefused ? 0xFFFD : c;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/Arguments.h"
+#include "platform/VisibleText.h"
 #include "platform/commandline/Invocation.h"
 #include "tools/vsinspect/Reports.h"
 
@@ -41,7 +42,8 @@ Exit code 0; 1 when a program that "built" looks for is not as it should be, or 
 file cannot be read; the reason is on stderr.
 )";
 
-int Print(std::string_view text) {
+int Print(std::string_view shown) {
+  const std::string text = VisibleText(shown);
   const bool written =
       std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
   if (written) return 0;
@@ -50,7 +52,7 @@ int Print(std::string_view text) {
 }
 
 int Complain(const std::string& text) {
-  std::fprintf(stderr, "%s\n", text.c_str());
+  std::fprintf(stderr, "%s\n", VisibleText(text).c_str());
   return kUsageOrInput;
 }
 

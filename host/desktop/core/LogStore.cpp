@@ -12,6 +12,7 @@
 #include "host/log/LogStream.h"
 #include "host/system/TemporaryFolder.h"
 #include "platform/Texts.h"
+#include "platform/VisibleText.h"
 #include "platform/files/Files.h"
 
 namespace qx::desktop {
@@ -93,11 +94,12 @@ struct Counts {
 };
 
 // Cut between two characters when it is too long.
-std::string RowText(std::string_view line) {
+std::string RowText(std::string_view whole) {
+  const std::string line = VisibleText(whole);
   if (line.size() <= LogStore::kLongestRow) return AsValidUtf8(line);
   std::size_t size = LogStore::kLongestRow;
   while (size > LogStore::kLongestRow - 4 && !BeginsCharacter(line[size])) --size;
-  return AsValidUtf8(line.substr(0, size)) + "...";
+  return AsValidUtf8(std::string_view(line).substr(0, size)) + "...";
 }
 
 // What a record is made into: calls take(LogRow) for each of its rows.
