@@ -113,6 +113,7 @@ struct RunningChild::System {
   Descriptor OpenPipe(OutputStream stream);
   void Start(const ChildProcess& what);
   std::vector<pid_t> Living();
+  void KillStrays();
 };
 
 // Keeps the end to read from; the other, for the child, is the result. In a host without standard streams a
@@ -161,6 +162,17 @@ std::vector<pid_t> RunningChild::System::Living() {
   return keeper.IsLost() ? Strays() : Descendants(keeper.Pid());
 }
 
+// What the keeper kept is the host's once the keeper is altogether gone. Killing one may bring its children here.
+void RunningChild::System::KillStrays() {
+  keeper.Release();
+  for (int round = 0; round < 50; ++round) {
+    const std::vector<pid_t> strays = Strays();
+    for (const pid_t stray : strays) kill(stray, SIGKILL);
+    if (strays.empty()) return;
+    poll(nullptr, 0, 10);
+  }
+}
+
 RunningChild::RunningChild(const ChildProcess& what) : system_(std::make_unique<System>()) {
   system_->executable = what.executable;
   system_->Start(what);
@@ -206,7 +218,7 @@ Woken RunningChild::Wait(TEvent* stop, TEvent& notice, bool forExit, std::chrono
     if (waited[1].revents != 0 && notice.WaitFor(0)) return Woken::Notice;
     if (waited[2].revents == 0 || !system_->keeper.Look()) continue;
     // Nobody keeps the tree any more; as long as it lives it holds the pipes.
-    if (system_->keeper.IsLost()) KillTree();
+    if (system_->keeper.IsLost()) system_->KillStrays();
     return Woken::Exit;
   }
 }
