@@ -179,13 +179,7 @@ void CheckAssemblyInfos(TQXCustomVSDotNetAction& action, IVSDotNetSolution& solu
   const auto projects =
       ChosenProjects(solution, isSelection ? &settings.assemblySelectedProjects : nullptr,
                      isFiltered ? &settings.selectedProjects : nullptr, "AssemblySelectedProjects", report);
-  ProjectLocationSettings location;
-  try {
-    location = action.GetProjectLocation();
-  } catch (const std::exception&) {
-    return;  // the secret, which is told of by its property: the run comes no further either
-  }
-  WebProjects webProjects(location);
+  WebProjects webProjects(action.GetProjectLocation());
   const NewValues values = ValuesOf(action);
   TryStamp tryStamp(values, report);
   const std::string folder = FolderPart(ExpandPath("", solution.GetFileName()));

@@ -1,4 +1,5 @@
 // The commands `new`, `add`, `set`, `show` and `expand`.
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "host/HostArguments.h"
@@ -14,6 +15,24 @@
 namespace qx::cli {
 namespace {
 
+// A secret need not stand on the command line, where others may read it and a shell keeps it: "-" is what standard
+// input gives, "@FILE" what the file holds, either without its last line end.
+std::string SecretFrom(const std::string& value) {
+  std::string secret = value;
+  if (value == "-") {
+    secret.clear();
+    char buffer[1024];
+    while (const std::size_t size = std::fread(buffer, 1, sizeof buffer, stdin)) secret.append(buffer, size);
+  } else if (value.starts_with('@')) {
+    secret = ReadFile(ExpandPath("", value.substr(1)));
+  } else {
+    return secret;
+  }
+  if (secret.ends_with('\n')) secret.pop_back();
+  if (secret.ends_with('\r')) secret.pop_back();
+  return secret;
+}
+
 // Every value is read before the first is set, so that a wrong one changes nothing.
 void SetAll(TQXAction& action, std::span<const std::string> assignments) {
   const PropertyTable table = action.GetActionClass()->properties;
@@ -21,7 +40,8 @@ void SetAll(TQXAction& action, std::span<const std::string> assignments) {
   for (const std::string& text : assignments) {
     const auto [name, value] = SplitAssignment(text);
     const PublishedProperty& property = NeedProperty(table, name);
-    values.emplace_back(&property, PropertyFromText(property, value));
+    const bool isSecret = property.storage == PropertyStorage::Secret;
+    values.emplace_back(&property, PropertyFromText(property, isSecret ? SecretFrom(value) : value));
   }
   for (const auto& [property, value] : values) property->set(action, value);
   IQXVersions* const versions = VersionsOf(action);

@@ -8,6 +8,17 @@ namespace {
 
 using ProjectCommands = CliTest;
 
+TEST_F(ProjectCommands, TakeASecretFromAFile) {
+  Project("p.xml", {{"Loud=True"}});
+  Write("secret.txt", "from-a-file\r\n");
+  ASSERT_EQ(Host({"set", "p.xml", "Password=@secret.txt"}).code, 0);
+  EXPECT_EQ(Content("p.xml").find("from-a-file"), std::string::npos);
+  EXPECT_TRUE(Holds(Host({"run", "p.xml"}).out, "The password is ***"));
+  EXPECT_EQ(Host({"set", "p.xml", "Password=@missing.txt"}).code, 2);
+  ASSERT_EQ(Host({"set", "p.xml", "Text=@secret.txt"}).code, 0) << "only a secret is read from a file";
+  EXPECT_TRUE(Holds(Host({"show", "p.xml"}).out, "Text=@secret.txt"));
+}
+
 TEST_F(ProjectCommands, NewWritesAnEmptyProjectAndNeverOverwrites) {
   EXPECT_EQ(Host({"new", "p.xml"}).code, 0);
   EXPECT_TRUE(Holds(Content("p.xml"), "<BuildProject version=\"1\">"));

@@ -118,6 +118,31 @@ std::string Mask(std::string_view text, const std::vector<std::string>& secrets)
   return masked;
 }
 
+std::string AsBase64(std::string_view bytes) {
+  constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string text;
+  unsigned bits = 0;
+  unsigned held = 0;
+  for (const char byte : bytes) {
+    held = held << 8 | static_cast<unsigned char>(byte);
+    for (bits += 8; bits >= 6; bits -= 6) text += kDigits[held >> (bits - 6) & 63];
+  }
+  return text;
+}
+
+// How the text stands within base64, as in a header that somebody prints: "name:password" may begin at each of three
+// places of it. What is made of its neighbours too is left out, and what is too short to be told from other words.
+std::vector<std::string> Base64Forms(std::string_view secret) {
+  constexpr std::size_t kShortest = 5;
+  std::vector<std::string> forms;
+  for (std::size_t before = 0; before < 3; ++before) {
+    const std::string form = AsBase64(std::string(before, '\0') + std::string(secret));
+    const std::size_t begin = (before * 8 + 5) / 6;
+    if (form.size() >= begin + kShortest) forms.push_back(form.substr(begin));
+  }
+  return forms;
+}
+
 }  // namespace
 
 // The thread that calls Flush while records wait. It starts with the first record and sleeps when there are none.
@@ -157,6 +182,7 @@ void ActionLog::AddSecret(std::string_view secret) {
   };
   add(secret);
   ForEachLine(secret, add);
+  for (const std::string& form : Base64Forms(secret)) add(form);
 }
 
 void ActionLog::AddMessage(int action, std::string_view text) {

@@ -97,7 +97,7 @@ class ActionLog {
   // Before the first record. The log owns the sink and gives it back as a reference.
   LogSink& AddSink(std::unique_ptr<LogSink> sink);
   // A text that no sink may see: every place where it stands becomes "***", each line of a text of several
-  // lines too. The empty text is no secret. It holds from now on.
+  // lines and its form in base64 too. The empty text is no secret. It holds from now on.
   void AddSecret(std::string_view secret);
 
   void AddMessage(int action, std::string_view text);

@@ -179,6 +179,16 @@ TEST_F(LogFiles, EachLineOfASecretIsOne) {
             "a *** b\n");
 }
 
+// As a server or a child echoes the header: "user:hush-hush", "me:hush-hush!", "abc:hush-hush".
+TEST_F(LogFiles, ASecretWithinBase64IsOne) {
+  const std::string text = Text([](ActionLog& log) {
+    log.AddSecret("hush-hush");
+    log.AddMessage(1,
+                   "Basic dXNlcjpodXNoLWh1c2g=, bWU6aHVzaC1odXNoIQ==, YWJjOmh1c2gtaHVzaA==, Basic b3RoZXI=");
+  });
+  EXPECT_EQ(text, "Basic dXNlcjp***g=, bWU6***IQ==, YWJjOm***A==, Basic b3RoZXI=\n");
+}
+
 TEST_F(LogFiles, JsonMasksBeforeItEscapes) {
   EXPECT_EQ(Json([](ActionLog& log) {
               log.AddSecret("a\"b");
