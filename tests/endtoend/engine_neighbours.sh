@@ -1,7 +1,7 @@
 #!/bin/bash
 # Projects that are built at the same time: no more compilers run than Engine.Jobs says, whatever their number; a library that
 # another project links without saying in the solution whose it is, is waited for, cold and after a change; what they print
-# comes whole and in the order of the solution.
+# comes whole and in the order of the solution; a stop ends all of them.
 # usage: engine_neighbours.sh FOLDER-OF-PROGRAMS SCRATCH-FOLDER
 set -euo pipefail
 bin=$1 scratch=$2
@@ -98,3 +98,36 @@ program=$(stat -c %Y.%y out/Use.exe)
 build changed.log
 expect "what was compiled" "Part1.c" "$(grep -E '^\w+\.c$' changed.log | paste -sd' ')"
 [ "$program" != "$(stat -c %Y.%y out/Use.exe)" ] || fail "the program was not linked with the new library"
+
+# A stop reaches all of them, and the next build is whole.
+export QX_STOP_MARK="neighbours-$$"
+marked() {
+  local file name
+  for file in $(grep -lzx "QX_STOP_MARK=$QX_STOP_MARK" /proc/[0-9]*/environ 2>/dev/null); do
+    file=${file%/environ}
+    read -r name 2>/dev/null <"$file/comm" || continue
+    [ "${file#/proc/}" = $$ ] || [[ "$name" = grep ]] || echo "${file#/proc/}"
+  done
+}
+rm -rf out ./*/Release
+rm -f running/*
+QX_ENGINE_LAUNCHER="$scratch/count" QX_ENGINE_JOBS=6 "$bin/engine/devenv.com" /build "Release|Win32" All.sln >stopped.log 2>&1 &
+running=$!
+for _ in {1..400}; do
+  [ "$(find . -name build.ninja | wc -l)" -lt 3 ] || [ "$(find running -type f | wc -l)" -lt 3 ] || break
+  kill -0 "$running" 2>/dev/null || { cat stopped.log; fail "it ended by itself"; }
+  sleep 0.01
+done
+ninjas=$(for each in $(marked); do cat "/proc/$each/comm" 2>/dev/null; done | grep -c '^ninja$' || true)
+[ "$ninjas" -ge 2 ] || fail "$ninjas projects were built at the same time"
+begin=$(date +%s%N)
+kill -TERM "$running"
+wait "$running" && fail "a stopped build says that it succeeded"
+while [ -n "$(marked)" ]; do
+  [ $((($(date +%s%N) - begin) / 1000000)) -lt 2000 ] || fail "processes live on two seconds after SIGTERM"
+  sleep 0.02
+done
+grep -qx 'The build was stopped\.' stopped.log || { cat stopped.log; fail "it does not say that it was stopped"; }
+build next.log
+expect "the last line after a stop" "========== Build: 4 succeeded, 0 failed, 0 skipped ==========" "$(tail -n 1 next.log)"
+echo "stopped with $ninjas projects at work"
