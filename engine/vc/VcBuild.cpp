@@ -175,7 +175,7 @@ bool Builder::RunNinja(const char* target) {
   ChildCommand command;
   command.arguments = {NinjaProgram(), "-k", "0"};
   if (task_.jobs > 0) command.arguments.insert(command.arguments.end(), {"-j", std::to_string(task_.jobs)});
-  command.arguments.push_back(target);
+  command.arguments.emplace_back(target);
   command.folder = places_.folder;
   command.environment = {{"NINJA_STATUS", kStatus}, {"LC_ALL", "C"}, {"TERM", "dumb"}};
   command.turns = task_.turns;
