@@ -36,9 +36,9 @@ class RunCheck {
     CheckTexts();
     if (settings_.updateAssemblyInfo) CheckAssemblyVersions();
     if (settings_.updateWin32Resource) CheckFileVersion();
-    CheckSecret();
     CheckEngine();
     CheckSolution();
+    CheckSecret();
     return std::move(report_);
   }
 
@@ -147,12 +147,20 @@ class RunCheck {
     }
   }
 
+  // Only then somebody asks for the password.
+  bool StampsByWebDav() const {
+    return settings_.updateAssemblyInfo &&
+           settings_.projLocationDetectMethod == TProjLocDetectMethod::useWebDAV &&
+           std::any_of(map_.projects.begin(), map_.projects.end(), [](const MappedProject& project) {
+             return LowerCase(project.path).find("http://") != std::string::npos;
+           });
+  }
+
   void CheckSecret() {
     try {
       action_.GetWebDAVPassword();
     } catch (const std::exception& error) {
-      // Whoever stamps AssemblyInfo files asks for it, web projects or not.
-      Tell(settings_.updateAssemblyInfo ? Error : Warning, "WebDAVPassword", error.what(),
+      Tell(StampsByWebDav() ? Error : Warning, "WebDAVPassword", error.what(),
            "set the password anew as this user, on this computer");
     }
   }
