@@ -126,5 +126,12 @@ TEST_F(Stops, WhatAScriptStartedEndsWithIt) {
   }
 }
 
+TEST_F(Stops, AScriptLearnsHowItsProgramsEnded) {
+  const auto result = Host({"script", "-e",
+                            "print(io.popen('exit 4'):close()) print(os.execute('exit 3')) "
+                            "print(os.execute('kill -9 $$'))"});
+  EXPECT_EQ(result.out, "nil\texit\t4\nnil\texit\t3\nnil\tsignal\t9\n");
+}
+
 }  // namespace
 }  // namespace qx::cli
