@@ -8,10 +8,12 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "actions/CompilerCommandLine.h"
 #include "actions/VersionNumbers.h"
@@ -21,6 +23,7 @@
 #include "plugin/Qxframe.h"
 #include "plugin/Qxfromfile.h"
 #include "plugin/Qxprocess.h"
+#include "plugin/Qxrunplaces.h"
 #include "plugin/Qxrunreport.h"
 #include "plugin/Qxversions.h"
 #include "versioning/Qxassemblyinfo.h"
@@ -114,7 +117,7 @@ struct AssemblyVersionState {
 // Properties are set on the thread that edits or builds; see each callback for its own.
 class TQXCustomVSDotNetAction
     : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo, IAssemblyInfoSource, IQXRunReport,
-                              IQXVersions, IQXCheck, IQXFromFile>,
+                              IQXRunPlaces, IQXVersions, IQXCheck, IQXFromFile>,
       public TQXAction {
  public:
   static std::string ActionName();  // "Build VS.Net Solution"
@@ -235,12 +238,16 @@ class TQXCustomVSDotNetAction
   };
   AssemblyVersions VersionsOfNextRun() const;
 
+  // IQXRunPlaces: the solution's folder; its projects' files and what is stamped of them.
+  std::vector<std::string> GetWorkFolders() override;
+  std::vector<std::string> GetInputFiles() override;
+
   // The whole version with its last part expanded and raised by one; a part that is no number becomes 0.
   // Raises Exception when it cannot be expanded. A utility: runs do not use it.
   std::string DoAutoIncBuild(const std::string& value);
   // Writes the version resource of the chosen C++ projects; false when one was not written. Raises Exception.
   bool DoUpdateWin32VersionInfo(IVSDotNetSolution& solution);
-  // Writes it into one resource script.
+  // Writes it into one resource script; within the update of all of them it is written with the others.
   virtual bool ApplyVersionInfo(const std::string& fileName);
 
   // Compiler runs; each is true when every program it started succeeded. The solution file is the path as it
@@ -307,6 +314,15 @@ class TQXCustomVSDotNetAction
   bool RunStampingPhase(const InterfacePtr<IVSDotNetSolution>& solution);
   bool Stamp(const InterfacePtr<IVSDotNetSolution>& solution);
   bool UpdateAssemblyAttributes(const InterfacePtr<IVSDotNetSolution>& solution);
+  std::string SolutionOnDisk();
+  // A resource script while it is updated: its name, and when it was written before.
+  struct ScriptUpdate {
+    std::string file;
+    std::optional<std::int64_t> timeBefore;
+  };
+  bool UpdateScripts(IVSDotNetSolution& solution);
+  void LogScript(const ScriptUpdate& update);
+  void NoteScript(const ScriptUpdate& update);
   CompilerSettings CommandLineSettings() const;
   void LogRun(const std::string& compiler, const std::string& parameters);
   void LogOutput(std::string_view text);
@@ -332,7 +348,8 @@ class TQXCustomVSDotNetAction
     std::string solutionFile, configuration;  // empty until the compiler was started
   };
   RunNotes run_;
-  std::atomic<bool> buildFailed_{false};  // set by the output, cleared once an Execute
+  std::vector<ScriptUpdate>* scriptUpdates_ = nullptr;  // while all scripts are updated together
+  std::atomic<bool> buildFailed_{false};                // set by the output, cleared once an Execute
 };
 
 // Publishes the properties of the class above; adds nothing else.

@@ -1,6 +1,9 @@
 // The stamping phase of a run: raises the numbers, has the assembly attributes and the version resources of the
 // chosen projects rewritten. It comes before any compiler run, and a failure keeps the compiler from running.
+#include <exception>
+
 #include "actions/Qxvsdotnetaction.h"
+#include "platform/files/FileRewrite.h"
 #include "platform/files/Files.h"
 #include "solution/Vsnetsln.h"
 
@@ -63,10 +66,38 @@ bool TQXCustomVSDotNetAction::UpdateAssemblyAttributes(const InterfacePtr<IVSDot
   }
 }
 
+// The scripts are written together; the log comes out as if each were written when it is its turn: a script that
+// cannot be written ends it.
 bool TQXCustomVSDotNetAction::DoUpdateWin32VersionInfo(IVSDotNetSolution& solution) {
   // Once a run, so that every project gets the same number.
   if (autoIncBuild_) SetBuildVer(NextNumber(GetBuildVer()));
 
+  std::vector<ScriptUpdate> updates;
+  bool updated = false;
+  std::exception_ptr fault;
+  RewritesTogether rewrites;
+  scriptUpdates_ = &updates;
+  try {
+    updated = UpdateScripts(solution);
+  } catch (...) {
+    fault = std::current_exception();
+  }
+  scriptUpdates_ = nullptr;
+  try {
+    rewrites.Place();
+  } catch (...) {
+    fault = std::current_exception();
+  }
+  const std::size_t placed = rewrites.PlacedCount();
+  for (std::size_t i = 0; i < updates.size() && i <= placed; ++i) {
+    LogScript(updates[i]);
+    if (i < placed) NoteScript(updates[i]);
+  }
+  if (fault) std::rethrow_exception(fault);
+  return updated;
+}
+
+bool TQXCustomVSDotNetAction::UpdateScripts(IVSDotNetSolution& solution) {
   const auto apply = [this](const InterfacePtr<IVSDotNetProject>& project) {
     if (!project) return true;
     const std::string script = project->GetVersionInfoFile();
@@ -87,13 +118,25 @@ bool TQXCustomVSDotNetAction::DoUpdateWin32VersionInfo(IVSDotNetSolution& soluti
 
 bool TQXCustomVSDotNetAction::ApplyVersionInfo(const std::string& fileName) {
   const InterfacePtr<IQXVC7VersionInfoParser> parser = GetVersionInfoParser(*this, fileName);
-  SendMessage("Updating Version info in file : " + fileName);
-  // Bytes that stay the same are not written: then the time stays, too.
-  const auto before = TimeWritten(fileName);
+  const ScriptUpdate update{fileName, TimeWritten(fileName)};
+  if (scriptUpdates_ != nullptr) {
+    scriptUpdates_->push_back(update);
+    return parser->UpdateVersionInfo(*this);
+  }
+  LogScript(update);
   const bool updated = parser->UpdateVersionInfo(*this);
-  if (updated)
-    run_.files.push_back({fileName, "ResourceScript", TimeWritten(fileName) != before, fileName + ".orig"});
+  if (updated) NoteScript(update);
   return updated;
+}
+
+void TQXCustomVSDotNetAction::LogScript(const ScriptUpdate& update) {
+  SendMessage("Updating Version info in file : " + update.file);
+}
+
+// Bytes that stay the same are not written: then the time stays, too.
+void TQXCustomVSDotNetAction::NoteScript(const ScriptUpdate& update) {
+  run_.files.push_back(
+      {update.file, "ResourceScript", TimeWritten(update.file) != update.timeBefore, update.file + ".orig"});
 }
 
 }  // namespace qx

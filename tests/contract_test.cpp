@@ -21,6 +21,7 @@
 #include "plugin/Qxlanguages.h"
 #include "plugin/Qxoptions.h"
 #include "plugin/Qxprocess.h"
+#include "plugin/Qxrunplaces.h"
 #include "plugin/Qxrunreport.h"
 #include "plugin/Qxservices.h"
 #include "plugin/Qxtokeniser.h"
@@ -149,6 +150,9 @@ void DumpInterfacesOfActions(Dump& dump) {
   SLOT(IInterface, QueryInterface);
   SLOT(IInterface, _AddRef);
   SLOT(IInterface, _Release);
+  HEAD(IQXRunPlaces);
+  SLOT(IQXRunPlaces, GetWorkFolders);
+  SLOT(IQXRunPlaces, GetInputFiles);
   HEAD(IQXRunReport);
   SLOT(IQXRunReport, ReportRun);
   HEAD(IQXVersions);

@@ -1,6 +1,7 @@
 #include "versioning/Qxassemblyinfo.h"
 
 #include <algorithm>
+#include <exception>
 #include <span>
 #include <unordered_map>
 
@@ -12,11 +13,15 @@
 #include "plugin/Qxutils.h"
 #include "solution/Vsnetsln.h"
 #include "versioning/AssemblyAttributes.h"
+#include "versioning/AssemblyInfoPlace.h"
 #include "versioning/SourceText.h"
 #include "versioning/WebProjects.h"
 
 namespace qx {
 namespace {
+
+// A folder for references whose own is not on this system.
+const std::string kNowhere = WithTrailingDelimiter(ExpandPath("", "/nowhere"));
 
 bool IsJoined(std::string_view whole, std::span<const std::string_view> pieces) {
   for (const std::string_view piece : pieces) {
@@ -52,9 +57,48 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
   }
 
  private:
-  void Log(const std::string& line) { log_->AppendDetail(line); }
+  // A file that was stamped, and is carried out with the others.
+  struct Stamped {
+    std::string path;
+    bool changed = false;
+    bool isFetched = false;      // from a web server
+    std::size_t backupLine = 0;  // of the log: which tells of its backup
+    std::size_t lineCount = 0;   // of the log, up to and with this file
+  };
 
+  void Log(const std::string& line) { lines_.push_back(line); }
+
+  // The files are written together; the log comes out as if each were written when it is its turn: a file that
+  // cannot be written ends it.
   void Process(const std::vector<std::string>& ids) {
+    RewritesTogether rewrites;
+    std::exception_ptr fault;
+    try {
+      ProcessEach(ids, rewrites);
+    } catch (...) {
+      fault = std::current_exception();
+    }
+    try {
+      rewrites.Place();
+    } catch (...) {
+      fault = std::current_exception();
+    }
+    const std::size_t placed = rewrites.PlacedCount();
+    if (placed < stamped_.size()) {
+      lines_.resize(stamped_[placed].lineCount);
+      lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(stamped_[placed].backupLine));
+    }
+    for (const std::string& line : lines_) log_->AppendDetail(line);
+    lines_.clear();
+    for (const Stamped& file : stamped_) {
+      if (&file - stamped_.data() < static_cast<std::ptrdiff_t>(placed) && !file.isFetched)
+        source_.FileStamped(file.path, file.path + ".bak", file.changed);
+    }
+    stamped_.clear();
+    if (fault) std::rethrow_exception(fault);
+  }
+
+  void ProcessEach(const std::vector<std::string>& ids, RewritesTogether& rewrites) {
     Log(std::to_string(ids.size()) + " projects to process.");
     const auto projects = solution_->GetProjects();
     WebProjects webProjects(location_);
@@ -70,11 +114,11 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
         Log("ProjectID : " + id + " - not found in solution");
         continue;
       }
-      ProcessProject(found->second->GetPath(), webProjects);
+      ProcessProject(found->second->GetPath(), webProjects, rewrites);
     }
   }
 
-  void ProcessProject(const std::string& path, WebProjects& webProjects) {
+  void ProcessProject(const std::string& path, WebProjects& webProjects, RewritesTogether& rewrites) {
     // "https://" is taken for a file, which is missing (docs/deliberate.md).
     const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
     std::string file = isWeb ? webProjects.FindProjectFile(path) : ExpandPath(solutionFolder_, path);
@@ -89,23 +133,29 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
     if (!isRead) bytes = ReadFile(file);  // on a share, or under a name with the other delimiter
     const std::string reference = AssemblyInfoReference(DecodeText(bytes, decoded));
     if (reference.empty()) return;
-    if (!isWeb || !webProjects.AreFetched()) {
-      const std::string info = ExpandPath(FolderPart(file), reference);
-      auto rewrite = FileRewrite::OpenAsNamed(info);
-      const std::string stamped = rewrite ? info : ExpandRelativePath(FolderPart(file), reference);
-      const bool changed = ProcessFile(stamped, LowerCase(ExtensionOf(reference)), std::move(rewrite));
-      source_.FileStamped(stamped, stamped + ".bak", changed);
+    if (isWeb && webProjects.AreFetched()) {
+      // Seen from the project's folder on the server, of which no more is known.
+      if (!IsAssemblyInfoFile(reference, kNowhere, kNowhere, true)) return;
+      const std::string fetched = webProjects.Fetch(reference);
+      ProcessFile(fetched, ExtensionOf(fetched), std::nullopt, true);
+      rewrites.Place();
+      webProjects.Put(fetched, reference);
       return;
     }
-    const std::string fetched = webProjects.Fetch(reference);
-    ProcessFile(fetched, ExtensionOf(fetched), std::nullopt);
-    webProjects.Put(fetched, reference);
+    const std::string info = ExpandPath(FolderPart(file), reference);
+    auto rewrite = FileRewrite::OpenAsNamed(info);
+    if (!IsAssemblyInfoFile(reference, FolderPart(file), isWeb ? FolderPart(file) : solutionFolder_,
+                            rewrite.has_value())) {
+      return;
+    }
+    const std::string stamped = rewrite ? info : ExpandRelativePath(FolderPart(file), reference);
+    ProcessFile(stamped, LowerCase(ExtensionOf(reference)), std::move(rewrite), false);
   }
 
-  // `rewrite`: the file, where it has been opened already. Whether its bytes changed. The backup's line comes
-  // before those of the entries and is said only when the backup is made: an older one may stand there.
-  bool ProcessFile(const std::string& path, const std::string& extension,
-                   std::optional<FileRewrite> rewrite) {
+  // `rewrite`: the file, where it has been opened already. The backup's line comes before those of the entries and
+  // is said only when the backup is made: an older one may stand there.
+  void ProcessFile(const std::string& path, const std::string& extension, std::optional<FileRewrite> rewrite,
+                   bool isFetched) {
     Log("Processing AssemblyInfo File : " + path);
     if (!rewrite) rewrite.emplace(path);
     std::vector<std::string> entries;
@@ -119,9 +169,10 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
       logEntries();
       throw;
     }
+    const std::size_t backupLine = lines_.size();
     Log("Backingup AssemblyInfo File : " + path + " to :" + path + ".bak");
     logEntries();
-    return changed;
+    stamped_.push_back({path, changed, isFetched, backupLine, lines_.size()});
   }
 
   bool StampFile(const std::string& path, const std::string& extension, FileRewrite& rewrite,
@@ -147,6 +198,8 @@ class TQXAssemblyInfoUpdater final : public Implements<IQXAssemblyInfoUpdater> {
   std::string solutionFolder_;  // absolute, with its trailing delimiter
   InterfacePtr<IQXActionLogMessage> log_;
   ProjectLocationSettings location_;
+  std::vector<std::string> lines_;  // of the log
+  std::vector<Stamped> stamped_;    // in the order of their commits
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "platform/CodePages.h"
 #include "platform/Lines.h"
 #include "platform/Texts.h"
+#include "platform/files/LineEnds.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -43,7 +44,7 @@ SourceText::SourceText(std::string_view bytes, std::string fileName, PlainAscii 
 }
 
 std::string_view SourceText::NormalText() {
-  if (HasOnlyCrLf(text_)) return text_;
+  if (CurrentLineEnds() == LineEnds::Keep || HasOnlyCrLf(text_)) return text_;
   if (normal_.empty()) normal_ = WithCrLf(text_);
   return normal_;
 }
@@ -77,6 +78,12 @@ std::optional<std::string> SourceText::TryFit(
 
 std::vector<std::string_view> SourceText::Encode(const std::vector<std::string_view>& pieces,
                                                  std::string& storage) const {
+  if (CurrentLineEnds() == LineEnds::Keep && !HasOnlyCrLf(text_)) {
+    std::string joined;
+    for (const std::string_view piece : pieces) joined += piece;
+    storage = EncodeText(WithEndsOf(text_, joined), encoding_);
+    return {storage};
+  }
   if (IsUtf16(encoding_)) {
     TextFile file;
     file.encoding = encoding_;

@@ -29,7 +29,8 @@ class SourceText {
 
   // The text without its mark: UTF-8 when the file has a mark, the file's bytes otherwise.
   std::string_view Text() const { return text_; }
-  // The same with every line ended by CR LF; copied only where that changes it.
+  // The same as its backup has it: with every line ended by CR LF, unless line ends are kept
+  // (platform/files/LineEnds.h); copied only where that changes it.
   std::string_view NormalText();
 
   // `text` as it can stand in Text(). UTF-8 becomes the file's code page: the one it names (`namedPage`,
@@ -39,8 +40,8 @@ class SourceText {
   std::string Fit(const std::string& text, std::string_view subject,
                   const std::function<std::optional<std::uint32_t>()>& namedPage = {}) const;
 
-  // The bytes of a file that holds these pieces of text, its mark first. The result points into the pieces or
-  // into `storage`.
+  // The bytes of a file that holds these pieces of text, its mark first; with the line ends of Text() where
+  // they are kept. The result points into the pieces or into `storage`.
   std::vector<std::string_view> Encode(const std::vector<std::string_view>& pieces,
                                        std::string& storage) const;
 

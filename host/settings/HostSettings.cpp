@@ -8,6 +8,7 @@
 #include "host/settings/Engine.h"
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
+#include "platform/files/LineEnds.h"
 #include "platform/files/Paths.h"
 #include "platform/registry/Registry.h"
 
@@ -33,6 +34,8 @@ std::string ShareAsStored(std::string_view key) {
 constexpr std::array<std::string_view, 8> kSkippable{"vb",  "jsharp", "setup",   "web",
                                                      "mfc", "atl",    "managed", "other"};
 
+constexpr std::array<std::string_view, 2> kLineEnds{"crlf", "keep"};
+
 constexpr std::array<std::string_view, 3> kChecks{"fail", "warn", "off"};
 
 constexpr std::array kRows{
@@ -57,6 +60,11 @@ constexpr std::array kRows{
         "CheckBuilt", "WHAT", OneWord{&HostSettings::checkBuilt, kChecks},
         "what becomes of a run that succeeded but left a program missing, stale or of another version: fail, "
         "warn, or off: nobody looks"},
+    HostSettingRow{"History", "N",
+                   WholeNumber{&HostSettings::history, 0, 10000, "a number of runs from 0 to 10000"},
+                   "of how many runs the files are kept that they changed, for qxhost restore; 0 for none"},
+    HostSettingRow{"LineEnds", "WHICH", OneWord{&HostSettings::lineEnds, kLineEnds},
+                   "which line ends stamped files get: crlf throughout, or keep: each its own"},
     HostSettingRow{
         "Engine.Launcher", "PROGRAM", AnyText{&HostSettings::engineLauncher},
         "what stands before every C and C++ compile, as ccache, distcc or icecc (outside Windows)"},
@@ -278,11 +286,13 @@ HostSettingsInUse::HostSettingsInUse(HostSettings settings) : settings_(std::mov
                        settings_.engineJobs > 0 ? std::to_string(settings_.engineJobs) : "",
                        Joined(settings_.engineSkip, ",", ",")});
   SetShares(settings_.shares);
+  SetLineEnds(settings_.lineEnds == "keep" ? LineEnds::Keep : LineEnds::CrLf);
   inUse = &settings_;
 }
 
 HostSettingsInUse::~HostSettingsInUse() {
   inUse = nullptr;
+  SetLineEnds(LineEnds::CrLf);
   SetShares({});
   ApplyEngineSettings({});
   SetRegistryFile("");

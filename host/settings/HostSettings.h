@@ -30,6 +30,10 @@ struct HostSettings {
   // What a run does that succeeded without making every program as it should: fail, warn, or off, where nobody
   // looks.
   std::string checkBuilt = "fail";
+  // Of how many runs the files are kept that they changed, so that they can be had back; 0: of none.
+  int history = 20;
+  // Which line ends stamped files get: crlf throughout, or keep: each its own.
+  std::string lineEnds = "crlf";
   // Of the engine (Engine.h), outside Windows: what stands before every C and C++ compile; how many compilers
   // run at a time, 0 for as many as there are processors; which projects are skipped where they cannot be built.
   std::string engineLauncher;

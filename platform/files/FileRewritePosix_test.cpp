@@ -1,4 +1,6 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,6 +9,7 @@
 #include <iterator>
 
 #include "platform/files/FileRewrite.h"
+#include "platform/files/WriteObserver.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -108,6 +111,143 @@ TEST_F(FileRewritePosix, AnUnchangedFileIsLeftAndItsBackupIsARealCopy) {
   EXPECT_EQ(fs::last_write_time(path), time);
   EXPECT_EQ(fs::hard_link_count(path), 1U);
   EXPECT_EQ(Read("a.bak"), "same");
+}
+
+TEST_F(FileRewritePosix, ABackupIsNeverASecondNameOfTheFile) {
+  const std::string path = Write("a", "old");
+  FileRewrite rewrite(path);
+  const std::string_view old[] = {rewrite.Bytes()}, changed[] = {"new"};
+  struct Looker : WriteObserver {
+    void BeforeWrites(std::span<const PlannedWrite>) override { count = fs::hard_link_count(path); }
+    std::string path;
+    std::uintmax_t count = 0;
+  } looker;
+  looker.path = path;
+  {
+    const WritesObserved observed(looker);
+    rewrite.Commit(".bak", BackupRule::EveryTime, old, changed);
+  }
+  EXPECT_EQ(looker.count, 1U);
+  EXPECT_EQ(fs::hard_link_count(path), 1U);
+  EXPECT_EQ(fs::hard_link_count(path + ".bak"), 1U);
+}
+
+TEST_F(FileRewritePosix, AFileThatAnotherProgramWritesToMeanwhileIsLeftToIt) {
+  const std::string path = Write("a", "old text");
+  for (const std::string theirs : {"half", "new text", "a longer one"}) {
+    Write("a", "old text");
+    FileRewrite rewrite(path);
+    const std::string_view old[] = {rewrite.Bytes()}, changed[] = {"stamped"};
+    Write("a", theirs);
+    std::string message;
+    try {
+      rewrite.Commit(".bak", BackupRule::EveryTime, old, changed);
+    } catch (const Exception& error) {
+      message = error.Message();
+    }
+    EXPECT_EQ(message, "Cannot write " + path + ": another program has written to it meanwhile");
+    EXPECT_EQ(Read("a"), theirs);
+    EXPECT_FALSE(fs::exists(folder / "a.bak"));
+  }
+}
+
+TEST_F(FileRewritePosix, AFileThatTookItsPlaceMeanwhileIsLeft) {
+  const std::string path = Write("a", "old");
+  FileRewrite rewrite(path);
+  const std::string_view old[] = {rewrite.Bytes()}, changed[] = {"stamped"};
+  Write("b", "old");
+  fs::last_write_time(folder / "b", fs::last_write_time(path));
+  fs::rename(folder / "b", path);
+  EXPECT_THROW(rewrite.Commit(".bak", BackupRule::EveryTime, old, changed), Exception);
+  EXPECT_EQ(Read("a"), "old");
+}
+
+TEST_F(FileRewritePosix, WhatAKilledProcessLeftGoesWithTheNextWrite) {
+  const std::string path = Write("a", "old");
+  Write(".a.tmp", "half of someth");
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new"), "");
+  EXPECT_EQ(Read("a"), "new");
+  EXPECT_FALSE(fs::exists(folder / ".a.tmp"));
+}
+
+TEST_F(FileRewritePosix, WhatALivingProcessWritesIsWaitedForAndLeft) {
+  const std::string path = Write("a", "old");
+  const std::string theirs = Write(".a.tmp", "theirs");
+  const int number = open(theirs.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(flock(number, LOCK_EX), 0);
+  const std::string message = Commit(path, BackupRule::EveryTime, "new");
+  close(number);
+  EXPECT_EQ(message.rfind("Cannot write " + path + ": ", 0), 0U) << message;
+  EXPECT_EQ(Read("a"), "old");
+  EXPECT_EQ(Read(".a.tmp"), "theirs");
+}
+
+TEST_F(FileRewritePosix, SeveralTogetherAreWrittenWhenTheyArePlaced) {
+  std::vector<std::string> paths;
+  for (int i = 0; i < 300; ++i) paths.push_back(Write("f" + std::to_string(i), "old" + std::to_string(i)));
+  RewritesTogether rewrites;
+  for (const std::string& path : paths) EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new"), "");
+  EXPECT_EQ(Read("f0"), "old0");
+  EXPECT_EQ(rewrites.PlacedCount(), 0U);
+  rewrites.Place();
+  EXPECT_EQ(rewrites.PlacedCount(), 300U);
+  for (int i = 0; i < 300; ++i) {
+    EXPECT_EQ(Read("f" + std::to_string(i)), "new");
+    EXPECT_EQ(Read("f" + std::to_string(i) + ".bak"), "old" + std::to_string(i));
+  }
+}
+
+TEST_F(FileRewritePosix, OfSeveralTogetherThoseBeforeAFailureAreWrittenAndNoneFromItOn) {
+  for (const char* name : {"a", "b", "c"}) Write(name, "old");
+  RewritesTogether rewrites;
+  for (const char* name : {"a", "b", "c"}) {
+    EXPECT_EQ(Commit((folder / name).string(), BackupRule::EveryTime, "new"), "");
+  }
+  Write("b", "theirs");
+  EXPECT_THROW(rewrites.Place(), Exception);
+  EXPECT_EQ(rewrites.PlacedCount(), 1U);
+  EXPECT_EQ(Read("a") + " " + Read("b") + " " + Read("c"), "new theirs old");
+  EXPECT_FALSE(fs::exists(folder / "c.bak"));
+}
+
+TEST_F(FileRewritePosix, AFileThatIsOpenedAgainIsPlacedFirstUnderWhateverName) {
+  Write("a", "one");
+  fs::create_directory_symlink(folder, folder / "same");
+  RewritesTogether rewrites;
+  EXPECT_EQ(Commit((folder / "a").string(), BackupRule::EveryTime, "two"), "");
+  EXPECT_EQ(Commit((folder / "same" / "a").string(), BackupRule::EveryTime, "three"), "");
+  EXPECT_EQ(Read("a") + " " + Read("a.bak"), "two one");
+  rewrites.Place();
+  EXPECT_EQ(Read("a") + " " + Read("a.bak"), "three two");
+}
+
+TEST_F(FileRewritePosix, WhatIsNotPlacedIsNotWritten) {
+  const std::string path = Write("a", "old");
+  {
+    RewritesTogether rewrites;
+    EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new"), "");
+  }
+  EXPECT_EQ(Read("a"), "old");
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
+}
+
+TEST_F(FileRewritePosix, AnObserverIsToldBeforeAnythingIsWrittenAndMayForbidIt) {
+  struct Refuser : WriteObserver {
+    void BeforeWrites(std::span<const PlannedWrite> writes) override {
+      for (const PlannedWrite& write : writes) {
+        told += std::string(write.path.substr(write.path.rfind('/') + 1)) + ":" + std::string(*write.before);
+        for (const std::string_view piece : *write.after) told += ">" + std::string(piece);
+      }
+      throw Exception("not now");
+    }
+    std::string told;
+  } refuser;
+  const std::string path = Write("a", "old");
+  const WritesObserved observed(refuser);
+  EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new"), "not now");
+  EXPECT_EQ(refuser.told, "a:old>n>ew");
+  EXPECT_EQ(Read("a"), "old");
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
 }
 
 TEST_F(FileRewritePosix, AReadOnlyFileIsNamedAndNothingIsWritten) {

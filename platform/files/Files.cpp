@@ -7,6 +7,8 @@
 #include "platform/Texts.h"
 #include "platform/files/FilesSystem.h"
 #include "platform/files/Paths.h"
+#include "platform/files/StagedFile.h"
+#include "platform/files/WriteObserver.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -56,9 +58,15 @@ void Replace(const std::string& path, std::string_view bytes, const std::string&
   std::string reason = system::WhyNotWritable(target);
   if (!reason.empty()) Fail("Cannot write ", path, reason);
   std::string old;
-  if (TryReadFile(target, old) && old == bytes) return;
+  const bool exists = TryReadFile(target, old);
+  if (exists && old == bytes) return;
   if (WritesAreCaptured()) return Record(target, std::string(bytes));
-  if (!system::Replace(target, {&bytes, 1}, model, reason)) Fail("Cannot write ", path, reason);
+  PlannedWrite planned{target, std::nullopt, std::span(&bytes, 1)};
+  if (exists) planned.before = old;
+  TellObserver({&planned, 1});
+  const auto facts = system::FactsOf(model.empty() ? target : model);
+  if (!system::Replace(target, {&bytes, 1}, facts ? &*facts : nullptr, !model.empty(), reason))
+    Fail("Cannot write ", path, reason);
 }
 
 bool MakeFolders(const std::string& path, std::string& reason) {
@@ -122,6 +130,13 @@ std::optional<std::int64_t> TimeWritten(const std::string& path) {
   return system::TimeWritten(found);
 }
 
+bool AreSameFile(const std::string& one, const std::string& other) {
+  const auto first = system::FactsOf(RealPath(one)), second = system::FactsOf(RealPath(other));
+  return first && second && first->device == second->device && first->number == second->number;
+}
+
+std::string RealPath(const std::string& path) { return system::WriteTarget(path); }
+
 void CreateFolders(const std::string& path) {
   std::string reason;
   if (!path.empty() && !MakeFolders(ExpandPath("", path), reason))
@@ -139,18 +154,27 @@ void RemoveFile(const std::string& path) {
   if (!FileExists(path)) return;
   const std::string found = FindExisting(path);
   if (WritesAreCaptured()) return Record(system::WriteTarget(path), std::nullopt);
-  std::string reason;
+  PlannedWrite planned{found, std::nullopt, std::nullopt};
+  std::string old, reason;
+  if (TryReadFile(found, old)) planned.before = old;
+  TellObserver({&planned, 1});
   if (!system::Remove(found, reason)) Fail("Cannot remove ", path, reason);
 }
+
+void RemoveLeftover(const std::string& path) { system::RemoveLeftover(system::WriteTarget(path)); }
 
 FileInUse::~FileInUse() = default;
 FileNotLockable::~FileNotLockable() = default;
 
-FileLock::FileLock(const std::string& path, std::chrono::milliseconds patience) {
+FileLock::FileLock(const std::string& path, std::chrono::milliseconds patience)
+    : FileLock(path, patience, Words()) {}
+
+FileLock::FileLock(const std::string& path, std::chrono::milliseconds patience, const Words& words) {
   const auto end = std::chrono::steady_clock::now() + patience;
   std::string holder;
-  while ((held_ = system::TakeLock(path, holder)) == nullptr) {
-    if (std::chrono::steady_clock::now() >= end) throw FileInUse(path + " is in use by process " + holder);
+  while ((held_ = system::TakeLock(path, words.note, holder)) == nullptr) {
+    if (std::chrono::steady_clock::now() >= end)
+      throw FileInUse((words.what.empty() ? path : words.what) + " is in use by process " + holder);
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
 }

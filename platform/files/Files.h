@@ -42,6 +42,11 @@ bool FolderExists(const std::string& path);
 // When the file was last written, on the system's own scale: to be compared with other files' times. None where
 // it cannot be looked at.
 std::optional<std::int64_t> TimeWritten(const std::string& path);
+// Whether both names lead to one and the same file, through links and in whatever spelling. False where either
+// is not there.
+bool AreSameFile(const std::string& one, const std::string& other);
+// The path on disk with links followed, of a file or folder that is there; else as far as it is.
+std::string RealPath(const std::string& path);
 // Makes the folder and those above it. Raises "Cannot create folder FOLDER: REASON".
 void CreateFolders(const std::string& path);
 
@@ -55,6 +60,9 @@ void ReplaceFile(const std::string& path, std::string_view bytes);
 void CopyFileAside(const std::string& from, const std::string& to);
 // Raises "Cannot remove FILE: REASON"; a file that is not there is no error.
 void RemoveFile(const std::string& path);
+
+// Takes away what a killed process left beside the file while it wrote to it.
+void RemoveLeftover(const std::string& path);
 
 // "FILE is in use by process N": another holds the lock. Trying again may help.
 class QX_API FileInUse final : public Exception {
@@ -71,12 +79,19 @@ class QX_API FileNotLockable final : public Exception {
 };
 
 // Holds the right to change a file against other processes and other locks of this one, through a file named
-// FILE.lock beside it that goes away with the lock, or with the process.
+// FILE.lock beside it that goes away with the lock, on Windows with the process too; elsewhere what a killed
+// process left is the next one's.
 class FileLock {
  public:
+  // How a lock is spoken of.
+  struct Words {
+    std::string what;  // in complaints, in the place of the file; empty: the file
+    std::string note;  // behind the process's number in the complaints of others
+  };
   // Waits for another holder for as long as `patience`. Raises FileInUse when it still holds the lock then,
   // FileNotLockable when the lock cannot be had at all.
   explicit FileLock(const std::string& path, std::chrono::milliseconds patience = {});
+  FileLock(const std::string& path, std::chrono::milliseconds patience, const Words& words);
   ~FileLock();
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;

@@ -4,10 +4,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -22,6 +22,7 @@ namespace qx {
 namespace {
 
 constexpr std::size_t kPartSize = 1 << 18;
+constexpr std::size_t kMostOfANote = 4096;
 
 using system::Descriptor;
 using system::LastError;
@@ -76,47 +77,9 @@ bool WriteAll(int number, std::string_view bytes) {
   return true;
 }
 
-// A new file beside the target, named so that nobody takes it for a source file.
-int CreateBeside(const std::string& target, std::string& name) {
-  static std::atomic<unsigned> counter{0};  // no two names of this process are the same
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    name = FolderPart(target) + "." + FilePart(target) + "." + std::to_string(getpid()) + "-" +
-           std::to_string(counter++) + ".tmp";
-    const int number = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (number >= 0 || errno != EEXIST) return number;
-  }
-  return -1;
-}
-
 std::string AbsolutePath(const std::string& path) {
   const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
   return real ? std::string(real.get()) : std::string();
-}
-
-bool WriteAndRename(const std::string& target, std::span<const std::string_view> pieces,
-                    const system::FileFacts* model, bool leaveToWrite, std::string& reason) {
-  std::string name;
-  Descriptor file(CreateBeside(target, name));
-  if (!file.IsOpen()) {
-    reason = LastError();
-    return false;
-  }
-  bool done = true;
-  struct stat made;
-  if (model != nullptr && fstat(file.Number(), &made) == 0) {
-    // Only the superuser can give files away: a file that cannot be given stays the writer's.
-    const bool isTheirs = made.st_uid != model->owner || made.st_gid != model->group;
-    if (isTheirs && fchown(file.Number(), model->owner, model->group) != 0) errno = 0;
-    const mode_t mode = leaveToWrite ? model->mode | S_IWUSR : model->mode;
-    if ((made.st_mode & 07777) != mode) done = fchmod(file.Number(), mode) == 0;
-  }
-  for (const std::string_view piece : pieces) done = done && WriteAll(file.Number(), piece);
-  done = done && fsync(file.Number()) == 0;
-  done = done && file.Close() && rename(name.c_str(), target.c_str()) == 0;
-  if (done) return true;
-  reason = LastError();
-  unlink(name.c_str());
-  return false;
 }
 
 }  // namespace
@@ -181,40 +144,78 @@ std::string WhyNothingCanBeMadeIn(const std::string& folder) {
   return access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) == 0 ? "" : LastError();
 }
 
-std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes) {
+namespace {
+
+// The times of files go on in steps of some milliseconds: two writings within one step bear one time.
+constexpr std::int64_t kStep = 100'000'000;
+
+std::int64_t Nanoseconds(const timespec& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+FileFacts FactsFrom(const struct stat& status) {
+  FileFacts facts;
+  facts.mode = status.st_mode & 07777;
+  facts.owner = status.st_uid;
+  facts.group = status.st_gid;
+  facts.device = status.st_dev;
+  facts.number = status.st_ino;
+  facts.size = static_cast<std::uint64_t>(status.st_size);
+  facts.time = Nanoseconds(status.st_mtim);
+  return facts;
+}
+
+bool IsFresh(const FileFacts& facts) {
+  timespec now;
+  clock_gettime(CLOCK_REALTIME_COARSE, &now);
+  const std::int64_t age = Nanoseconds(now) - facts.time;
+  return age > -kStep && age < kStep;
+}
+
+}  // namespace
+
+std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes, std::string& reason) {
   Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
   struct stat status;
-  if (!file.IsOpen() || fstat(file.Number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-  std::string reason;
+  if (!file.IsOpen() || fstat(file.Number(), &status) != 0) {
+    reason = LastError();
+    return std::nullopt;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    reason = S_ISDIR(status.st_mode) ? "it is a folder" : "it is not a regular file";
+    return std::nullopt;
+  }
+  FileFacts facts = FactsFrom(status);
+  facts.isFresh = IsFresh(facts);
   if (!Drain(file.Number(), static_cast<std::size_t>(status.st_size), bytes, reason)) return std::nullopt;
   const bool isOwn = geteuid() == 0 || (status.st_uid == geteuid() && (status.st_mode & S_IWUSR) != 0);
-  const bool mayBeWritten =
+  facts.mayBeWritten =
       (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0 && (isOwn || access(path.c_str(), W_OK) == 0);
-  return FileFacts{mayBeWritten, status.st_nlink == 1, status.st_mode & 07777, status.st_uid, status.st_gid};
+  return facts;
 }
 
-bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
-             std::string& reason) {
+bool IsStill(const std::string& path, const FileFacts& facts, std::string_view bytes) {
   struct stat status;
-  const bool hasModel = stat(model.empty() ? target.c_str() : model.c_str(), &status) == 0;
-  if (!hasModel) return WriteAndRename(target, pieces, nullptr, false, reason);
-  const FileFacts facts{true, false, status.st_mode & 07777, status.st_uid, status.st_gid};
-  return WriteAndRename(target, pieces, &facts, !model.empty(), reason);
+  if (lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  const FileFacts now = FactsFrom(status);
+  if (now.device != facts.device || now.number != facts.number || now.size != facts.size ||
+      now.time != facts.time || now.size != bytes.size()) {
+    return false;
+  }
+  std::string again, reason;
+  return !facts.isFresh || (Read(path, again, reason) && again == bytes);
 }
 
-bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces,
-                    const FileFacts& facts, bool leaveToWrite, std::string& reason) {
-  return WriteAndRename(target, pieces, &facts, leaveToWrite, reason);
+std::optional<FileFacts> FactsOf(const std::string& path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  return FactsFrom(status);
 }
 
 bool Remove(const std::string& target, std::string& reason) {
   if (unlink(target.c_str()) == 0 || errno == ENOENT) return true;
   reason = LastError();
   return false;
-}
-
-bool AddName(const std::string& file, const std::string& name) {
-  return link(file.c_str(), name.c_str()) == 0;
 }
 
 bool MakeFolder(const std::string& path, std::string& reason) {
@@ -231,7 +232,7 @@ bool IsFolder(const std::string& path) {
 std::optional<std::int64_t> TimeWritten(const std::string& path) {
   struct stat status;
   if (stat(path.c_str(), &status) != 0) return std::nullopt;
-  return std::int64_t{status.st_mtim.tv_sec} * 1000000000 + status.st_mtim.tv_nsec;
+  return Nanoseconds(status.st_mtim);
 }
 
 namespace {
@@ -252,14 +253,14 @@ class Lock final : public HeldLock {
 
 }  // namespace
 
-std::unique_ptr<HeldLock> TakeLock(const std::string& path, std::string& holder) {
+std::unique_ptr<HeldLock> TakeLock(const std::string& path, const std::string& note, std::string& holder) {
   const std::string name = WriteTarget(path) + ".lock";
   for (;;) {
     Descriptor file(open(name.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666));
     if (!file.IsOpen()) RefuseLock(path);
     if (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) {
       if (errno != EWOULDBLOCK) RefuseLock(path);
-      char who[32];
+      char who[kMostOfANote];
       const ssize_t size = pread(file.Number(), who, sizeof who, 0);
       holder = size > 0 ? std::string(who, static_cast<std::size_t>(size)) : "unknown";
       return nullptr;
@@ -269,7 +270,7 @@ std::unique_ptr<HeldLock> TakeLock(const std::string& path, std::string& holder)
     const bool current = fstat(file.Number(), &mine) == 0 && stat(name.c_str(), &named) == 0 &&
                          mine.st_ino == named.st_ino && mine.st_dev == named.st_dev;
     if (!current) continue;
-    if (ftruncate(file.Number(), 0) != 0 || !WriteAll(file.Number(), std::to_string(getpid())))
+    if (ftruncate(file.Number(), 0) != 0 || !WriteAll(file.Number(), std::to_string(getpid()) + note))
       RefuseLock(path);
     return std::make_unique<Lock>(file.Release(), name);
   }

@@ -6,7 +6,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -29,30 +28,25 @@ std::string WhyNotWritable(const std::string& target);
 // Why nothing can be made in a folder; empty when it can, as far as the system tells beforehand.
 std::string WhyNothingCanBeMadeIn(const std::string& folder);
 
-// Writes beside the target, flushes, renames. The mode is taken from the file `model`, with leave to write;
-// from the old file when `model` is empty. The bytes come in pieces, so that a large file need not be joined.
-bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
-             std::string& reason);
-
-// What reading a file told about its replacement, so that nothing is asked of the system twice.
+// What is known of a file besides its bytes.
 struct FileFacts {
   bool mayBeWritten = false;
-  bool hasOneName = false;
-  std::uint32_t mode = 0, owner = 0, group = 0;
+  std::uint32_t mode = 0, owner = 0, group = 0;  // on Windows the mode is the file's attributes
+  // By which it is told whether it is still the same file with the same bytes.
+  std::uint64_t device = 0, number = 0, size = 0;
+  std::int64_t time = 0;
+  // It was written so shortly before it was read that its time might not tell of another writing.
+  bool isFresh = false;
 };
-// Reads a regular file that stands under exactly this name, no link. None where that is not so, or not known
-// to be.
-std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes);
-// As Replace, for a file that was read so; `leaveToWrite` adds that to the mode.
-bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces,
-                    const FileFacts& facts, bool leaveToWrite, std::string& reason);
+// Reads a regular file that stands under exactly this name, no link; the facts are of before the reading.
+std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes, std::string& reason);
+// Whether the file is the one that was read, and nobody has written to it since.
+bool IsStill(const std::string& path, const FileFacts& facts, std::string_view bytes);
+// Of a file of that name, links followed; none where there is no such file.
+std::optional<FileFacts> FactsOf(const std::string& path);
 
 // True when there is no such file afterwards.
 bool Remove(const std::string& target, std::string& reason);
-
-// Gives the file a second name, at which nothing may be yet: the cheapest copy of a file that is about to be
-// replaced. False, and nothing is done, where the system cannot.
-bool AddName(const std::string& file, const std::string& name);
 
 // Makes one folder; true when it exists afterwards.
 bool MakeFolder(const std::string& path, std::string& reason);
@@ -67,8 +61,8 @@ class HeldLock {
  public:
   virtual ~HeldLock() = default;
 };
-// Takes the lock on a file at once. Null when another holds it: `holder` is then its process identifier, or
-// "unknown". Raises FileNotLockable.
-std::unique_ptr<HeldLock> TakeLock(const std::string& path, std::string& holder);
+// Takes the lock on a file at once, with `note` for those who find it taken. Null when another holds it: `holder`
+// is then its process identifier and its note, or "unknown". Raises FileNotLockable.
+std::unique_ptr<HeldLock> TakeLock(const std::string& path, const std::string& note, std::string& holder);
 
 }  // namespace qx::system

@@ -2,8 +2,9 @@
 
 #include <windows.h>
 
-#include <atomic>
+#include <algorithm>
 
+#include "platform/Texts.h"
 #include "platform/WindowsText.h"
 #include "platform/files/FilesSystem.h"
 #include "platform/files/Paths.h"
@@ -18,6 +19,7 @@ using system::LastError;
 // Calls of the system move at most 4 GB at once; 64 MB leaves no doubt.
 constexpr std::size_t kMostAtOnce = 1 << 26;
 constexpr DWORD kPartSize = 1 << 18;
+constexpr std::size_t kMostOfANote = 4096;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 bool ReadAll(HANDLE file, std::size_t size, std::string& bytes) {
@@ -42,12 +44,6 @@ bool WriteAll(HANDLE file, std::string_view bytes) {
     bytes.remove_prefix(count);
   }
   return true;
-}
-
-std::wstring BesideName(const std::string& target) {
-  static std::atomic<unsigned> counter{0};  // no two names of this process are the same
-  return system::WidePath(target + "." + std::to_string(GetCurrentProcessId()) + "-" +
-                          std::to_string(counter++) + ".tmp");
 }
 
 }  // namespace
@@ -78,8 +74,19 @@ bool ReadParts(const std::string& path, std::string& buffer,
   return false;
 }
 
+// Under the name that the file has on disk, whoever spells it otherwise: replaced, it would take on the
+// spelling of the path.
+std::string InItsOwnLetters(const std::string& path) {
+  WIN32_FIND_DATAW found;
+  const HANDLE search = FindFirstFileW(WidePath(path).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return path;
+  FindClose(search);
+  const std::string name = FromWide(found.cFileName);
+  return SameText(name, FilePart(path)) ? FolderPart(path) + name : path;
+}
+
 std::string WriteTarget(const std::string& path) {
-  const std::string full = ExpandPath("", path);
+  const std::string full = InItsOwnLetters(ExpandPath("", path));
   const DWORD attributes = GetFileAttributesW(WidePath(full).c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return full;
   const Handle file(CreateFileW(WidePath(full).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
@@ -102,48 +109,54 @@ std::string WhyNothingCanBeMadeIn(const std::string&) { return ""; }
 
 namespace {
 
-// Whether another program keeps the file from being replaced; asked first, because a replacement that breaks
-// off may leave a file of the system's own behind.
-bool IsHeld(const std::wstring& name) {
-  const Handle file(
-      CreateFileW(name.c_str(), GENERIC_READ | DELETE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-  return !file.IsOpen() && GetLastError() == ERROR_SHARING_VIOLATION;
+std::uint64_t Whole(DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; }
+
+std::optional<FileFacts> FactsFrom(HANDLE file) {
+  BY_HANDLE_FILE_INFORMATION about;
+  if (!GetFileInformationByHandle(file, &about)) return std::nullopt;
+  FileFacts facts;
+  facts.mode = about.dwFileAttributes;
+  facts.mayBeWritten = (about.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) == 0;
+  facts.device = about.dwVolumeSerialNumber;
+  facts.number = Whole(about.nFileIndexHigh, about.nFileIndexLow);
+  facts.size = Whole(about.nFileSizeHigh, about.nFileSizeLow);
+  facts.time = static_cast<std::int64_t>(
+      Whole(about.ftLastWriteTime.dwHighDateTime, about.ftLastWriteTime.dwLowDateTime));
+  return facts;
+}
+
+Handle OpenToRead(const std::string& path, DWORD rights) {
+  return Handle(CreateFileW(WidePath(path).c_str(), rights, kShareAll, nullptr, OPEN_EXISTING,
+                            FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
 }  // namespace
 
-bool Replace(const std::string& target, std::span<const std::string_view> pieces, const std::string& model,
-             std::string& reason) {
-  const std::wstring name = BesideName(target);
-  const std::wstring wide = WidePath(target);
-  const DWORD old = GetFileAttributesW((model.empty() ? wide : WidePath(model)).c_str());
-  const DWORD kept = old == INVALID_FILE_ATTRIBUTES
-                         ? FILE_ATTRIBUTE_NORMAL
-                         : old & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE);
-  if (IsHeld(wide)) {
-    reason = ErrorText(ERROR_SHARING_VIOLATION);
+std::optional<FileFacts> ReadWithFacts(const std::string& path, std::string& bytes, std::string& reason) {
+  const Handle file = OpenToRead(path, GENERIC_READ);
+  std::optional<FileFacts> facts;
+  if (file.IsOpen()) facts = FactsFrom(file.Get());
+  if (facts && ReadAll(file.Get(), static_cast<std::size_t>(facts->size), bytes)) {
+    facts->isFresh = true;  // the system writes times late, and in steps that each file system has of its own
+    return facts;
+  }
+  reason = IsFolder(path) ? "it is a folder" : LastError();
+  return std::nullopt;
+}
+
+bool IsStill(const std::string& path, const FileFacts& facts, std::string_view bytes) {
+  const auto now = FactsOf(path);
+  if (!now || now->device != facts.device || now->number != facts.number || now->size != facts.size ||
+      now->time != facts.time || now->size != bytes.size()) {
     return false;
   }
-  Handle file(CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, kept, nullptr));
-  if (!file.IsOpen()) {
-    reason = LastError();
-    return false;
-  }
-  bool done = true;
-  for (const std::string_view piece : pieces) done = done && WriteAll(file.Get(), piece);
-  done = done && FlushFileBuffers(file.Get()) && file.Close();
-  if (done) {
-    // The first keeps the old file's access list; it does not make new files.
-    const bool exists = GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES;
-    done = (exists && ReplaceFileW(wide.c_str(), name.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
-                                   nullptr, nullptr)) ||
-           MoveFileExW(name.c_str(), wide.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-  }
-  if (done) return true;
-  reason = LastError();
-  file.Close();
-  DeleteFileW(name.c_str());
-  return false;
+  std::string again, reason;
+  return !facts.isFresh || (Read(path, again, reason) && again == bytes);
+}
+
+std::optional<FileFacts> FactsOf(const std::string& path) {
+  const Handle file = OpenToRead(path, FILE_READ_ATTRIBUTES);
+  return file.IsOpen() ? FactsFrom(file.Get()) : std::nullopt;
 }
 
 bool Remove(const std::string& target, std::string& reason) {
@@ -151,15 +164,6 @@ bool Remove(const std::string& target, std::string& reason) {
   reason = LastError();
   return false;
 }
-
-std::optional<FileFacts> ReadWithFacts(const std::string&, std::string&) { return std::nullopt; }
-bool ReplaceByFacts(const std::string& target, std::span<const std::string_view> pieces, const FileFacts&,
-                    bool, std::string& reason) {
-  return Replace(target, pieces, "", reason);
-}
-
-// ReplaceFileW carries the old file's identity over to the new one: a second name would show the new bytes.
-bool AddName(const std::string&, const std::string&) { return false; }
 
 bool MakeFolder(const std::string& path, std::string& reason) {
   if (CreateDirectoryW(WidePath(path).c_str(), nullptr) || IsFolder(path)) return true;
@@ -193,7 +197,7 @@ class Lock final : public HeldLock {
 
 }  // namespace
 
-std::unique_ptr<HeldLock> TakeLock(const std::string& path, std::string& holder) {
+std::unique_ptr<HeldLock> TakeLock(const std::string& path, const std::string& note, std::string& holder) {
   const std::wstring name = WidePath(WriteTarget(path) + ".lock");
   Handle file(CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
                           FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS,
@@ -203,10 +207,10 @@ std::unique_ptr<HeldLock> TakeLock(const std::string& path, std::string& holder)
     if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED)
       throw FileNotLockable("Cannot lock " + path + ": " + ErrorText(error));
     const Handle held(CreateFileW(name.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (!held.IsOpen() || !ReadAll(held.Get(), 32, holder) || holder.empty()) holder = "unknown";
+    if (!held.IsOpen() || !ReadAll(held.Get(), kMostOfANote, holder) || holder.empty()) holder = "unknown";
     return nullptr;
   }
-  if (!WriteAll(file.Get(), std::to_string(GetCurrentProcessId())))
+  if (!WriteAll(file.Get(), std::to_string(GetCurrentProcessId()) + note))
     throw FileNotLockable("Cannot lock " + path + ": " + LastError());
   return std::make_unique<Lock>(file.Release());
 }

@@ -73,6 +73,15 @@ std::string_view DecodeText(std::string_view bytes, std::string& scratch) {
   return scratch;
 }
 
+std::string EncodeText(std::string_view text, TextEncoding encoding) {
+  std::string out(MarkBytes(encoding));
+  if (!IsUtf16(encoding)) return out.append(text);
+  const auto units = ToUtf16Strict(std::string(text));
+  if (!units) throw Exception("The text cannot be written as UTF-16: it is not UTF-8");
+  AppendUtf16(out, *units, encoding);
+  return out;
+}
+
 TextFile TextFile::FromBytes(std::string_view bytes) {
   std::string scratch;
   return {SplitLines(DecodeText(bytes, scratch)), EncodingOf(bytes)};

@@ -33,6 +33,10 @@ struct TextFile {
 // By the mark that a file's bytes begin with.
 TextEncoding EncodingOf(std::string_view bytes);
 
+// The text as a file's bytes, its mark first and its line ends as they stand. Raises "The text cannot be written as
+// UTF-16: it is not UTF-8".
+std::string EncodeText(std::string_view text, TextEncoding encoding);
+
 // The text without the mark of UTF-8 that it may begin with.
 std::string_view WithoutUtf8Mark(std::string_view text);
 
