@@ -1,4 +1,4 @@
-# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_lua, qx_sodium, qx_wx.
+# The libraries from outside, under the same names on both systems: qx_pugixml, qx_json, qx_lua, qx_sodium, qx_zstd, qx_crypto, qx_wx.
 # Linux takes Debian's packages. The Windows build takes the header-only ones from the same packages and
 # compiles pugixml and Lua from Debian's source packages, which scripts/setup leaves in the cache folder below.
 if(DEFINED ENV{XDG_CACHE_HOME})
@@ -48,6 +48,16 @@ if(WIN32)
   endif()
   add_library(qx_lua STATIC ${qx_lua_sources})
   target_include_directories(qx_lua SYSTEM PUBLIC "${QX_CACHE_FOLDER}/lua5.4/src")
+
+  set(qx_zstd_place "${QX_CACHE_FOLDER}/libzstd/lib")
+  file(GLOB qx_zstd_sources CONFIGURE_DEPENDS "${qx_zstd_place}/common/*.c" "${qx_zstd_place}/compress/*.c"
+       "${qx_zstd_place}/decompress/*.c")
+  if(NOT qx_zstd_sources)
+    message(FATAL_ERROR "${qx_zstd_place} was not found: run scripts/setup")
+  endif()
+  add_library(qx_zstd STATIC ${qx_zstd_sources})
+  target_compile_definitions(qx_zstd PRIVATE ZSTD_DISABLE_ASM)
+  target_include_directories(qx_zstd SYSTEM PUBLIC "${qx_zstd_place}")
 else()
   # The archive rather than the shared library: installed programs then need nothing beside the C++ runtime for it.
   find_library(QX_PUGIXML_ARCHIVE NAMES libpugixml.a)
@@ -57,6 +67,15 @@ else()
   add_library(qx_pugixml STATIC IMPORTED GLOBAL)
   set_target_properties(qx_pugixml PROPERTIES IMPORTED_LOCATION "${QX_PUGIXML_ARCHIVE}"
                         INTERFACE_INCLUDE_DIRECTORIES "${QX_PUGIXML_HEADERS}")
+
+  # Archives: a few functions of each, and nothing that every start would have to load.
+  foreach(library zstd crypto)
+    string(TOUPPER ${library} upper)
+    find_library(QX_${upper}_ARCHIVE NAMES lib${library}.a)
+    qx_need(QX_${upper}_ARCHIVE lib${library}.a)
+    add_library(qx_${library} STATIC IMPORTED GLOBAL)
+    set_target_properties(qx_${library} PROPERTIES IMPORTED_LOCATION "${QX_${upper}_ARCHIVE}")
+  endforeach()
 
   # Shared, so that the system's security updates reach it.
   find_library(QX_SODIUM_LIBRARY NAMES sodium)

@@ -4,8 +4,8 @@
 
 #include "platform/CodePages.h"
 #include "platform/Lines.h"
+#include "platform/LineEnds.h"
 #include "platform/Texts.h"
-#include "platform/files/LineEnds.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {

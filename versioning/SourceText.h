@@ -30,7 +30,7 @@ class SourceText {
   // The text without its mark: UTF-8 when the file has a mark, the file's bytes otherwise.
   std::string_view Text() const { return text_; }
   // The same as its backup has it: with every line ended by CR LF, unless line ends are kept
-  // (platform/files/LineEnds.h); copied only where that changes it.
+  // (platform/LineEnds.h); copied only where that changes it.
   std::string_view NormalText();
 
   // `text` as it can stand in Text(). UTF-8 becomes the file's code page: the one it names (`namedPage`,

@@ -7,8 +7,8 @@
 
 #include "host/testing/TestFolder.h"
 #include "host/testing/TestLog.h"
+#include "platform/LineEnds.h"
 #include "platform/System.h"
-#include "platform/files/LineEnds.h"
 #include "platform/files/Paths.h"
 #include "solution/Vsnetsln.h"
 #include "versioning/AssemblyInfoPlace.h"

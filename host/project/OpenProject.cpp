@@ -34,19 +34,43 @@ OpenProject::OpenProject(BuildProject project, FindClass findClass, const Action
       surroundings_(surroundings) {
   for (int i = 0; i < ActionCount(); ++i) {
     actions_.push_back(Make(i));
-    loaded_.emplace_back();
+    opened_.emplace_back();
     TQXAction* action = actions_.back().get();
     if (action == nullptr) continue;
     project_.ReadAction(i, *action);
-    loaded_.back() = Capture(*action);
+    opened_.back() = Capture(*action);
     if (surroundings_.log != nullptr) GuardSecrets(*action, *surroundings_.log);
   }
+  saved_ = opened_;
 }
 
 OpenProject::State OpenProject::Capture(TQXAction& action) {
   CapturingWriter writer;
   action.WriteState(writer);
   return std::move(writer.values);
+}
+
+std::vector<OpenProject::State> OpenProject::States() const {
+  std::vector<State> states;
+  for (const auto& action : actions_) states.push_back(action == nullptr ? State() : Capture(*action));
+  return states;
+}
+
+bool OpenProject::IsChanged() const { return States() != saved_; }
+
+std::vector<KeptNumber> OpenProject::ChangedNumbers() const {
+  std::vector<KeptNumber> numbers;
+  const std::vector<State> now = States();
+  for (std::size_t i = 0; i < now.size(); ++i) {
+    for (const auto& [name, value] : now[i]) {
+      const auto before = opened_[i].find(name);
+      if (before == opened_[i].end() || before->second == value) continue;
+      const auto* from = std::get_if<std::string>(&before->second);
+      const auto* to = std::get_if<std::string>(&value);
+      if (from != nullptr && to != nullptr) numbers.push_back({static_cast<int>(i) + 1, name, *from, *to});
+    }
+  }
+  return numbers;
 }
 
 // The action of an index as it is when it is new; null when no loaded package has it.
@@ -62,7 +86,8 @@ TQXAction& OpenProject::Insert(const std::string& displayName, int index) {
     throw Exception("No loaded package has the action \"" + displayName + "\"");
   project_.InsertAction(index, displayName);
   actions_.insert(actions_.begin() + index, Make(index));
-  loaded_.emplace(loaded_.begin() + index);
+  opened_.emplace(opened_.begin() + index);
+  saved_.emplace(saved_.begin() + index);
   for (int i = index + 1; i < ActionCount(); ++i) {
     if (Action(i) == nullptr) continue;
     ActionSurroundings surroundings = surroundings_;
@@ -89,6 +114,7 @@ std::vector<std::string> OpenProject::Save() {
   std::string text = TextToSave();
   project_.Save();
   loadedText_ = std::move(text);
+  saved_ = States();
   std::vector<std::string> warnings = Warnings();
   hadClearText_ = false;
   return warnings;
@@ -140,9 +166,9 @@ std::vector<std::string> OpenProject::SaveInto(BuildProject fresh) {
       const std::string name(property.name);
       const auto value = after.find(name);
       if (value == after.end()) continue;
-      const auto before = loaded_[static_cast<std::size_t>(i)].find(name);
+      const auto before = saved_[static_cast<std::size_t>(i)].find(name);
       const bool changed =
-          before == loaded_[static_cast<std::size_t>(i)].end() || before->second != value->second;
+          before == saved_[static_cast<std::size_t>(i)].end() || before->second != value->second;
       if (changed && !found) {
         lost += (lost.empty() ? "" : ", ") + name + "=" + ForPeople(value->second);
       } else if (changed) {
@@ -159,6 +185,7 @@ std::vector<std::string> OpenProject::SaveInto(BuildProject fresh) {
                     " was changed by somebody else meanwhile and lacks an action; not saved: " + lost);
   }
   fresh.Save();
+  saved_ = States();
   if (hadClearText) warnings.push_back(ClearTextWarning());
   return warnings;
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/actions/ActionHost.h"
+#include "host/history/RunRecord.h"
 #include "host/project/BuildProject.h"
 
 namespace qx {
@@ -59,6 +60,11 @@ class OpenProject {
   // not known what stands in one of them: no loaded package has it.
   std::optional<std::vector<std::string>> StoredTexts() const;
 
+  // Whether a stored property of an action is another than when the project was opened or saved.
+  bool IsChanged() const;
+  // The text properties that are others than when the project was opened.
+  std::vector<KeptNumber> ChangedNumbers() const;
+
   // Bytes of the project's file as people may see them: "***" for a secret that stands there in clear text.
   std::string WithoutSecrets(std::string bytes) const;
 
@@ -67,6 +73,7 @@ class OpenProject {
   static State Capture(TQXAction& action);
   std::unique_ptr<TQXAction> Make(int index);
   std::vector<std::string> SaveInto(BuildProject fresh);
+  std::vector<State> States() const;
   // Puts the encrypted form in the place of each secret that stands in clear text in the action of an index,
   // which is of our action's type; whether there was one.
   bool EncryptSecrets(BuildProject& project, int index) const;
@@ -76,7 +83,8 @@ class OpenProject {
   FindClass findClass_;
   ActionSurroundings surroundings_;
   std::vector<std::unique_ptr<TQXAction>> actions_;
-  std::vector<State> loaded_;  // the values as they were read, one map an action
+  std::vector<State> opened_;  // the values as they were read, one map an action
+  std::vector<State> saved_;   // as they were read or saved last
   bool hadClearText_ = false;  // a secret's clear text was taken out of the project
 };
 

@@ -66,6 +66,8 @@ RunOutcome Runner::Execute(StopRequests& requests, std::optional<std::chrono::mi
   std::thread build([&] {
     std::optional<DryRun::Joined> joined;
     if (rehearsal_ != nullptr) joined.emplace(*rehearsal_);
+    std::optional<WritesObserved> observed;
+    if (writeObserver_ != nullptr) observed.emplace(*writeObserver_);
     outcome = ExecuteAll();
     requests.Finish();
   });

@@ -12,6 +12,7 @@
 #include "host/project/DryRun.h"
 #include "host/project/OpenProject.h"
 #include "host/system/StopRequests.h"
+#include "platform/files/WriteObserver.h"
 
 namespace qx {
 
@@ -36,6 +37,9 @@ class Runner {
 
   // Before Execute: its thread joins this dry run, which outlives it. Null: it is a run.
   void SetRehearsal(const DryRun* rehearsal) { rehearsal_ = rehearsal; }
+
+  // Before Execute: told of what the actions write, on their thread. It outlives the runner's Execute. Null: nobody is.
+  void SetWriteObserver(WriteObserver* observer) { writeObserver_ = observer; }
 
   // Asks every action whether it can run; each error goes into the log, and an exception too. An action that
   // no loaded package has is an error. Succeeded, Invalid or ExceptionLeft; Stopped when the flag was set
@@ -64,6 +68,7 @@ class Runner {
   std::atomic<bool>& stopping_;
   Observer observer_;
   const DryRun* rehearsal_ = nullptr;
+  WriteObserver* writeObserver_ = nullptr;
   std::mutex mutex_;
   TQXAction* running_ = nullptr;
   StopRequests::Event stoppedBy_ = StopRequests::Event::Finished;

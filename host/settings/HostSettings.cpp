@@ -6,9 +6,9 @@
 #include <optional>
 
 #include "host/settings/Engine.h"
+#include "platform/LineEnds.h"
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
-#include "platform/files/LineEnds.h"
 #include "platform/files/Paths.h"
 #include "platform/registry/Registry.h"
 

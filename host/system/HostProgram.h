@@ -11,6 +11,9 @@ namespace qx {
 // else $HOME/.config/qxhost/; %APPDATA%\qxhost\ on Windows. Raises Exception when the environment names none.
 // The folder need not exist.
 std::string ConfigFolder();
+// The same for what the host keeps for itself: $XDG_STATE_HOME/qxhost/, else $HOME/.local/state/qxhost/;
+// %LOCALAPPDATA%\qxhost\ on Windows.
+std::string StateFolder();
 
 // The folder of the running program's file, links followed, with its trailing delimiter.
 std::string ProgramFolder();

@@ -27,6 +27,14 @@ std::string ConfigFolder() {
   throw Exception("No configuration folder: set HOME, or name the options file with --options");
 }
 
+std::string StateFolder() {
+  const std::string state = ReadEnvironment("XDG_STATE_HOME").value_or("");
+  if (state.starts_with('/')) return WithTrailingDelimiter(state) + "qxhost/";
+  const std::string home = ReadEnvironment("HOME").value_or("");
+  if (!home.empty()) return WithTrailingDelimiter(home) + ".local/state/qxhost/";
+  throw Exception("No folder for what the host keeps: set HOME or XDG_STATE_HOME");
+}
+
 std::string ProgramFolder() {
   char path[PATH_MAX];
   const ssize_t size = readlink("/proc/self/exe", path, sizeof path);

@@ -24,6 +24,12 @@ std::string ConfigFolder() {
   return WithTrailingDelimiter(data) + "qxhost\\";
 }
 
+std::string StateFolder() {
+  const std::string data = ReadEnvironment("LOCALAPPDATA").value_or("");
+  if (data.empty()) throw Exception("No folder for what the host keeps: set LOCALAPPDATA");
+  return WithTrailingDelimiter(data) + "qxhost\\";
+}
+
 std::string ProgramFolder() {
   std::wstring path(kLongestPath, L'\0');
   const DWORD size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));

@@ -1,4 +1,4 @@
-#include "platform/files/LineEnds.h"
+#include "platform/LineEnds.h"
 
 #include <algorithm>
 #include <array>
