@@ -108,6 +108,8 @@ function(qx_tests name)
   include(GoogleTest)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 240)
 
+  # What tests have the host keep lies in the build folder, never in the user's.
+  list(APPEND ARG_ENVIRONMENT "XDG_STATE_HOME=${CMAKE_BINARY_DIR}/state" "LOCALAPPDATA=${drive}${CMAKE_BINARY_DIR}/state")
   # Discovery flattens lists, so the properties that are lists are set in a file of their own, read after it.
   set(lists "${CMAKE_CURRENT_BINARY_DIR}/${name}_lists.cmake")
   file(WRITE "${lists}" "if(${name}_TESTS)

@@ -29,6 +29,9 @@ constexpr std::array kGlobals{
 
 constexpr OperandRow kFile{"FILE", ValueKind::File, 1, 1};
 
+constexpr OptionRow kWait{"--wait", "SECONDS", ValueKind::Seconds,
+                          {},       false,     "wait so long for another run to end, instead of not at all"};
+
 constexpr std::array kRunOperands{kFile};
 constexpr std::array kOptionalFile{OperandRow{"FILE", ValueKind::File, 0, 1}};
 constexpr std::array kRunOptions{
@@ -65,6 +68,7 @@ constexpr std::array kRunOptions{
               true,
               "write a report of the run: html, json, junit or sarif"},
     OptionRow{"--timeout", "SECONDS", ValueKind::Seconds, {}, false, "stop the build after this time"},
+    kWait,
 };
 constexpr std::array kValidateOptions{kSet};
 constexpr std::array kCheckOptions{kSet, kJson};
@@ -98,6 +102,14 @@ constexpr std::array kMoveOperands{kFile, kNumber, OperandRow{"TO", ValueKind::N
 constexpr std::array kVariableOperands{kFile, OperandRow{"NAME=VALUE", ValueKind::Assignment, 0, kAny}};
 constexpr std::array kVariableOptions{
     OptionRow{"--remove", "NAME", ValueKind::Text, {}, true, "take this variable out"}};
+constexpr std::array kHistoryOptions{kJson};
+constexpr std::array kRestoreOptions{
+    OptionRow{"--run", "N", ValueKind::Number, {}, false, "the run by its number (default: the last)"},
+    OptionRow{"--dry-run", "", ValueKind::None, {}, false, "only say what would be done"},
+    OptionRow{"--numbers", "", ValueKind::None, {}, false, "take the build project's numbers back, too"},
+    OptionRow{"--force", "", ValueKind::None, {}, false, "restore what was changed since, too"},
+    kWait,
+};
 constexpr std::array kShowOptions{
     kJson, OptionRow{"--all", "", ValueKind::None, {}, false, "hidden properties too"}};
 constexpr std::array kActionsOptions{kJson};
@@ -235,6 +247,19 @@ constexpr std::array kCommands{
         "qxhost edit nightly.xml",
         "opens the project in the desktop",
         EditProject},
+    CommandRow{
+        "history", kRunOperands, kHistoryOptions,
+        "show the runs of a build project and the files they changed",
+        "Newest first. Of the last runs, 20 unless the host setting History says otherwise, the files that "
+        "they changed are kept as they were before, so that qxhost restore can put them back.",
+        "qxhost history nightly.xml", "lists the last runs", ShowHistory},
+    CommandRow{"restore", kRunOperands, kRestoreOptions, "put the files back as they were before a run",
+               "A file that was changed since the run is left alone and named, and the exit code is 1, "
+               "unless --force "
+               "is given; what that overwrites is kept as a run of its own. The backups beside the files "
+               "stay. Numbers "
+               "stay raised without --numbers: a number that was given once may be in the world.",
+               "qxhost restore nightly.xml --dry-run", "says what would be put back", RestoreRun},
     CommandRow{"actions",
                {},
                kActionsOptions,

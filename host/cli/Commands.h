@@ -16,6 +16,8 @@ int InitProject(Session& session, const Invocation& invocation);
 int NewProject(Session& session, const Invocation& invocation);
 int AddAction(Session& session, const Invocation& invocation);
 int SetProperties(Session& session, const Invocation& invocation);
+int ShowHistory(Session& session, const Invocation& invocation);
+int RestoreRun(Session& session, const Invocation& invocation);
 int ShowProject(Session& session, const Invocation& invocation);
 int ExpandText(Session& session, const Invocation& invocation);
 // RearrangeCommands.cpp: `remove`, `move`, `disable`, `enable`, `var`. VersionCommand.cpp: `version`.

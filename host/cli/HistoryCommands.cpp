@@ -35,9 +35,9 @@ bool GoesOn(const std::string& project) {
   return false;
 }
 
-std::vector<RunRecord> RunsOf(const std::string& project) {
+std::vector<KeptRun> RunsOf(const std::string& project) {
   const RunHistory history(project);
-  std::vector<RunRecord> runs;
+  std::vector<KeptRun> runs;
   for (const int number : history.Numbers()) {
     auto record = history.Read(number);
     if (record) runs.push_back(*std::move(record));
@@ -46,7 +46,7 @@ std::vector<RunRecord> RunsOf(const std::string& project) {
   return runs;
 }
 
-Json AsJson(const RunRecord& run) {
+Json AsJson(const KeptRun& run) {
   Json versions = Json::array(), files = Json::array();
   for (const KeptVersion& version : run.versions) {
     versions.push_back(
@@ -62,7 +62,7 @@ Json AsJson(const RunRecord& run) {
           {"files", std::move(files)}};
 }
 
-std::string AsText(const RunRecord& run) {
+std::string AsText(const KeptRun& run) {
   std::string text = std::to_string(run.run) + "  " + TimeForPeople(run.started) + "  " +
                      std::string(NameOf(run.result)) + ", " + std::to_string(run.files.size()) +
                      (run.files.size() == 1 ? " file changed\n" : " files changed\n");
@@ -135,7 +135,7 @@ bool Tell(Session& session, const std::vector<RestoredFile>& files, int run, boo
 }
 
 // Takes the build project's numbers back that nobody has changed since; false when one was left alone.
-bool RestoreNumbers(Session& session, OpenProject& project, const RunRecord& run, bool dry, bool force) {
+bool RestoreNumbers(Session& session, OpenProject& project, const KeptRun& run, bool dry, bool force) {
   bool all = true;
   for (const KeptNumber& number : run.numbers) {
     TQXAction* action = number.action <= project.ActionCount() ? project.Action(number.action - 1) : nullptr;
@@ -160,14 +160,14 @@ bool RestoreNumbers(Session& session, OpenProject& project, const RunRecord& run
 }  // namespace
 
 int ShowHistory(Session& session, const Invocation& invocation) {
-  const std::vector<RunRecord> runs = RunsOf(Session::ProjectFile(invocation));
+  const std::vector<KeptRun> runs = RunsOf(Session::ProjectFile(invocation));
   if (invocation.Has("--json")) {
     Json list = Json::array();
-    for (const RunRecord& run : runs) list.push_back(AsJson(run));
+    for (const KeptRun& run : runs) list.push_back(AsJson(run));
     session.Print(AsLines({{"runs", std::move(list)}}));
     return 0;
   }
-  for (const RunRecord& run : runs) session.Print(AsText(run));
+  for (const KeptRun& run : runs) session.Print(AsText(run));
   if (runs.empty()) session.Print("No run is kept.\n");
   return 0;
 }

@@ -21,6 +21,14 @@ std::string LockName(const std::string& folder) {
   return WithTrailingDelimiter(StateFolder() + "locks") + Sha256(place).substr(0, 16);
 }
 
+bool IsInStateFolder(const std::string& file) {
+  try {
+    return RealPath(file).starts_with(RealPath(StateFolder()));
+  } catch (const Exception&) {
+    return false;  // there is no such folder
+  }
+}
+
 std::string Formatted(const char* form, std::int64_t seconds) {
   const std::time_t time = seconds;
   char text[64];
@@ -28,7 +36,7 @@ std::string Formatted(const char* form, std::int64_t seconds) {
 }
 
 // What a killed process holds no longer goes away when it is taken and given back.
-void TakeLeftLocks(const RunRecord& record) {
+void TakeLeftLocks(const KeptRun& record) {
   for (const std::string& folder : record.folders) {
     try {
       const FileLock lock(LockName(folder));
@@ -80,17 +88,19 @@ std::vector<std::unique_ptr<FileLock>> LockFolders(std::span<const std::string> 
 
 void RefuseInputAsOutput(const std::string& output, const OpenProject& project,
                          const std::string& optionsFile) {
-  const auto refuse = [&](const std::string& input) {
-    if (AreSameFile(output, input))
-      throw Exception("Cannot write into " + output + ": it is a file that the run reads; name another");
+  const auto refuse = [&](const std::string& what) {
+    throw Exception("Cannot write into " + output + ": it is " + what + "; name another file");
   };
+  if (IsInStateFolder(output)) refuse("in the folder of what the host keeps");
   if (!FileExists(output)) return;
-  refuse(project.File());
-  refuse(optionsFile);
+  if (AreSameFile(output, project.File())) refuse("the build project");
+  if (AreSameFile(output, optionsFile)) refuse("the options store");
   for (int i = 0; i < project.ActionCount(); ++i) {
     IQXRunPlaces* places = project.Action(i) == nullptr ? nullptr : RunPlacesOf(*project.Action(i));
     if (places == nullptr) continue;
-    for (const std::string& input : places->GetInputFiles()) refuse(input);
+    for (const std::string& input : places->GetInputFiles()) {
+      if (AreSameFile(output, input)) refuse("a file of action " + std::to_string(i + 1));
+    }
   }
 }
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "host/history/RunRecord.h"
+#include "host/history/KeptRun.h"
 #include "host/project/OpenProject.h"
 #include "host/project/RunSummary.h"
 #include "platform/commandline/Invocation.h"

@@ -3,10 +3,12 @@
 #include <cmath>
 
 #include "host/cli/Commands.h"
+#include "host/cli/Keeping.h"
 #include "host/cli/RunLog.h"
 #include "host/cli/RunReports.h"
 #include "host/cli/Session.h"
 #include "host/project/DryRun.h"
+#include "host/project/RunKeeper.h"
 #include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
 #include "host/settings/HostSettings.h"
@@ -20,9 +22,10 @@ namespace {
 constexpr int kUsageError = 2;
 
 // The right to change the project. A run that saves nothing does without where nobody may write.
-std::unique_ptr<FileLock> LockForRun(const std::string& file, bool saves) {
+std::unique_ptr<FileLock> LockForRun(const std::string& file, bool saves,
+                                     std::chrono::milliseconds patience) {
   try {
-    return std::make_unique<FileLock>(file);
+    return std::make_unique<FileLock>(file, patience);
   } catch (const FileNotLockable& fault) {
     if (saves) throw Exception(fault.Message() + "; run it with --no-save where nothing can be saved");
     return nullptr;
@@ -36,15 +39,33 @@ std::optional<std::chrono::milliseconds> TimeoutOf(const Invocation& invocation)
 }
 
 // True when everything was saved; complains otherwise.
-bool SaveAfterwards(Session& session, OpenProject& project, bool dry) {
+bool SaveAfterwards(Session& session, OpenProject& project, const RunKeeper* keeper) {
   try {
-    for (const std::string& warning : project.Save()) Session::Warn(warning);
-    if (!dry) session.Catalogue().SaveOptions();
+    for (const std::string& warning : project.Save()) {
+      if (keeper == nullptr || !keeper->HasWarned(warning)) Session::Warn(warning);
+    }
+    if (keeper != nullptr) session.Catalogue().SaveOptions();
     return true;
   } catch (const Exception& fault) {
     Session::Complain(fault.Message());
     return false;
   }
+}
+
+// What a run of these files keeps; nothing for a dry run, which changes none.
+std::unique_ptr<RunKeeper> KeeperFor(OpenProject& project, const RunRecord& record,
+                                     std::vector<std::string> folders, bool saves) {
+  return std::make_unique<RunKeeper>(
+      project, RunKeeper::Settings{saves, CurrentHostSettings().history,
+                                   record.started.time_since_epoch().count(), std::move(folders)});
+}
+
+void EndKeeping(RunKeeper& keeper, const RunRecord& record) {
+  KeptResult result = KeptResult::Failed;
+  if (record.outcome == RunOutcome::Succeeded) result = KeptResult::Succeeded;
+  if (record.outcome == RunOutcome::Stopped) result = KeptResult::Stopped;
+  keeper.End(result, record.summary.seconds, VersionsOf(record.summary));
+  for (const std::string& warning : keeper.Warnings()) Session::Warn(warning);
 }
 
 const char* WhoStopped(const StopGuard& guard) {
@@ -138,8 +159,10 @@ int RunProject(Session& session, const Invocation& invocation) {
   const bool dry = invocation.Has("--dry-run");
   StopGuard& guard = session.Guard();
   if (const auto timeout = TimeoutOf(invocation)) guard.SetTimeout(*timeout);
-  const std::unique_ptr<FileLock> lock = dry ? nullptr : LockForRun(file, saves);
+  const std::unique_ptr<FileLock> lock = dry ? nullptr : LockForRun(file, saves, PatienceOf(invocation));
 
+  std::optional<std::string> logFile = invocation.Value("--log-file");
+  if (logFile) logFile = ExpandPath("", *logFile);
   const KnownDiagnostics known(invocation, FolderPart(file));
   const RunReports reports(invocation, FilesOf(session, invocation, known, file));
   RunLog log(session, invocation, known.Known(), reports.AreWanted());
@@ -148,6 +171,11 @@ int RunProject(Session& session, const Invocation& invocation) {
   session.WarnOfUnusedSettings(project);
   reports.RefuseFilesOf(project);
   SetCurrentFolder(FolderPart(file));
+  if (logFile) RefuseInputAsOutput(*logFile, project, session.Store().File());
+  if (logFile) log.AddFile(*logFile);
+  std::vector<std::string> folders;
+  if (!dry) folders = WorkFolders(project);
+  const auto folderLocks = LockFolders(folders, file, PatienceOf(invocation));
   std::optional<DryRun> rehearsal;
   if (dry) rehearsal.emplace();
   guard.Listen();
@@ -163,13 +191,17 @@ int RunProject(Session& session, const Invocation& invocation) {
   if (record.outcome == RunOutcome::Succeeded) {
     if (project.ActionCount() == 0) Session::Warn(file + " holds no action");
     Session::ForetellRun(project);
+    std::unique_ptr<RunKeeper> keeper;
+    if (!dry) keeper = KeeperFor(project, record, std::move(folders), saves);
+    runner.SetWriteObserver(keeper.get());
     const std::vector<int> begun = Execute(runner, project, log, guard.Requests(), record);
     const std::string check = invocation.Value("--check-built").value_or(CurrentHostSettings().checkBuilt);
     if (!dry) {
       record.outcome = Summarise(project, begun, check, record.outcome, log, record.summary);
       saved = known.Update(log.Diagnostics(), record.outcome);
     }
-    if (saves) saved = SaveAfterwards(session, project, dry) && saved;
+    if (saves) saved = SaveAfterwards(session, project, keeper.get()) && saved;
+    if (keeper) EndKeeping(*keeper, record);
   }
   log.Finish();
   saved = Report(reports, log, record) && saved;

@@ -45,11 +45,11 @@ bool KnownDiagnostics::Update(const DiagnosticLog& diagnostics, RunOutcome outco
 RunLog::RunLog(const Session& session, const Invocation& invocation, const Baseline& known, bool records)
     : diagnostics_(static_cast<DiagnosticLog&>(log_.AddSink(std::make_unique<DiagnosticLog>(&known)))) {
   if (records) recorder_ = &static_cast<RunRecorder&>(log_.AddSink(std::make_unique<RunRecorder>()));
-  const std::string style = invocation.Value("--log").value_or("text");
-  Add(LogFile::StandardOutput(), style, session.Colour());
-  const auto path = invocation.Value("--log-file");
-  if (path) Add(LogFile::Create(*path), style, ColourChoice::Never);
+  style_ = invocation.Value("--log").value_or("text");
+  Add(LogFile::StandardOutput(), style_, session.Colour());
 }
+
+void RunLog::AddFile(const std::string& path) { Add(LogFile::Create(path), style_, ColourChoice::Never); }
 
 void RunLog::Finish() {
   log_.Flush();

@@ -38,6 +38,8 @@ class RunLog {
  public:
   // The baseline outlives it. `records`: the run is kept for its reports.
   RunLog(const Session& session, const Invocation& invocation, const Baseline& known, bool records);
+  // From now on the log goes into this file too, which is made anew. Raises Exception that names it.
+  void AddFile(const std::string& path);
 
   ActionLog& Log() { return log_; }
   const DiagnosticLog& Diagnostics() const { return diagnostics_; }
@@ -49,6 +51,7 @@ class RunLog {
  private:
   void Add(LogFile file, const std::string& style, ColourChoice colour);
 
+  std::string style_;
   ActionLog log_;
   const DiagnosticLog& diagnostics_;
   RunRecorder* recorder_ = nullptr;  // the log's

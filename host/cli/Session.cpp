@@ -2,6 +2,7 @@
 
 #include "host/HostArguments.h"
 #include "host/cli/Commands.h"
+#include "host/cli/Keeping.h"
 #include "host/project/ProjectCheck.h"
 #include "platform/VisibleText.h"
 #include "platform/files/Files.h"
@@ -59,6 +60,7 @@ std::string Session::ProjectFile(const Invocation& invocation) {
   if (!FileExists(file))
     throw Exception("Cannot read " + file +
                     ": there is no such file; make one with qxhost init or qxhost new");
+  if (const std::string note = NoteOfCutOffRun(file); !note.empty()) Warn(note);
   return file;
 }
 

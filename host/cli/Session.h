@@ -32,7 +32,7 @@ class Session : public Host {
   StopGuard& Guard() { return guard_; }
 
   // The build project that is the first operand, as an absolute path. Raises Exception where there is no such
-  // file, or a folder.
+  // file, or a folder. Warns of a run of it that was cut off.
   static std::string ProjectFile(const Invocation& invocation);
   // Opens a project: its variables and those of --set in force, its actions loaded through the packages.
   OpenProject Open(const std::string& file, const Invocation& invocation, ActionLog* log = nullptr);

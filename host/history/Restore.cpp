@@ -22,7 +22,7 @@ RestoreStep StepFor(const KeptFile& file, bool force) {
 
 std::vector<RestoredFile> Go(const RunHistory& history, int run, bool force, bool writes) {
   const std::string bytes = ReadFile(history.FileOf(run));
-  const std::optional<RunRecord> record = ReadRecord(bytes);
+  const std::optional<KeptRun> record = ReadKeptRun(bytes);
   if (!record) throw Exception(history.FileOf(run) + " is no record of a run");
   KeptContents contents(*record, bytes);
   std::vector<RestoredFile> files;
@@ -50,7 +50,7 @@ std::vector<RestoredFile> Restore(const RunHistory& history, int run, bool force
   return Go(history, run, force, true);
 }
 
-StampedCount CountStamped(const RunRecord& record) {
+StampedCount CountStamped(const KeptRun& record) {
   StampedCount count{0, record.files.size()};
   for (const KeptFile& file : record.files) {
     if (DigestOf(file.path) == file.after) ++count.stamped;

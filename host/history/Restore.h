@@ -31,6 +31,6 @@ std::vector<RestoredFile> Restore(const RunHistory& history, int run, bool force
 struct StampedCount {
   std::size_t stamped = 0, all = 0;
 };
-StampedCount CountStamped(const RunRecord& record);
+StampedCount CountStamped(const KeptRun& record);
 
 }  // namespace qx

@@ -47,10 +47,10 @@ std::vector<int> RunHistory::Numbers() const {
 
 std::string RunHistory::FileOf(int run) const { return folder_ + std::to_string(run) + std::string(kEnding); }
 
-std::optional<RunRecord> RunHistory::Read(int run) const {
+std::optional<KeptRun> RunHistory::Read(int run) const {
   std::string bytes;
   if (!TryReadFile(FileOf(run), bytes)) return std::nullopt;
-  auto record = ReadRecord(bytes);
+  auto record = ReadKeptRun(bytes);
   if (record) record->run = run;
   return record;
 }

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "host/history/RunRecord.h"
+#include "host/history/KeptRun.h"
 #include "platform/files/AppendedFile.h"
 #include "platform/files/WriteObserver.h"
 
@@ -29,7 +29,7 @@ class RunHistory {
   std::vector<int> Numbers() const;
   std::string FileOf(int run) const;
   // None for a record that is not there, or none.
-  std::optional<RunRecord> Read(int run) const;
+  std::optional<KeptRun> Read(int run) const;
   // Takes all but the newest away.
   void Prune(int kept) const;
 

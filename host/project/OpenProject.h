@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "host/actions/ActionHost.h"
-#include "host/history/RunRecord.h"
+#include "host/history/KeptRun.h"
 #include "host/project/BuildProject.h"
 
 namespace qx {

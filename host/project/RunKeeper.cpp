@@ -16,8 +16,12 @@ RunKeeper::RunKeeper(OpenProject& project, const Settings& settings)
   }
 }
 
+bool RunKeeper::HasWarned(const std::string& text) const {
+  return std::find(warnings_.begin(), warnings_.end(), text) != warnings_.end();
+}
+
 void RunKeeper::Warn(const std::string& text) {
-  if (std::find(warnings_.begin(), warnings_.end(), text) == warnings_.end()) warnings_.push_back(text);
+  if (!HasWarned(text)) warnings_.push_back(text);
 }
 
 void RunKeeper::BeforeWrites(std::span<const PlannedWrite> writes) {

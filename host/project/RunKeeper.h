@@ -31,6 +31,7 @@ class RunKeeper final : public WriteObserver {
   void End(KeptResult result, double seconds, const std::vector<KeptVersion>& versions);
   // Warnings so far, each once.
   const std::vector<std::string>& Warnings() const { return warnings_; }
+  bool HasWarned(const std::string& text) const;
 
  private:
   void Warn(const std::string& text);

@@ -1,4 +1,4 @@
-#include "host/history/RunRecord.h"
+#include "host/history/KeptRun.h"
 
 #include <zstd.h>
 
@@ -83,7 +83,7 @@ class Reader {
  public:
   explicit Reader(std::string_view bytes) : bytes_(bytes) {}
 
-  std::optional<RunRecord> Read() {
+  std::optional<KeptRun> Read() {
     std::vector<std::string> fields;
     if (!Next(fields) || fields[0] != kFirstLine) return std::nullopt;
     while (Next(fields) && Take(fields)) {
@@ -170,7 +170,7 @@ class Reader {
   std::string_view bytes_;
   std::size_t at_ = 0;
   std::unordered_map<std::string, std::size_t> places_;  // of the files, by their paths
-  RunRecord record_;
+  KeptRun record_;
 };
 
 }  // namespace
@@ -215,9 +215,9 @@ std::string RecordContents(std::span<const DigestedContent> contents) {
          lines + packed + "\n";
 }
 
-std::optional<RunRecord> ReadRecord(std::string_view bytes) { return Reader(bytes).Read(); }
+std::optional<KeptRun> ReadKeptRun(std::string_view bytes) { return Reader(bytes).Read(); }
 
-KeptContents::KeptContents(const RunRecord& record, std::string_view bytes) : bytes_(bytes) {
+KeptContents::KeptContents(const KeptRun& record, std::string_view bytes) : bytes_(bytes) {
   for (const KeptContent& content : record.contents) contents_.try_emplace(content.digest, content);
 }
 

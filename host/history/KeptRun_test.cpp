@@ -1,4 +1,4 @@
-#include "host/history/RunRecord.h"
+#include "host/history/KeptRun.h"
 
 #include <gtest/gtest.h>
 
@@ -18,9 +18,9 @@ std::string Whole() {
          RecordLine(KeptVersion{1, "AssemblyVersion", "1.2", "1.3"}) + RecordEnd(KeptResult::Failed, 2.5);
 }
 
-TEST(RunRecord, IsReadAsItWasWritten) {
+TEST(KeptRun, IsReadAsItWasWritten) {
   const std::string bytes = Whole();
-  const auto record = ReadRecord(bytes);
+  const auto record = ReadKeptRun(bytes);
   ASSERT_TRUE(record);
   EXPECT_EQ(record->run, 7);
   EXPECT_EQ(record->started, 1000);
@@ -37,22 +37,22 @@ TEST(RunRecord, IsReadAsItWasWritten) {
   EXPECT_EQ(contents.Find(Sha256("other")), std::nullopt);
 }
 
-TEST(RunRecord, WhatStandsTwiceIsFromTheFirstToTheLast) {
+TEST(KeptRun, WhatStandsTwiceIsFromTheFirstToTheLast) {
   const std::string bytes = RecordHead(1, 0, {}) + RecordLine(KeptFile{"/f", "a", "b"}) +
                             RecordLine(KeptFile{"/f", "b", "c"}) + RecordLine(KeptNumber{1, "P", "1", "2"}) +
                             RecordLine(KeptNumber{1, "P", "1", "3"});
-  const auto record = ReadRecord(bytes);
+  const auto record = ReadKeptRun(bytes);
   ASSERT_EQ(record->files.size(), 1u);
   EXPECT_EQ(record->files[0].before + record->files[0].after, "ac");
   ASSERT_EQ(record->numbers.size(), 1u);
   EXPECT_EQ(record->numbers[0].before + record->numbers[0].after, "13");
 }
 
-TEST(RunRecord, IsReadAsFarAsItIsWholeWhereverItWasCutOff) {
+TEST(KeptRun, IsReadAsFarAsItIsWholeWhereverItWasCutOff) {
   const std::string bytes = Whole();
   for (std::size_t size = 0; size < bytes.size(); ++size) {
     const std::string cut = bytes.substr(0, size);
-    const auto record = ReadRecord(cut);
+    const auto record = ReadKeptRun(cut);
     if (!record) continue;
     EXPECT_EQ(record->result, KeptResult::CutOff) << size;
     // A file is told of only behind its content.
@@ -61,17 +61,17 @@ TEST(RunRecord, IsReadAsFarAsItIsWholeWhereverItWasCutOff) {
   }
 }
 
-TEST(RunRecord, ADamagedBlockGivesNoContent) {
+TEST(KeptRun, ADamagedBlockGivesNoContent) {
   std::string bytes = Whole();
-  const auto record = ReadRecord(bytes);
+  const auto record = ReadKeptRun(bytes);
   bytes[record->contents[0].block + 20] ^= 1;
   KeptContents contents(*record, bytes);
   EXPECT_EQ(contents.Find(Sha256(kOne)), std::nullopt);
 }
 
-TEST(RunRecord, AnotherTextIsNone) {
-  EXPECT_FALSE(ReadRecord(""));
-  EXPECT_FALSE(ReadRecord("<xml/>\n"));
+TEST(KeptRun, AnotherTextIsNone) {
+  EXPECT_FALSE(ReadKeptRun(""));
+  EXPECT_FALSE(ReadKeptRun("<xml/>\n"));
 }
 
 }  // namespace

@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <string_view>
 
-#include "host/history/RunRecord.h"
+#include "host/history/KeptRun.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  const auto record = qx::ReadRecord(bytes);
+  const auto record = qx::ReadKeptRun(bytes);
   if (!record) return 0;
   for (const qx::KeptContent& content : record->contents) {
     if (content.whole > (1u << 20)) return 0;

@@ -42,7 +42,7 @@ struct KeptContent {
   std::uint64_t at = 0, size = 0;  // the content within it
 };
 
-struct RunRecord {
+struct KeptRun {
   int run = 0;
   std::int64_t started = 0;  // seconds since 1970, UTC
   double seconds = 0;
@@ -55,7 +55,7 @@ struct RunRecord {
 };
 
 // A record as text, a line each, in any order behind the first; contents are blocks between lines. Written by
-// the functions below, read by ReadRecord as far as it is whole.
+// the functions below, read by ReadKeptRun as far as it is whole.
 std::string RecordHead(int run, std::int64_t started, std::span<const std::string> folders);
 std::string RecordLine(const KeptFile& file);
 std::string RecordLine(const KeptNumber& number);
@@ -69,13 +69,13 @@ struct DigestedContent {
 std::string RecordContents(std::span<const DigestedContent> contents);
 
 // None for what is no record.
-std::optional<RunRecord> ReadRecord(std::string_view bytes);
+std::optional<KeptRun> ReadKeptRun(std::string_view bytes);
 
 // The contents of a record, by their digests; each block is unpacked once while its contents are asked for in turn.
 class KeptContents {
  public:
   // `bytes` are the record's, and outlive the object.
-  KeptContents(const RunRecord& record, std::string_view bytes);
+  KeptContents(const KeptRun& record, std::string_view bytes);
   // None when it is not in it, or damaged.
   std::optional<std::string> Find(const std::string& digest);
 
