@@ -233,6 +233,19 @@ constexpr std::array kCommands{
         "var", kVariableOperands, kVariableOptions, "show, set or remove a build project's variables",
         "Without an assignment and --remove shows them. A variable that is there already keeps its place.",
         "qxhost var nightly.xml ROOT=src", "gives %ROOT% in the project's texts this value", ChangeVariables},
+    CommandRow{
+        "history", kRunOperands, kHistoryOptions,
+        "show the runs of a build project and the files they changed",
+        "Newest first. Of the last runs, 20 unless the host setting History says otherwise, the files that "
+        "they changed are kept as they were before, so that qxhost restore can put them back.",
+        "qxhost history nightly.xml", "lists the last runs", ShowHistory},
+    CommandRow{"restore", kRunOperands, kRestoreOptions, "put the files back as they were before a run",
+               "A file that was changed since the run is left alone and named, and the exit code is 1, "
+               "unless --force "
+               "is given; what that overwrites is kept as a run of its own. The backups beside the files "
+               "stay. Numbers "
+               "stay raised without --numbers: a number that was given once may be in the world.",
+               "qxhost restore nightly.xml --dry-run", "says what would be put back", RestoreRun},
     CommandRow{"show", kRunOperands, kShowOptions, "show a build project's actions and properties",
                "Properties come in the order of declaration; a secret is shown as ***.",
                "qxhost show nightly.xml --all", "lists the hidden properties too", ShowProject},
@@ -247,19 +260,6 @@ constexpr std::array kCommands{
         "qxhost edit nightly.xml",
         "opens the project in the desktop",
         EditProject},
-    CommandRow{
-        "history", kRunOperands, kHistoryOptions,
-        "show the runs of a build project and the files they changed",
-        "Newest first. Of the last runs, 20 unless the host setting History says otherwise, the files that "
-        "they changed are kept as they were before, so that qxhost restore can put them back.",
-        "qxhost history nightly.xml", "lists the last runs", ShowHistory},
-    CommandRow{"restore", kRunOperands, kRestoreOptions, "put the files back as they were before a run",
-               "A file that was changed since the run is left alone and named, and the exit code is 1, "
-               "unless --force "
-               "is given; what that overwrites is kept as a run of its own. The backups beside the files "
-               "stay. Numbers "
-               "stay raised without --numbers: a number that was given once may be in the world.",
-               "qxhost restore nightly.xml --dry-run", "says what would be put back", RestoreRun},
     CommandRow{"actions",
                {},
                kActionsOptions,

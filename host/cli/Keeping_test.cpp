@@ -136,15 +136,6 @@ TEST_F(Keeping, WhatARunThatWasCutOffLeftBesideItsFilesGoesWithTheNextCommand) {
   EXPECT_FALSE(Exists("p.xml.lock"));
 }
 
-TEST_F(Keeping, RaisedNumbersAreSavedBeforeTheFirstFileIsWritten) {
-  WritingProject();
-  // What cannot be saved is not stamped, and the other way about: the project is saved with no file written yet.
-  std::filesystem::remove(PathOf("tiny.txt"));
-  std::filesystem::create_directory(PathOf("tiny.txt"));
-  EXPECT_NE(Host({"run", "p.xml"}).code, 0);
-  EXPECT_TRUE(Holds(Content("p.xml"), "<Property name=\"Count\">1</Property>")) << Content("p.xml");
-}
-
 TEST_F(Keeping, NumbersThatCannotBeSavedStopTheRunBeforeItWrites) {
   WritingProject();
   std::filesystem::permissions(PathOf("p.xml"), std::filesystem::perms::owner_read);
