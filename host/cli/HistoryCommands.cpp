@@ -5,7 +5,7 @@
 
 #include "host/actions/PropertyText.h"
 #include "host/cli/Commands.h"
-#include "host/cli/Keeping.h"
+#include "host/keeping/Keeping.h"
 #include "host/cli/Report.h"
 #include "host/cli/Session.h"
 #include "host/history/Restore.h"

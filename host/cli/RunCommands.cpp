@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "host/cli/Commands.h"
-#include "host/cli/Keeping.h"
+#include "host/keeping/Keeping.h"
 #include "host/cli/RunLog.h"
 #include "host/cli/RunReports.h"
 #include "host/cli/Session.h"

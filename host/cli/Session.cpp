@@ -2,7 +2,7 @@
 
 #include "host/HostArguments.h"
 #include "host/cli/Commands.h"
-#include "host/cli/Keeping.h"
+#include "host/keeping/Keeping.h"
 #include "host/project/ProjectCheck.h"
 #include "platform/VisibleText.h"
 #include "platform/files/Files.h"

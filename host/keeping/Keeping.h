@@ -14,7 +14,7 @@
 #include "platform/commandline/Invocation.h"
 #include "platform/files/Files.h"
 
-namespace qx::cli {
+namespace qx {
 
 // How long --wait says; no time where it is not given.
 std::chrono::milliseconds PatienceOf(const Invocation& invocation);
@@ -43,4 +43,4 @@ std::string NoteOfCutOffRun(const std::string& projectFile);
 // "10:02", with the date before it for another day than today. Local time.
 std::string TimeForPeople(std::int64_t seconds);
 
-}  // namespace qx::cli
+}  // namespace qx

@@ -1,4 +1,4 @@
-#include "host/cli/Keeping.h"
+#include "host/keeping/Keeping.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +12,7 @@
 #include "platform/files/Paths.h"
 #include "plugin/Qxrunplaces.h"
 
-namespace qx::cli {
+namespace qx {
 namespace {
 
 // A name for the lock of a folder, in the folder of the user's locks.
@@ -140,4 +140,4 @@ std::string NoteOfCutOffRun(const std::string& projectFile) try {
   return "";  // what is kept cannot be read: the command has its own work
 }
 
-}  // namespace qx::cli
+}  // namespace qx
