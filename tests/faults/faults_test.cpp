@@ -26,7 +26,7 @@ std::string ReadAll(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-class Faults : public testing::Test {
+class StampingFaults : public testing::Test {
  protected:
   void SetUp() override {
     folder_ = fs::temp_directory_path() / ("qx-faults-" + std::to_string(::getpid()));
@@ -174,7 +174,7 @@ class Faults : public testing::Test {
   std::string clean_, options_;
 };
 
-TEST_F(Faults, KilledAtEachSystemCall) {
+TEST_F(StampingFaults, KilledAtEachSystemCall) {
   Begin();
   const auto whole = Traced("kill 0 " + HostCommand() + "run p.xml 2>/dev/null | tail -n 1");
   const long calls = std::atol(whole.out.c_str());
@@ -191,7 +191,7 @@ TEST_F(Faults, KilledAtEachSystemCall) {
   EXPECT_GT(killed, 0);
 }
 
-using BothRuns = Faults;
+using BothRuns = StampingFaults;
 
 // While a run of one build project works, one of another on the same solution is refused and names it.
 TEST_F(BothRuns, OfTwoProjectsOnOneSolutionOneIsRefused) {
@@ -209,7 +209,7 @@ TEST_F(BothRuns, OfTwoProjectsOnOneSolutionOneIsRefused) {
   EXPECT_EQ(Litter(), "");
 }
 
-TEST_F(Faults, AFullDiskAtEachWrite) {
+TEST_F(StampingFaults, AFullDiskAtEachWrite) {
   Begin();
   const auto whole = Traced("fail 28 0 " + HostCommand() + "run p.xml 2>/dev/null | tail -n 1");
   const long calls = std::atol(whole.out.c_str());
