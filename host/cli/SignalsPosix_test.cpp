@@ -1,4 +1,4 @@
-// What signals do to a run: Ctrl-C and the end of the session stop it politely, and one that is killed at any
+// What signals do to a run, and what comes through a pipe: Ctrl-C and the end of the session stop it politely, and one that is killed at any
 // moment leaves its build project whole.
 #include <random>
 #include <thread>
@@ -119,6 +119,21 @@ TEST_F(RegistrySetting, OfAFileThatIsGoneIsNamedAndCanBeMended) {
   EXPECT_TRUE(Holds(Host({"options"}).err, "warning: "));
   EXPECT_EQ(Host({"options", "Registry="}).code, 0);
   EXPECT_EQ(Host({"actions"}).code, 0);
+}
+
+// What a shell sends through a pipe.
+using StandardInput = CliTest;
+
+TEST_F(StandardInput, DriveAnswersLineByLineUntilItEnds) {
+  Project("p.xml", {{"Text=one"}});
+  const std::string host =
+      "'" + ProgramFile("qxhost") + "' --package '" + PackageFile("tiny") + "' --options o.xml drive p.xml";
+  const auto result = test::RunProgram(
+      "/bin/sh", {"-c", "printf 'pages\\r\\n\\ntext Tiny Page.txtText two\\nwrite' | " + host},
+      folder_.string());
+  EXPECT_EQ(result.code, 0) << result.err;
+  EXPECT_EQ(result.out, "[\"Tiny Page\"]\n{\"ok\":true}\n{\"ok\":true}\n");
+  EXPECT_TRUE(Holds(Content("p.xml"), ">two<"));
 }
 
 }  // namespace

@@ -48,8 +48,8 @@ void TakeLeftLocks(const KeptRun& record) {
 
 }  // namespace
 
-std::chrono::milliseconds PatienceOf(const Invocation& invocation) {
-  const double seconds = ToSeconds(invocation.Value("--wait").value_or("0")).value_or(0);
+std::chrono::milliseconds PatienceOf(const cli::Invocation& invocation) {
+  const double seconds = cli::ToSeconds(invocation.Value("--wait").value_or("0")).value_or(0);
   return std::chrono::milliseconds(static_cast<long long>(std::ceil(seconds * 1000)));
 }
 

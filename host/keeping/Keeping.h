@@ -17,7 +17,7 @@
 namespace qx {
 
 // How long --wait says; no time where it is not given.
-std::chrono::milliseconds PatienceOf(const Invocation& invocation);
+std::chrono::milliseconds PatienceOf(const cli::Invocation& invocation);
 
 // The folders that the actions of a project change files in, by their real paths, each once and sorted: whoever locks
 // several does it in one order. The current folder is the project's.

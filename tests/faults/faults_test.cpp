@@ -99,7 +99,7 @@ class StampingFaults : public testing::Test {
   Answer Host(const std::string& words) const { return Shell(HostCommand() + words); }
   Answer Traced(const std::string& words) const {
     fs::create_directories(Work());
-    return Shell(std::string(QX_BINARY_DIR) + "/kill_at " + words);
+    return Shell("timeout -k 5 60 " + std::string(QX_BINARY_DIR) + "/kill_at " + words);
   }
 
   // The number that the build project has.
