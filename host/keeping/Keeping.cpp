@@ -114,7 +114,7 @@ std::vector<KeptVersion> VersionsOf(const RunSummary& summary) {
 }
 
 std::string TimeForPeople(std::int64_t seconds) {
-  const bool isToday = Formatted("%F", seconds) == Formatted("%F", std::time(nullptr));
+  const bool isToday = Formatted("%Y-%m-%d", seconds) == Formatted("%Y-%m-%d", std::time(nullptr));
   return Formatted(isToday ? "%H:%M" : "%Y-%m-%d %H:%M", seconds);
 }
 
