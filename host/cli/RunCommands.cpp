@@ -205,7 +205,7 @@ int RunProject(Session& session, const Invocation& invocation) {
   }
   log.Finish();
   saved = Report(reports, log, record) && saved;
-  if (rehearsal) session.Print(TextOf(LinesOf(rehearsal->Result(project))));
+  if (rehearsal) session.PrintExact(TextOf(LinesOf(rehearsal->Result(project))));
   if (record.outcome == RunOutcome::Stopped) Session::Complain(file + WhoStopped(guard));
   return record.outcome == RunOutcome::Succeeded && !saved ? kUsageError : static_cast<int>(record.outcome);
 }
