@@ -111,8 +111,8 @@ TEST_F(WebDavClient, RefusesWhatIsNoWholeFile) {
       {HttpTestReply("200 OK", "abc", "Content-Encoding: br\r\n"), "The server sent the file packed (br)"},
   };
   for (const auto& [reply, complaint] : rows) {
-    Serve([&](const HttpTestRequest& request) {
-      return request.method == "GET" ? reply : HttpTestReply("200 OK", "");
+    Serve([&whole = reply](const HttpTestRequest& request) {
+      return request.method == "GET" ? whole : HttpTestReply("200 OK", "");
     });
     ASSERT_TRUE(client_.Connect()) << client_.GetErrorText();
     EXPECT_FALSE(client_.DownloadFile("/a.cs", local_));

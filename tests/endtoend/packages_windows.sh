@@ -80,7 +80,10 @@ install_and_remove() {
 # What Wine makes for the first program with a window, and for the first uninstaller, is not ours.
 quiet wine "$drive/windows/system32/notepad.exe" & sleep 5; kill $! || true
 facts >"$scratch/before"
+# compare NAME: what runs kept of the files that they changed is the user's: no uninstaller takes it.
 compare() {
+  rm -r "$local/qxhost/history" || fail "$1: nothing is kept of the run"
+  rm -r "$local/qxhost"
   facts >"$scratch/after"
   diff "$scratch/before" "$scratch/after" || fail "$1 left traces"
 }
