@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "platform/CodePages.h"
-#include "platform/Lines.h"
 #include "platform/LineEnds.h"
+#include "platform/Lines.h"
 #include "platform/Texts.h"
 #include "plugin/Qxtypes.h"
 

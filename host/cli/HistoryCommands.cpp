@@ -5,11 +5,11 @@
 
 #include "host/actions/PropertyText.h"
 #include "host/cli/Commands.h"
-#include "host/keeping/Keeping.h"
 #include "host/cli/Report.h"
 #include "host/cli/Session.h"
 #include "host/history/Restore.h"
 #include "host/history/RunHistory.h"
+#include "host/keeping/Keeping.h"
 #include "host/settings/HostSettings.h"
 
 namespace qx::cli {

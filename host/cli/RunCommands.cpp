@@ -3,10 +3,10 @@
 #include <cmath>
 
 #include "host/cli/Commands.h"
-#include "host/keeping/Keeping.h"
 #include "host/cli/RunLog.h"
 #include "host/cli/RunReports.h"
 #include "host/cli/Session.h"
+#include "host/keeping/Keeping.h"
 #include "host/project/DryRun.h"
 #include "host/project/RunKeeper.h"
 #include "host/project/RunSummary.h"
