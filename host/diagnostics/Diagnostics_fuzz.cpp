@@ -2,6 +2,7 @@
 #include <cstdlib>
 
 #include "host/diagnostics/DiagnosticLog.h"
+#include "platform/Lines.h"
 
 namespace {
 
