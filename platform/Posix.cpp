@@ -26,6 +26,16 @@ bool Descriptor::Close() {
   return number < 0 || close(number) == 0;
 }
 
+bool WriteAll(int number, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = write(number, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
 Converter::Converter(const char* to, const char* from) : handle_(iconv_open(to, from)) {}
 
 Converter::~Converter() {

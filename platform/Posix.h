@@ -39,6 +39,9 @@ class Descriptor {
   int number_ = -1;
 };
 
+// Writes all of the bytes, whatever interrupts it; false, and errno, when the system refuses.
+bool WriteAll(int number, std::string_view bytes);
+
 // Texts from one encoding into another, both by the C library's names ("UTF-8", "CP1252").
 class Converter {
  public:

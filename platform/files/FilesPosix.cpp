@@ -67,16 +67,6 @@ bool Drain(int number, std::size_t size, std::string& bytes, std::string& reason
   return true;
 }
 
-bool WriteAll(int number, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(number, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
 std::string AbsolutePath(const std::string& path) {
   const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
   return real ? std::string(real.get()) : std::string();

@@ -28,16 +28,6 @@ std::string HiddenName(const std::string& target) {
   return FolderPart(target) + "." + FilePart(target) + ".tmp";
 }
 
-bool WriteAll(int number, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = write(number, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
 // Only the superuser can give a file a name by its number alone; others go through /proc.
 bool MayNameLater() {
   static const bool may = geteuid() == 0 || access("/proc/self/fd", X_OK) == 0;
