@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
 #include "platform/Texts.h"
 
 namespace qx::system {
@@ -43,6 +45,16 @@ Handle::Handle(void* handle) : handle_(handle == INVALID_HANDLE_VALUE ? nullptr 
 bool Handle::Close() {
   void* const handle = Release();
   return handle == nullptr || CloseHandle(handle) != 0;
+}
+
+bool WriteAll(const Handle& file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    DWORD count = 0;
+    const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+    if (!WriteFile(file.Get(), bytes.data(), wanted, &count, nullptr)) return false;
+    bytes.remove_prefix(count);
+  }
+  return true;
 }
 
 }  // namespace qx::system

@@ -1,7 +1,8 @@
 // What the *Windows.cpp files share: 8-bit texts and the system's wide ones, the system's errors as texts,
-// and the owner of a handle. On Windows only.
+// the owner of a handle and writing to one. On Windows only.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -40,5 +41,11 @@ class Handle {
  private:
   void* handle_ = nullptr;
 };
+
+// Calls of the system move at most 4 GB at once; 64 MB leaves no doubt. In bytes.
+inline constexpr std::size_t kMostAtOnce = 1 << 26;
+
+// Writes all of the bytes, in as many calls as that takes; false, and the system's last error, when it refuses.
+bool WriteAll(const Handle& file, std::string_view bytes);
 
 }  // namespace qx::system

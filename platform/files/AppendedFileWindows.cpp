@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
-
 #include "platform/WindowsText.h"
 #include "plugin/Qxtypes.h"
 
@@ -25,13 +23,7 @@ AppendedFile::AppendedFile(const std::string& path)
 AppendedFile::~AppendedFile() = default;
 
 void AppendedFile::Append(std::string_view bytes) {
-  constexpr std::size_t kMostAtOnce = 1 << 26;
-  while (!bytes.empty()) {
-    DWORD count = 0;
-    const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
-    if (!::WriteFile(state_->file.Get(), bytes.data(), wanted, &count, nullptr)) state_->Fail();
-    bytes.remove_prefix(count);
-  }
+  if (!system::WriteAll(state_->file, bytes)) state_->Fail();
 }
 
 void AppendedFile::Flush() {

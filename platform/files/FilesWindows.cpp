@@ -14,10 +14,9 @@ namespace qx {
 namespace {
 
 using system::Handle;
+using system::kMostAtOnce;
 using system::LastError;
 
-// Calls of the system move at most 4 GB at once; 64 MB leaves no doubt.
-constexpr std::size_t kMostAtOnce = 1 << 26;
 constexpr DWORD kPartSize = 1 << 18;
 constexpr std::size_t kMostOfANote = 4096;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
@@ -33,16 +32,6 @@ bool ReadAll(HANDLE file, std::size_t size, std::string& bytes) {
     used += count;
   }
   bytes.resize(used);
-  return true;
-}
-
-bool WriteAll(HANDLE file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    DWORD count = 0;
-    const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
-    if (!::WriteFile(file, bytes.data(), wanted, &count, nullptr)) return false;
-    bytes.remove_prefix(count);
-  }
   return true;
 }
 
@@ -210,7 +199,7 @@ std::unique_ptr<HeldLock> TakeLock(const std::string& path, const std::string& n
     if (!held.IsOpen() || !ReadAll(held.Get(), kMostOfANote, holder) || holder.empty()) holder = "unknown";
     return nullptr;
   }
-  if (!WriteAll(file.Get(), std::to_string(GetCurrentProcessId()) + note))
+  if (!WriteAll(file, std::to_string(GetCurrentProcessId()) + note))
     throw FileNotLockable("Cannot lock " + path + ": " + LastError());
   return std::make_unique<Lock>(file.Release());
 }

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <algorithm>
+
 #include "platform/WindowsText.h"
 #include "platform/files/FilesSystem.h"
 #include "platform/files/RandomAccessFile.h"
@@ -11,9 +13,6 @@ namespace {
 [[noreturn]] void Fail(const std::string& path, const std::string& reason) {
   throw Exception("Cannot read " + path + ": " + reason);
 }
-
-// One call of the system moves at most 4 GB; 64 MB leaves no doubt.
-constexpr std::size_t kMostAtOnce = 1 << 26;
 
 HANDLE HandleOf(std::intptr_t file) { return reinterpret_cast<HANDLE>(file); }
 
@@ -41,8 +40,7 @@ std::size_t RandomAccessFile::Read(std::uint64_t offset, std::span<char> into) c
     place.Offset = static_cast<DWORD>(offset + used);
     place.OffsetHigh = static_cast<DWORD>((offset + used) >> 32);
     DWORD count = 0;
-    const DWORD wanted =
-        static_cast<DWORD>(into.size() - used < kMostAtOnce ? into.size() - used : kMostAtOnce);
+    const DWORD wanted = static_cast<DWORD>(std::min(into.size() - used, system::kMostAtOnce));
     if (!::ReadFile(HandleOf(file_), into.data() + used, wanted, &count, &place)) {
       if (GetLastError() == ERROR_HANDLE_EOF) break;
       throw Exception(system::LastError());

@@ -4,7 +4,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <atomic>
 #include <utility>
 
@@ -15,20 +14,8 @@
 namespace qx::system {
 namespace {
 
-// Calls of the system move at most 4 GB at once; 64 MB leaves no doubt.
-constexpr std::size_t kMostAtOnce = 1 << 26;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr DWORD kKeptAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
-
-bool WriteAll(HANDLE file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    DWORD count = 0;
-    const DWORD wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
-    if (!::WriteFile(file, bytes.data(), wanted, &count, nullptr)) return false;
-    bytes.remove_prefix(count);
-  }
-  return true;
-}
 
 std::wstring HiddenName(const std::string& target) {
   return WidePath(FolderPart(target) + "." + FilePart(target) + ".tmp");
@@ -57,7 +44,7 @@ class WindowsFile final : public StagedFile {
     file_.Close();
     if (!name_.empty()) DeleteFileW(name_.c_str());
   }
-  HANDLE Get() const { return file_.Get(); }
+  const Handle& Get() const { return file_; }
 
   bool Flush(std::string& reason) override {
     if (FlushFileBuffers(file_.Get())) return true;
