@@ -1,5 +1,6 @@
 #include "host/report/Markup.h"
 
+#include "platform/MarkupEntity.h"
 #include "platform/Texts.h"
 #include "platform/VisibleText.h"
 
@@ -28,31 +29,17 @@ std::string MarkupText(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t begin = at;
     const char32_t c = NextCodePoint(text, at);
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      case '\'':
-        out += "&#39;";
-        break;
-      case '\r':  // with the line feed behind it one line end
-        if (at < text.size() && text[at] == '\n') break;
-        [[fallthrough]];
-      default:
-        if (Shown(c) == c) {
-          out += text.substr(begin, at - begin);
-        } else {
-          AppendUtf8(out, Shown(c));
-        }
+    const std::string_view entity = c < 0x80 ? MarkupEntity(static_cast<char>(c)) : "";
+    const bool endsLine = c == '\r' && at < text.size() && text[at] == '\n';
+    if (endsLine) continue;  // with the line feed behind it one line end
+    if (!entity.empty()) {
+      out += entity;
+    } else if (c == '\'') {
+      out += "&#39;";
+    } else if (Shown(c) == c) {
+      out += text.substr(begin, at - begin);
+    } else {
+      AppendUtf8(out, Shown(c));
     }
   }
   return out;

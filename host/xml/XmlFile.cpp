@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/MarkupEntity.h"
 #include "platform/Texts.h"
 
 namespace qx {
@@ -81,30 +82,15 @@ std::string Escape(std::string_view text, bool attribute) {
   std::string out;
   out.reserve(text.size() + text.size() / 8);
   for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '\r':
-        out += "&#13;";
-        break;
-      case '"':
-        out += attribute ? "&quot;" : "\"";
-        break;
-      case '\n':
-        out += attribute ? "&#10;" : "\n";
-        break;
-      case '\t':
-        out += attribute ? "&#9;" : "\t";
-        break;
-      default:
-        out += c;
+    const std::string_view entity = MarkupEntity(c);
+    if (!attribute && (c == '"' || c == '\n' || c == '\t')) {
+      out += c;
+    } else if (c == '\r' || c == '\n' || c == '\t') {
+      out += "&#" + std::to_string(int{c}) + ";";
+    } else if (!entity.empty()) {
+      out += entity;
+    } else {
+      out += c;
     }
   }
   return out;
