@@ -26,6 +26,7 @@
 #include "plugin/Qxrunplaces.h"
 #include "plugin/Qxrunreport.h"
 #include "plugin/Qxversions.h"
+#include "plugin/Qxweblogin.h"
 #include "versioning/Qxassemblyinfo.h"
 #include "versioning/Qxvc7versioninfo.h"
 
@@ -117,7 +118,7 @@ struct AssemblyVersionState {
 // Properties are set on the thread that edits or builds; see each callback for its own.
 class TQXCustomVSDotNetAction
     : public AnswersUncounted<IQXProcessCallback, IQXVC7VersionInfo, IAssemblyInfoSource, IQXRunReport,
-                              IQXRunPlaces, IQXVersions, IQXCheck, IQXFromFile>,
+                              IQXRunPlaces, IQXVersions, IQXCheck, IQXFromFile, IQXWebLogin>,
       public TQXAction {
  public:
   static std::string ActionName();  // "Build VS.Net Solution"
@@ -241,6 +242,9 @@ class TQXCustomVSDotNetAction
   // IQXRunPlaces: the solution's folder; its projects' files and what is stamped of them.
   std::vector<std::string> GetWorkFolders() override;
   std::vector<std::string> GetInputFiles() override;
+
+  // IQXWebLogin: of the servers that its solution names, where it is to come to them by WebDAV.
+  std::optional<WebLogin> GetWebLogin(const std::string& url) override;
 
   // The whole version with its last part expanded and raised by one; a part that is no number becomes 0.
   // Raises Exception when it cannot be expanded. A utility: runs do not use it.

@@ -1,10 +1,13 @@
-// What a run of "Build VS.Net Solution" will touch: the folder of its solution, and the files that it reads there.
+// What a run of "Build VS.Net Solution" will touch: the folder of its solution, the files that it reads there, and the
+// web servers that it puts files on.
 #include "actions/Qxvsdotnetaction.h"
+#include "platform/Texts.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
 #include "platform/files/TextFile.h"
 #include "solution/Vsnetsln.h"
 #include "versioning/AssemblyAttributes.h"
+#include "weblocation/Url.h"
 
 namespace qx {
 namespace {
@@ -16,6 +19,13 @@ void AddSources(const std::string& project, std::vector<std::string>& files) {
   if (!TryReadFile(FindExisting(project), bytes)) return;
   const std::string reference = AssemblyInfoReference(DecodeText(bytes, decoded));
   if (!reference.empty()) files.push_back(ExpandPath(FolderPart(project), reference));
+}
+
+// By the names that somebody wrote: one server under two names is two.
+bool IsOnSameServer(const std::string& one, const std::string& other) {
+  const Url first = SplitUrl(one), second = SplitUrl(other);
+  const auto port = [](const Url& url) { return url.port.empty() ? std::string("80") : url.port; };
+  return SameText(first.host, second.host) && port(first) == port(second);
 }
 
 }  // namespace
@@ -52,6 +62,18 @@ std::vector<std::string> TQXCustomVSDotNetAction::GetInputFiles() {
     // A solution that cannot be read has no further files.
   }
   return files;
+}
+
+std::optional<WebLogin> TQXCustomVSDotNetAction::GetWebLogin(const std::string& url) {
+  const std::string solution = SolutionOnDisk();
+  if (solution.empty() || settings_.projLocationDetectMethod != TProjLocDetectMethod::useWebDAV) return {};
+  const InterfacePtr<IVSDotNetProjects> projects = OpenSolution(solution)->GetProjects();
+  for (int i = 0; i < projects->GetCount(); ++i) {
+    const std::string path = projects->GetItem(i)->GetPath();
+    const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
+    if (isWeb && IsOnSameServer(path, url)) return WebLogin{settings_.webDavUsername, NeedWebDAVPassword()};
+  }
+  return {};
 }
 
 }  // namespace qx

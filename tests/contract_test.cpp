@@ -153,6 +153,8 @@ void DumpInterfacesOfActions(Dump& dump) {
   HEAD(IQXRunPlaces);
   SLOT(IQXRunPlaces, GetWorkFolders);
   SLOT(IQXRunPlaces, GetInputFiles);
+  HEAD(IQXWebLogin);
+  SLOT(IQXWebLogin, GetWebLogin);
   HEAD(IQXRunReport);
   SLOT(IQXRunReport, ReportRun);
   HEAD(IQXVersions);

@@ -138,7 +138,8 @@ constexpr std::array kCommands{
         "and the time-out end the running action and its programs. Relative paths are taken from the build "
         "project's folder. A second run of the same file is refused while one is going on.\n"
         "A dry run does everything up to the programs and writes nothing. Its diff names files as seen from "
-        "the build project's folder: apply it there with patch -p1.\n"
+        "the build project's folder: apply it there with patch -p1. A web server is asked without a user "
+        "name, and what would be put on it is shown.\n"
         "Errors and warnings of compilers are counted in the last lines. Those that a baseline holds are "
         "not; they are known again by code, file and message, whatever their line.\n"
         "A report is written when the run has ended, however it ended. html: a page to read. json: the "
@@ -239,13 +240,15 @@ constexpr std::array kCommands{
         "Newest first. Of the last runs, 20 unless the host setting History says otherwise, the files that "
         "they changed are kept as they were before, so that qxhost restore can put them back.",
         "qxhost history nightly.xml", "lists the last runs", ShowHistory},
-    CommandRow{"restore", kRunOperands, kRestoreOptions, "put the files back as they were before a run",
-               "A file that was changed since the run is left alone and named, and the exit code is 1, "
-               "unless --force "
-               "is given; what that overwrites is kept as a run of its own. The backups beside the files "
-               "stay. Numbers "
-               "stay raised without --numbers: a number that was given once may be in the world.",
-               "qxhost restore nightly.xml --dry-run", "says what would be put back", RestoreRun},
+    CommandRow{
+        "restore", kRunOperands, kRestoreOptions, "put the files back as they were before a run",
+        "A file that was changed since the run is left alone and named, and the exit code is 1, "
+        "unless --force "
+        "is given; what that overwrites is kept as a run of its own. A file on a web server is put back "
+        "with the login of the action whose solution names that server; where that fails, what it was "
+        "is written beside the build project. The backups beside the files stay. Numbers "
+        "stay raised without --numbers: a number that was given once may be in the world.",
+        "qxhost restore nightly.xml --dry-run", "says what would be put back", RestoreRun},
     CommandRow{"show", kRunOperands, kShowOptions, "show a build project's actions and properties",
                "Properties come in the order of declaration; a secret is shown as ***.",
                "qxhost show nightly.xml --all", "lists the hidden properties too", ShowProject},

@@ -1,4 +1,5 @@
 // history and restore.
+#include <algorithm>
 #include <ctime>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -10,7 +11,10 @@
 #include "host/history/Restore.h"
 #include "host/history/RunHistory.h"
 #include "host/keeping/Keeping.h"
+#include "host/keeping/WebServers.h"
 #include "host/settings/HostSettings.h"
+#include "host/system/HostProgram.h"
+#include "platform/files/Paths.h"
 
 namespace qx::cli {
 namespace {
@@ -125,6 +129,14 @@ bool Tell(Session& session, const std::vector<RestoredFile>& files, int run, boo
         Session::Complain(file.path + " was changed " + since + " and is left alone; --force restores it");
         all = false;
         break;
+      case RestoreStep::Unknown:
+        session.Print("would restore " + file.path + ", unless it was changed since\n");
+        break;
+      case RestoreStep::Aside:
+        Session::Complain(file.path + " is not put back: " + file.reason + "; what it was is in " +
+                          file.aside);
+        all = false;
+        break;
       case RestoreStep::Lost:
         Session::Complain(file.path + ": its content of before run " + std::to_string(run) + " is not kept");
         all = false;
@@ -132,6 +144,23 @@ bool Tell(Session& session, const std::vector<RestoredFile>& files, int run, boo
     }
   }
   return all;
+}
+
+// Opens the build project only where its logins are needed: what lies on this disk is had back without it.
+std::vector<RestoredFile> RestoreWithLogins(Session& session, const Invocation& invocation,
+                                            const RunHistory& history, int run,
+                                            const std::vector<RestoredFile>& planned) {
+  const std::string file = Session::ProjectFile(invocation);
+  RestoreWay way{invocation.Has("--force"), nullptr, FolderPart(file)};
+  const bool needsServers = std::any_of(planned.begin(), planned.end(), [](const RestoredFile& one) {
+    return one.step == RestoreStep::Unknown;
+  });
+  if (!needsServers) return Restore(history, run, way);
+  OpenProject project = session.Open(file, invocation);
+  SetCurrentFolder(FolderPart(file));
+  WebServers servers(project);
+  way.servers = &servers;
+  return Restore(history, run, way);
 }
 
 // Takes the build project's numbers back that nobody has changed since; false when one was left alone.
@@ -187,7 +216,8 @@ int RestoreRun(Session& session, const Invocation& invocation) {
   std::vector<RestoredFile> files = PlanRestore(history, run, false);
   std::set<std::string> changed;
   for (const RestoredFile& one : files) {
-    if (one.step == RestoreStep::Changed) changed.insert(one.path);
+    if (one.step == RestoreStep::Changed || (force && one.step == RestoreStep::Unknown))
+      changed.insert(one.path);
   }
   if (dry) {
     if (force) files = PlanRestore(history, run, true);
@@ -195,7 +225,7 @@ int RestoreRun(Session& session, const Invocation& invocation) {
     ForcedKeeper keeper(history, std::move(changed));
     {
       const WritesObserved observed(keeper);
-      files = Restore(history, run, force);
+      files = RestoreWithLogins(session, invocation, history, run, files);
     }
     keeper.End();
   }

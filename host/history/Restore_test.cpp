@@ -27,7 +27,7 @@ class Restoring : public testing::Test {
   }
   std::string Steps(const std::vector<RestoredFile>& files) const {
     std::string text;
-    for (const RestoredFile& file : files) text += "RmaCL"[static_cast<int>(file.step)];
+    for (const RestoredFile& file : files) text += "RmaCLUA"[static_cast<int>(file.step)];
     return text;
   }
 
@@ -45,20 +45,20 @@ TEST_F(Restoring, BringsOldContentsBackAndTakesNewFilesAway) {
   });
   EXPECT_EQ(Steps(PlanRestore(history, 1, false)), "RmR");
   EXPECT_EQ(folder.Read("a"), "new");
-  EXPECT_EQ(Steps(Restore(history, 1, false)), "RmR");
+  EXPECT_EQ(Steps(Restore(history, 1, {})), "RmR");
   EXPECT_EQ(folder.Read("a"), "old");
   EXPECT_EQ(folder.Read("gone"), "was here");
   EXPECT_FALSE(folder.Has("made"));
-  EXPECT_EQ(Steps(Restore(history, 1, false)), "aaa");
+  EXPECT_EQ(Steps(Restore(history, 1, {})), "aaa");
 }
 
 TEST_F(Restoring, AFileThatWasChangedSinceIsLeftUnlessForced) {
   folder.Write("a", "old");
   Run([&] { ReplaceFile(folder / "a", "new"); });
   folder.Write("a", "newer");
-  EXPECT_EQ(Steps(Restore(history, 1, false)), "C");
+  EXPECT_EQ(Steps(Restore(history, 1, {})), "C");
   EXPECT_EQ(folder.Read("a"), "newer");
-  EXPECT_EQ(Steps(Restore(history, 1, true)), "R");
+  EXPECT_EQ(Steps(Restore(history, 1, {true, nullptr, ""})), "R");
   EXPECT_EQ(folder.Read("a"), "old");
 }
 
@@ -68,7 +68,7 @@ TEST_F(Restoring, AFileThatARunWroteTwiceIsAsBeforeTheFirst) {
     ReplaceFile(folder / "a", "between");
     ReplaceFile(folder / "a", "new");
   });
-  EXPECT_EQ(Steps(Restore(history, 1, false)), "R");
+  EXPECT_EQ(Steps(Restore(history, 1, {})), "R");
   EXPECT_EQ(folder.Read("a"), "old");
 }
 
@@ -83,6 +83,64 @@ TEST_F(Restoring, CountsWhatIsAsTheRunLeftIt) {
   const StampedCount count = CountStamped(*history.Read(1));
   EXPECT_EQ(count.stamped, 1u);
   EXPECT_EQ(count.all, 2u);
+}
+
+// One file on a server that may be away.
+struct Server final : ServerFiles {
+  std::string Read(const std::string&) override {
+    if (isAway) throw Exception("The server is away");
+    return content;
+  }
+  void Put(const std::string&, std::string_view bytes) override { content = bytes; }
+  std::string content;
+  bool isAway = false;
+};
+
+class RestoringOnServers : public Restoring {
+ protected:
+  void SetUp() override {
+    Run([] {
+      const std::string_view after = "new";
+      const PlannedWrite put{"http://server/Site/a.cs", "old", std::span(&after, 1)};
+      TellObserver({&put, 1});
+    });
+  }
+  std::string Restored(bool force = false) {
+    return Steps(Restore(history, 1, {force, &server, folder / ""}));
+  }
+  Server server;
+};
+
+TEST_F(RestoringOnServers, PutsBackWhatNobodyChanged) {
+  server.content = "new";
+  EXPECT_EQ(Steps(PlanRestore(history, 1, false)), "U");
+  EXPECT_EQ(Restored(), "R");
+  EXPECT_EQ(server.content, "old");
+  EXPECT_EQ(Restored(), "a");
+  server.content = "theirs";
+  EXPECT_EQ(Restored(), "C");
+  EXPECT_EQ(server.content, "theirs");
+  EXPECT_EQ(Restored(true), "R");
+  EXPECT_EQ(server.content, "old");
+}
+
+TEST_F(RestoringOnServers, WritesAsideWhatNoServerTakes) {
+  server.isAway = true;
+  folder.Write("a.cs.before-run-1", "another one");
+  const auto files = Restore(history, 1, {false, &server, folder / ""});
+  EXPECT_EQ(Steps(files), "A");
+  EXPECT_EQ(files[0].reason, "The server is away");
+  EXPECT_EQ(files[0].aside, folder / "a.cs.before-run-1.2");
+  EXPECT_EQ(folder.Read("a.cs.before-run-1.2"), "old");
+  EXPECT_EQ(folder.Read("a.cs.before-run-1"), "another one");
+  EXPECT_EQ(Restored(), "A") << "once more it is the same file";
+  EXPECT_FALSE(folder.Has("a.cs.before-run-1.3"));
+}
+
+TEST_F(RestoringOnServers, AreNotAskedForACount) {
+  const StampedCount count = CountStamped(*history.Read(1));
+  EXPECT_EQ(count.all, 0u);
+  EXPECT_EQ(count.onServers, 1u);
 }
 
 }  // namespace

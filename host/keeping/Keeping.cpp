@@ -131,11 +131,20 @@ std::string NoteOfCutOffRun(const std::string& projectFile) try {
     // Nobody can hold it, and nobody does.
   }
   TakeLeftLocks(*record);
-  for (const KeptFile& file : record->files) RemoveLeftover(file.path);
+  for (const KeptFile& file : record->files) {
+    if (!IsOnServer(file.path)) RemoveLeftover(file.path);
+  }
   const StampedCount count = CountStamped(*record);
-  if (count.stamped == 0) return "";
-  return "the run of " + TimeForPeople(record->started) + " was cut off: " + std::to_string(count.stamped) +
-         " of " + std::to_string(count.all) + " files were stamped; qxhost restore takes them back";
+  if (count.stamped + count.onServers == 0) return "";
+  std::string counts;
+  if (count.all > 0)
+    counts = std::to_string(count.stamped) + " of " + std::to_string(count.all) + " files were stamped";
+  if (count.onServers > 0) {
+    counts += (counts.empty() ? "" : ", ") + std::to_string(count.onServers) +
+              " on web servers may have been put there";
+  }
+  return "the run of " + TimeForPeople(record->started) + " was cut off: " + counts +
+         "; qxhost restore takes them back";
 } catch (const std::exception&) {
   return "";  // what is kept cannot be read: the command has its own work
 }

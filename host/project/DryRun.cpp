@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "host/system/TemporaryFolder.h"
 #include "platform/CommandLine.h"
 #include "platform/Texts.h"
 #include "platform/files/Paths.h"
@@ -43,9 +44,12 @@ std::string NameInDiff(const std::string& path, const std::string& folder) {
 }  // namespace
 
 DryRunResult DryRun::Result(const OpenProject& project) const {
-  DryRunResult result{processes_.Commands(), {}};
+  DryRunResult result{processes_.Commands(), {}, {}};
+  for (const UploadRehearsal::Upload& upload : uploads_.Uploads())
+    result.uploads.push_back({upload.url, DiffLines(upload.url, upload.before, upload.after)});
   const std::string real = RealFolder(FolderPart(project.File()));
   for (WriteCapture::Change& change : writes_.Changes()) {
+    if (IsTemporaryFile(change.path)) continue;
     std::optional<std::string> before = BytesOnDisk(change.path);
     std::error_code ignored;
     const bool isProject = fs::equivalent(ToPath(change.path), ToPath(project.File()), ignored);
@@ -65,6 +69,13 @@ std::vector<DiffLine> LinesOf(const DryRunResult& result) {
     const std::string folder = program.directory.empty() ? "this folder" : program.directory;
     lines.push_back({DiffKind::Program, "Would run in " + folder + ":"});
     lines.push_back({DiffKind::Plain, "    " + QuoteArgument(program.executable) + " " + program.parameters});
+  }
+  for (const DryRunResult::Upload& upload : result.uploads) {
+    lines.push_back({DiffKind::Program, "Would put " + upload.url + " (asked for without a user name):"});
+    for (const DiffLine& line : upload.diff) {
+      if (line.kind == DiffKind::OldFile || line.kind == DiffKind::NewFile) continue;
+      lines.push_back({line.kind, "    | " + line.text});
+    }
   }
   for (const DryRunResult::File& file : result.files) {
     lines.insert(lines.end(), file.diff.begin(), file.diff.end());

@@ -9,6 +9,7 @@
 #include "host/process/ProcessRehearsal.h"
 #include "host/project/OpenProject.h"
 #include "host/project/UnifiedDiff.h"
+#include "host/system/UploadRehearsal.h"
 #include "platform/files/Files.h"
 
 namespace qx {
@@ -24,11 +25,17 @@ struct DryRunResult {
     std::optional<std::string> after;   // none: it would be removed
     std::vector<DiffLine> diff;
   };
+  // A file that would be put on a web server.
+  struct Upload {
+    std::string url;
+    std::vector<DiffLine> diff;
+  };
   std::vector<ProcessRehearsal::Command> programs;  // in the order they would be started
+  std::vector<Upload> uploads;                      // in the order of first put
   std::vector<File> files;                          // in the order of first touch
 };
 
-// The programs and then the files line by line; TextOf makes a patch with remarks of it.
+// The programs, what goes to servers and then the files line by line; TextOf makes a patch with remarks of it.
 std::vector<DiffLine> LinesOf(const DryRunResult& result);
 
 class DryRun {
@@ -36,11 +43,13 @@ class DryRun {
   // While one is alive, its thread works for the dry run too, which outlives it.
   class Joined {
    public:
-    explicit Joined(const DryRun& run) : writes_(run.writes_), processes_(run.processes_) {}
+    explicit Joined(const DryRun& run)
+        : writes_(run.writes_), processes_(run.processes_), uploads_(run.uploads_) {}
 
    private:
     WriteCapture::Joined writes_;
     ProcessRehearsal::Joined processes_;
+    UploadRehearsal::Joined uploads_;
   };
 
   // A secret that stands in clear text in the project's file is masked.
@@ -49,6 +58,7 @@ class DryRun {
  private:
   WriteCapture writes_;
   ProcessRehearsal processes_;
+  UploadRehearsal uploads_;
 };
 
 }  // namespace qx

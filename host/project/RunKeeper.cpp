@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/system/TemporaryFolder.h"
+
 namespace qx {
 
 RunKeeper::RunKeeper(OpenProject& project, const Settings& settings)
@@ -25,7 +27,12 @@ void RunKeeper::Warn(const std::string& text) {
 }
 
 void RunKeeper::BeforeWrites(std::span<const PlannedWrite> writes) {
-  if (journal_) journal_->Keep(writes, project_.ChangedNumbers());
+  std::vector<PlannedWrite> lasting;
+  for (const PlannedWrite& write : writes) {
+    if (!IsTemporaryFile(write.path)) lasting.push_back(write);
+  }
+  if (lasting.empty()) return;
+  if (journal_) journal_->Keep(lasting, project_.ChangedNumbers());
   if (!settings_.savesNumbers || !project_.IsChanged()) return;
   for (const std::string& warning : project_.Save()) Warn(warning);
 }

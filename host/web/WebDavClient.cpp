@@ -4,9 +4,11 @@
 #include <map>
 
 #include "host/settings/HostSettings.h"
+#include "host/system/UploadRehearsal.h"
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
+#include "platform/files/WriteObserver.h"
 #include "plugin/Qxwebdavclient.h"
 
 namespace qx {
@@ -17,10 +19,16 @@ bool IsUnreserved(char c) {
          c == '_' || c == '~';
 }
 
+constexpr int kPlainPort = 80;
+constexpr int kSecurePort = 443;
+
 // Names and addresses; bytes above 127 are left to the system, which knows international names.
 bool MayStandInHost(char c) { return IsUnreserved(c) || c == ':' || static_cast<unsigned char>(c) > 127; }
 
 bool IsSuccess(int status) { return status >= 200 && status <= 299; }
+
+// Only a strong one can be asked for again.
+bool IsStrong(const std::string& etag) { return etag.starts_with('"'); }
 
 }  // namespace
 
@@ -42,6 +50,21 @@ std::string HostForUrl(const std::string& host) {
   if (host.empty()) throw Exception("No host name is given");
   if (!std::all_of(host.begin(), host.end(), MayStandInHost)) throw Exception("Not a host name: " + host);
   return host.find(':') == std::string::npos ? host : "[" + host + "]";
+}
+
+std::string UrlForPeople(const std::string& host, int port, std::string_view path) {
+  const bool isSecure = port == kSecurePort;
+  std::string url = (isSecure ? "https://" : "http://") + HostForUrl(host);
+  if (!isSecure && port != kPlainPort) url += ":" + std::to_string(port);
+  url += '/';
+  for (const char c : path) {
+    if (!IsDelimiter(c)) {
+      url += c;
+    } else if (url.back() != '/') {
+      url += '/';
+    }
+  }
+  return url;
 }
 
 void RequirePort(int port) {
@@ -82,7 +105,11 @@ void RequireWholeFile(const WebDavReply& reply) {
 struct TQXWebDavClient::State {
   std::unique_ptr<WebDavConnection> connection;
   std::string errorText;
-  std::map<std::string, std::string> etags;  // of what was fetched, by the path as it goes onto the wire
+  struct Fetched {
+    std::string etag;  // empty: none that could be asked for again
+    std::string bytes;
+  };
+  std::map<std::string, Fetched> fetched;  // by the path as it goes onto the wire
 
   // Runs one operation; its failure becomes the error text.
   template <class Operation>
@@ -101,34 +128,43 @@ struct TQXWebDavClient::State {
                             std::optional<std::string_view> body) {
     if (connection == nullptr) throw Exception("Not connected");
     WebDavReply reply = connection->Send(method, target, body);
-    if (!IsSuccess(reply.status)) throw Exception(DescribeStatus(reply));
-    return reply;
+    if (IsSuccess(reply.status)) return reply;
+    constexpr int kUnauthorized = 401;
+    const bool isUnknown = reply.status == kUnauthorized && UploadsAreRehearsed();
+    throw Exception(DescribeStatus(reply) +
+                    (isUnknown ? ": a dry run sends no user name and no password" : ""));
   }
 
   // What was not whole is never stamped: it would be put back at half its size.
-  std::string Fetch(const std::string& target) {
-    etags.erase(target);
+  const std::string& Fetch(const std::string& target) {
+    fetched.erase(target);
     WebDavReply reply = SendConnected("GET", target, std::nullopt);
     RequireWholeFile(reply);
     // A body that ends where the connection does may have been cut off anywhere, but hardly twice at one place.
     if (!reply.hasLength && SendConnected("GET", target, std::nullopt).body != reply.body)
       throw Exception("The server broke the connection before the end of the file");
-    // Only a strong one can be asked for again.
-    if (reply.etag.starts_with('"')) etags[target] = reply.etag;
-    return std::move(reply.body);
+    Fetched& file = fetched[target];
+    if (IsStrong(reply.etag)) file.etag = reply.etag;
+    file.bytes = std::move(reply.body);
+    return file.bytes;
   }
 
-  void Put(const std::string& target, const std::string& bytes) {
+  // `url` for whoever keeps what is overwritten.
+  void Put(const std::string& target, const std::string& url, std::string_view bytes) {
     if (connection == nullptr) throw Exception("Not connected");
-    const auto known = etags.find(target);
-    const std::string etag = known == etags.end() ? std::string() : known->second;
+    const auto known = fetched.find(target);
+    if (known != fetched.end()) {
+      const PlannedWrite planned{url, known->second.bytes, std::span(&bytes, 1)};
+      TellObserver({&planned, 1});
+    }
+    const std::string etag = known == fetched.end() ? std::string() : known->second.etag;
     const WebDavReply reply = connection->Send("PUT", target, bytes, etag);
     constexpr int kChanged = 412;
     if (reply.status == kChanged && !etag.empty())
       throw Exception(DescribeStatus(reply) + ": somebody else changed the file since it was fetched");
     if (!IsSuccess(reply.status)) throw Exception(DescribeStatus(reply));
-    etags.erase(target);
-    if (reply.etag.starts_with('"')) etags[target] = reply.etag;
+    // Who puts it once more overwrites this.
+    fetched[target] = {IsStrong(reply.etag) ? reply.etag : std::string(), std::string(bytes)};
   }
 };
 
@@ -140,7 +176,10 @@ bool TQXWebDavClient::Connect() {
   state_->connection = nullptr;
   const bool connected = state_->Try([this] {
     const int limit = std::max(CurrentHostSettings().webDavLimit, timeoutSeconds);
-    auto connection = OpenWebDavConnection({host, port, userName, password, timeoutSeconds, limit});
+    // A dry run tells no server who asks.
+    const bool dry = UploadsAreRehearsed();
+    auto connection =
+        OpenWebDavConnection({host, port, dry ? "" : userName, dry ? "" : password, timeoutSeconds, limit});
     // Whatever the server says about its root, it is there: users may have rights further down only.
     connection->Send("OPTIONS", "/", std::nullopt);
     state_->connection = std::move(connection);
@@ -151,15 +190,22 @@ bool TQXWebDavClient::Connect() {
 void TQXWebDavClient::Disconnect() { state_->connection = nullptr; }
 
 bool TQXWebDavClient::DownloadFile(const std::string& remotePath, const std::string& localPath) {
-  return state_->Try([&] { ReplaceFile(localPath, state_->Fetch(EncodeRemotePath(remotePath))); });
+  return state_->Try([&] {
+    const auto rehearsed = RehearsedUpload(UrlForPeople(host, port, remotePath));
+    ReplaceFile(localPath, rehearsed ? *rehearsed : state_->Fetch(EncodeRemotePath(remotePath)));
+  });
 }
 
 bool TQXWebDavClient::UploadFile(const std::string& localPath, const std::string& remoteFolder) {
   return state_->Try([&] {
     const std::string bytes = ReadFile(localPath);
-    // A dry run changes nothing on a server either.
-    if (WritesAreCaptured()) return;
-    state_->Put(EncodeRemotePath(remoteFolder + "/" + FilePart(localPath)), bytes);
+    const std::string path = remoteFolder + "/" + FilePart(localPath);
+    const std::string target = EncodeRemotePath(path), url = UrlForPeople(host, port, path);
+    if (!UploadsAreRehearsed()) return state_->Put(target, url, bytes);
+    const auto known = state_->fetched.find(target);
+    std::optional<std::string> before;
+    if (known != state_->fetched.end()) before = known->second.bytes;
+    RehearseUpload({url, std::move(before), bytes});
   });
 }
 

@@ -57,6 +57,8 @@ std::string EncodeRemotePath(std::string_view path);
 // The host as it stands in a URL, an IPv6 address in brackets. Raises Exception "Not a host name: ..." for
 // what could lead a request elsewhere or add to its head.
 std::string HostForUrl(const std::string& host);
+// The address of a file as people read it: "http://host:8080/My Site/a.cs", nothing in it encoded.
+std::string UrlForPeople(const std::string& host, int port, std::string_view path);
 // Raises Exception "Not a port: 70000".
 void RequirePort(int port);
 

@@ -8,8 +8,10 @@
 
 #include "host/settings/HostSettings.h"
 #include "host/system/StopRequests.h"
+#include "host/system/UploadRehearsal.h"
 #include "host/testing/HttpTestServer.h"
 #include "platform/files/Files.h"
+#include "platform/files/WriteObserver.h"
 #include "plugin/Qxutils.h"
 #include "plugin/Qxwebdavclient.h"
 
@@ -387,14 +389,62 @@ TEST_F(WebDavClient, NamesTheLocalFileThatCannotBeWrittenOrRead) {
   EXPECT_NE(client_.GetErrorText().find("no such folder"), std::string::npos) << client_.GetErrorText();
 }
 
-TEST_F(WebDavClient, PutsNothingInADryRun) {
-  Serve(HttpTestReply("200 OK", "x"));
+// A server that wants to know who asks is told nothing.
+TEST_F(WebDavClient, PutsNothingInARehearsalAndSaysNotWhoItIs) {
+  std::string challenge;
+  Serve([&](const HttpTestRequest&) {
+    return challenge.empty() ? HttpTestReply("200 OK", "old")
+                             : HttpTestReply("401 Unauthorized", "", challenge);
+  });
+  SignIn();
+  const UploadRehearsal rehearsal;
   ASSERT_TRUE(client_.Connect());
-  const WriteCapture capture;
-  ASSERT_TRUE(client_.DownloadFile("/a.cs", local_));
-  EXPECT_EQ(ReadFile(local_), "x");
-  EXPECT_TRUE(client_.UploadFile(local_, "/"));
+  local_ = GetTemporaryPath() + "/a.cs";
+  ASSERT_TRUE(client_.DownloadFile("\\Site/a.cs", local_));
+  ReplaceFile(local_, "new");
+  EXPECT_TRUE(client_.UploadFile(local_, "/Site/"));
   EXPECT_EQ(server_->Requests().back().method, "GET");
+  ASSERT_EQ(rehearsal.Uploads().size(), 1u);
+  EXPECT_EQ(rehearsal.Uploads()[0].url, "http://127.0.0.1:" + std::to_string(client_.port) + "/Site/a.cs");
+  EXPECT_EQ(rehearsal.Uploads()[0].before, "old");
+  EXPECT_EQ(rehearsal.Uploads()[0].after, "new");
+  ASSERT_TRUE(client_.DownloadFile("/Site/a.cs", local_));
+  EXPECT_EQ(ReadFile(local_), "new") << "the next action finds what the first would have put";
+  challenge = "WWW-Authenticate: Basic realm=\"r\"\r\n";
+  EXPECT_FALSE(client_.DownloadFile("/b.cs", local_));
+  EXPECT_EQ(client_.GetErrorText(), "401 Unauthorized: a dry run sends no user name and no password");
+  for (const auto& request : server_->Requests()) EXPECT_FALSE(request.headers.contains("authorization"));
+}
+
+// Whoever keeps what a run changes learns of it before it is gone.
+TEST_F(WebDavClient, TellsWhatItIsAboutToPut) {
+  struct Keeper final : WriteObserver {
+    void BeforeWrites(std::span<const PlannedWrite> writes) override {
+      for (const PlannedWrite& write : writes) {
+        told += std::string(write.path) + ": " + std::string(write.before.value_or("none")) + " -> " +
+                std::string(write.after->front()) + "\n";
+      }
+      if (fails) throw Exception("The disk is full");
+    }
+    std::string told;
+    bool fails = false;
+  } keeper;
+  Serve(HttpTestReply("200 OK", "old"));
+  ASSERT_TRUE(client_.Connect());
+  local_ = GetTemporaryPath() + "/a b.cs";
+  ASSERT_TRUE(client_.DownloadFile("/Site/a b.cs", local_));
+  ReplaceFile(local_, "new");
+  {
+    const WritesObserved observed(keeper);
+    EXPECT_TRUE(client_.UploadFile(local_, "/Site"));
+  }
+  EXPECT_EQ(keeper.told, "http://127.0.0.1:" + std::to_string(client_.port) + "/Site/a b.cs: old -> new\n");
+  ASSERT_TRUE(client_.DownloadFile("/Site/a b.cs", local_));
+  keeper.fails = true;
+  const WritesObserved observed(keeper);
+  EXPECT_FALSE(client_.UploadFile(local_, "/Site"));
+  EXPECT_EQ(client_.GetErrorText(), "The disk is full");
+  EXPECT_EQ(server_->Requests().back().method, "GET") << "what cannot be kept is not overwritten";
 }
 
 }  // namespace

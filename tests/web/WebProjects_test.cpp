@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "host/actions/Variables.h"
+#include "host/history/RunHistory.h"
 #include "host/testing/HttpTestServer.h"
 #include "host/web/WebDavClient.h"
 #include "platform/files/Files.h"
@@ -36,6 +37,7 @@ class WebBuild : public testing::Test {
     folder_ = fs::temp_directory_path() / ("qx-web-" + name);
     site_ = name;
     fs::remove_all(folder_);
+    fs::remove_all(NativePath(RunHistory(PathOf("build.xml")).Folder()));
     fs::create_directories(folder_ / "vs");
     fs::create_directories(folder_ / "tmp");
     fs::copy_file(NativePath(QX_RECORDER), folder_ / "vs" / "devenv.com");
@@ -296,11 +298,89 @@ TEST_P(WebDavBuild, ShowsThePasswordNowhere) {
   }
 }
 
+// It does not say who it is, and so sees nothing where a server wants to know.
 TEST_P(WebDavBuild, ChangesNothingInADryRun) {
   PutSiteOnServer();
   MakeBuild({Url("App.csproj")}, WebDav());
   const test::ProgramResult result = Run({"--dry-run"});
   EXPECT_EQ(ReadFile(OnServer("AssemblyInfo.cs")), kOld) << result.out << result.err;
+  EXPECT_TRUE(Holds(result, "401 Unauthorized: a dry run sends no user name and no password"))
+      << result.out << result.err;
+}
+
+// What it was before the run is had back with the login of the action, also when the run has changed it twice.
+TEST_P(WebDavBuild, KeepsWhatTheServerHad) {
+  PutSiteOnServer();
+  MakeBuild({Url("App.csproj")}, WebDav());
+  ASSERT_EQ(Run().code, 0);
+  ASSERT_EQ(ReadFile(OnServer("AssemblyInfo.cs")), kStamped);
+  const std::string url = Url("AssemblyInfo.cs");
+  const test::ProgramResult history = Host({"history", PathOf("build.xml")});
+  EXPECT_TRUE(Holds(history, "1 file changed\n")) << history.out;
+  EXPECT_TRUE(Holds(history, "    " + url + "\n")) << history.out;
+  const test::ProgramResult planned = Host({"restore", PathOf("build.xml"), "--dry-run"});
+  EXPECT_EQ(planned.out, "would restore " + url + ", unless it was changed since\n") << planned.err;
+  EXPECT_EQ(ReadFile(OnServer("AssemblyInfo.cs")), kStamped);
+  const test::ProgramResult restored = Host({"restore", PathOf("build.xml")});
+  EXPECT_EQ(restored.code, 0) << restored.err;
+  EXPECT_EQ(restored.out, "restored " + url + "\n");
+  EXPECT_EQ(ReadFile(OnServer("AssemblyInfo.cs")), kOld);
+  EXPECT_EQ(Host({"restore", PathOf("build.xml")}).out, "");
+}
+
+TEST_P(WebDavBuild, RestoresNoFileThatSomebodyChangedSinceUnlessForced) {
+  PutSiteOnServer();
+  MakeBuild({Url("App.csproj")}, WebDav());
+  ASSERT_EQ(Run().code, 0);
+  PutOnServer("AssemblyInfo.cs", "// theirs\r\n");
+  const test::ProgramResult refused = Host({"restore", PathOf("build.xml")});
+  EXPECT_EQ(refused.code, 1);
+  EXPECT_TRUE(Holds(refused, Url("AssemblyInfo.cs") + " was changed since run 1 and is left alone"))
+      << refused.err;
+  EXPECT_EQ(ReadFile(OnServer("AssemblyInfo.cs")), "// theirs\r\n");
+  EXPECT_EQ(Host({"restore", PathOf("build.xml"), "--force"}).code, 0);
+  EXPECT_EQ(ReadFile(OnServer("AssemblyInfo.cs")), kOld);
+  EXPECT_EQ(Host({"restore", PathOf("build.xml")}).code, 0) << "what was overwritten is kept in turn";
+  EXPECT_EQ(ReadFile(OnServer("AssemblyInfo.cs")), "// theirs\r\n");
+}
+
+// No action names the server any more: nobody knows who may write there.
+TEST_P(WebDavBuild, WritesAsideWhatItCannotPutBack) {
+  PutSiteOnServer();
+  MakeBuild({Url("App.csproj")}, WebDav());
+  ASSERT_EQ(Run().code, 0);
+  ASSERT_EQ(Host({"set", PathOf("build.xml"), "ProjLocationDetectMethod=useShare"}).code, 0);
+  const test::ProgramResult result = Host({"restore", PathOf("build.xml")});
+  EXPECT_EQ(result.code, 1);
+  EXPECT_TRUE(Holds(result, Url("AssemblyInfo.cs") + " is not put back: no action of the build project"))
+      << result.err;
+  EXPECT_EQ(ReadFile(PathOf("AssemblyInfo.cs.before-run-1")), kOld);
+  EXPECT_EQ(ReadFile(OnServer("AssemblyInfo.cs")), kStamped);
+}
+
+// Where a server asks nobody, a dry run shows what would be put.
+TEST_F(WebBuild, ShowsThePutThatWouldFollow) {
+  HttpTestServer server([](const HttpTestRequest& request) {
+    if (request.target == "/Site/App.csproj") return HttpTestReply("200 OK", kProjectFile);
+    return HttpTestReply("200 OK", kOld);
+  });
+  const std::string site = "http://127.0.0.1:" + std::to_string(server.Port()) + "/Site/";
+  MakeBuild({site + "App.csproj"}, {"ProjLocationDetectMethod=useWebDAV", "WebDAVUsername=ann",
+                                    "WebDAVPassword=" + Setting("QX_WEB_PASSWORD")});
+  const test::ProgramResult result = Run({"--dry-run"});
+  EXPECT_EQ(result.code, 0) << result.out << result.err;
+  EXPECT_TRUE(Holds(result, "Would put " + site +
+                                "AssemblyInfo.cs (asked for without a user name):\n"
+                                "    | @@ -1,2 +1,2 @@\n    |  // kept\n"
+                                "    | -[assembly: AssemblyVersion(\"1.0.*\")]\n"
+                                "    | +[assembly: AssemblyVersion(\"2.1.0.7\")]\n"))
+      << result.out;
+  EXPECT_FALSE(Holds(result, "AssemblyInfo.cs.bak"))
+      << "the temporary files are nobody's business: " << result.out;
+  for (const HttpTestRequest& request : server.Requests()) {
+    EXPECT_NE(request.method, "PUT");
+    EXPECT_FALSE(request.headers.contains("authorization"));
+  }
 }
 
 TEST_F(WebBuild, StampsThroughAShare) {
