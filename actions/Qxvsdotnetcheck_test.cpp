@@ -1,6 +1,7 @@
 // What the action tells of a run before it: each finding by what causes it, the projects and the files to stamp.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 #include "actions/RunFixture.h"
@@ -319,6 +320,29 @@ TEST_F(CheckOfAction, ProjectsThatAreNoLongerThereToBeStampedAreWarnings) {
   const std::string gone = "The project " + std::string(kGoneId) + " is no longer in the solution";
   EXPECT_EQ(Findings(), (Lines{"warning AssemblySelectedProjects: " + gone,
                                "warning ResourceSelectedProjects: " + gone}));
+}
+
+// What leaves the solution's tree is stamped by its own name alone, and told of either way.
+TEST_F(CheckOfAction, ReferencesThatLeaveTheTreeAreNamed) {
+  Stamp();
+  action->Settings().updateWin32Resource = false;
+  Write("other/victim.txt", kInfo);
+  Write("other/AssemblyInfo.cs", kInfo);
+  Write("src/Lib/Lib.csproj",
+        "<Project><Compile Include=\"AssemblyInfo.\\..\\..\\..\\other\\victim.txt\"/></Project>");
+  EXPECT_EQ(Findings(), (Lines{"warning victim.txt: Lib refers to it as its AssemblyInfo file: it is none, "
+                               "lies outside the solution's folder, and is not stamped"}));
+  EXPECT_TRUE(action->CheckRun().stamps.empty());
+  Write("src/Lib/Lib.csproj", "<Project><Compile Include=\"..\\..\\other\\AssemblyInfo.cs\"/></Project>");
+  EXPECT_EQ(Findings(), Lines());
+  const CheckReport report = action->CheckRun();
+  ASSERT_EQ(report.stamps.size(), 1u);
+  const auto told = std::find_if(report.findings.begin(), report.findings.end(), [](const CheckFinding& one) {
+    return one.message == "Lib refers to it, which lies outside the solution's folder: it is stamped there";
+  });
+  ASSERT_NE(told, report.findings.end());
+  EXPECT_EQ(told->subject, "AssemblyInfo.cs");
+  EXPECT_TRUE(told->severity == CheckSeverity::Info);
 }
 
 TEST_F(CheckOfAction, ASolutionOfALaterFormatIsAWarning) {

@@ -70,12 +70,20 @@ struct SourceVersions {
   int infos = 0;                          // AssemblyInfo files
   std::vector<std::string> projects;      // whose AssemblyInfo file says an assembly version
   std::optional<Numbers> assembly, file;  // the highest
+  int filesWithLineFeeds = 0;
   struct Script {
     std::string guid, path;
     VersionReading reading;
   };
   std::vector<Script> scripts;
 };
+
+bool EndsALineInLineFeed(std::string_view text) {
+  for (std::size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1)) {
+    if (at == 0 || text[at - 1] != '\r') return true;
+  }
+  return false;
+}
 
 void ReadInfo(const std::string& projectFile, const std::string& guid, SourceVersions& found) {
   std::string bytes, decoded;
@@ -85,7 +93,9 @@ void ReadInfo(const std::string& projectFile, const std::string& guid, SourceVer
     return;
   ++found.infos;
   decoded.clear();
-  const WrittenVersions versions = ReadWrittenVersions(DecodeText(bytes, decoded));
+  const std::string_view text = DecodeText(bytes, decoded);
+  if (EndsALineInLineFeed(text)) ++found.filesWithLineFeeds;
+  const WrittenVersions versions = ReadWrittenVersions(text);
   const auto assembly = NumbersOf(versions.assembly), file = NumbersOf(versions.file);
   if (assembly) found.projects.push_back(guid);
   found.assembly = std::max(found.assembly, assembly);
@@ -132,7 +142,9 @@ void ReadScript(const std::string& script, const std::string& guid, SourceVersio
     VersionReading reading = ReadVersionBlock(text, script);
     const VersionBlockPlace place = FindVersionBlock(text, script);
     ReadShortForms(text.substr(place.begin, place.end - place.begin), reading);
-    if (reading.hasBlock) found.scripts.push_back({guid, script, std::move(reading)});
+    if (!reading.hasBlock) return;
+    if (EndsALineInLineFeed(text)) ++found.filesWithLineFeeds;
+    found.scripts.push_back({guid, script, std::move(reading)});
   } catch (const std::exception& error) {
     warnings.push_back(script + " is left out of the stamping: " + error.what());
   }
@@ -287,6 +299,7 @@ FromFileAnswer TQXCustomVSDotNetAction::SetUpFromFile(const FromFileRequest& req
 
   const InterfacePtr<IVSDotNetSolution> solution = OpenSolution(request.file);
   const SourceVersions found = ReadSources(*solution, answer.warnings);
+  answer.filesWithLineFeeds = found.filesWithLineFeeds;
   if (found.assembly) {
     SetAssemblyVersion(AsWhole(*found.assembly));
     // Where no source says a file version, compilers take the assembly's.

@@ -83,6 +83,16 @@ class InitOfAction : public RunFixture {
   }
 };
 
+// Stamping would make CR LF of every one of their lines, unless the host is told to keep them.
+TEST_F(InitOfAction, CountsTheSourcesThatEndLinesInLineFeeds) {
+  EXPECT_EQ(Init().filesWithLineFeeds, 0);
+  Write("src/Lib/AssemblyInfo.cs", "[assembly: AssemblyVersion(\"1.2.0.0\")]\n");
+  std::string script = VersionScriptOf("A", "1,2,0,45");
+  std::erase(script, '\r');
+  Write("src/Tool/Tool.rc", script);
+  EXPECT_EQ(Init().filesWithLineFeeds, 2);
+}
+
 TEST_F(InitOfAction, TakesSolutions) {
   TQXVSDotNetAction bare;
   EXPECT_EQ(FromFileOf(bare), &bare);

@@ -13,6 +13,7 @@
 #include "plugin/Qxutils.h"
 #include "solution/Vsnetsln.h"
 #include "versioning/AssemblyAttributes.h"
+#include "versioning/AssemblyInfoPlace.h"
 #include "versioning/SourceText.h"
 #include "versioning/WebProjects.h"
 
@@ -170,6 +171,25 @@ std::string FindProjectFile(const std::string& path, const std::string& solution
   }
 }
 
+// Whether the run stamps what a project refers to; says so of what lies outside the solution's folder.
+bool IsStamped(const std::string& reference, const std::string& folder, const std::string& tree,
+               const CheckedStamp& stamp, CheckReport& report) {
+  const bool leaves = LeavesTree(reference, folder, tree);
+  const bool isStamped = IsAssemblyInfoFile(reference, folder, tree);
+  if (isStamped && leaves) {
+    report.findings.push_back(AboutFile(
+        CheckSeverity::Info, stamp.file,
+        stamp.project + " refers to it, which lies outside the solution's folder: it is stamped there"));
+  } else if (!isStamped) {
+    report.findings.push_back(AboutFile(CheckSeverity::Warning, stamp.file,
+                                        stamp.project + " refers to it as its AssemblyInfo file: it is none" +
+                                            (leaves ? ", lies outside the solution's folder," : "") +
+                                            " and is not stamped",
+                                        "let the project file name its AssemblyInfo file"));
+  }
+  return isStamped;
+}
+
 }  // namespace
 
 void CheckAssemblyInfos(TQXCustomVSDotNetAction& action, IVSDotNetSolution& solution, CheckReport& report) {
@@ -192,6 +212,8 @@ void CheckAssemblyInfos(TQXCustomVSDotNetAction& action, IVSDotNetSolution& solu
     if (reference.empty()) continue;
     CheckedStamp stamp{ExpandRelativePath(FolderPart(file), reference), project->GetName(), "AssemblyInfo",
                        "", ""};
+    const bool isWeb = LowerCase(project->GetPath()).find("http://") != std::string::npos;
+    if (!IsStamped(reference, FolderPart(file), isWeb ? FolderPart(file) : folder, stamp, report)) continue;
     try {
       tryStamp.Run(stamp.file, LowerCase(ExtensionOf(reference)), stamp);
     } catch (const std::exception& error) {

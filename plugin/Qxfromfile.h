@@ -20,6 +20,8 @@ struct FromFileRequest {
 struct FromFileAnswer {
   std::vector<std::string> decisions;  // what was chosen, a line each
   std::vector<std::string> warnings;   // likewise
+  // How many of the files that a stamping run rewrites end a line in LF alone.
+  int filesWithLineFeeds = 0;
 };
 
 // Implemented by an action class; asked by the host with FromFileOf, on the thread that edits.

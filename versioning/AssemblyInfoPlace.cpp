@@ -37,4 +37,8 @@ bool IsAssemblyInfoFile(const std::string& reference, const std::string& folder,
   return Below(real, RealPath(tree)).has_value() || HasTheWord(FilePart(real));
 }
 
+bool LeavesTree(const std::string& reference, const std::string& folder, const std::string& tree) {
+  return !Below(RealPath(ExpandPath(folder, reference)), RealPath(tree)).has_value();
+}
+
 }  // namespace qx

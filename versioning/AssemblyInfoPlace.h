@@ -12,4 +12,7 @@ namespace qx {
 bool IsAssemblyInfoFile(const std::string& reference, const std::string& folder, const std::string& tree,
                         bool isNoLink = false);
 
+// Whether the name that is really opened lies outside the tree.
+bool LeavesTree(const std::string& reference, const std::string& folder, const std::string& tree);
+
 }  // namespace qx

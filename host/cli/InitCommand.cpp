@@ -2,6 +2,7 @@
 #include "host/cli/Commands.h"
 #include "host/cli/Session.h"
 #include "platform/CommandLine.h"
+#include "platform/LineEnds.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
 #include "plugin/Qxfromfile.h"
@@ -27,6 +28,13 @@ std::string NeedFile(const std::string& operand) {
   return FindExisting(file);
 }
 
+// Empty where every line ends in CR LF already, or is left its own end.
+std::string LineEndsProposal(int files) {
+  if (files == 0 || CurrentLineEnds() == LineEnds::Keep) return "";
+  return std::to_string(files) + " of the files to stamp " + (files == 1 ? "ends" : "end") +
+         " lines in LF: qxhost options LineEnds=keep leaves them so, else they become CR LF\n";
+}
+
 }  // namespace
 
 int InitProject(Session& session, const Invocation& invocation) {
@@ -47,6 +55,7 @@ int InitProject(Session& session, const Invocation& invocation) {
   Session::Save(project);
   std::string text = "Wrote " + target + " with the action " + name + "\n";
   for (const std::string& decision : answer.decisions) text += decision + "\n";
+  text += LineEndsProposal(answer.filesWithLineFeeds);
   session.Print(text + "Next: qxhost run " + QuoteArgument(target) + "\n");
   for (const std::string& warning : answer.warnings) Session::Warn(warning);
   return 0;

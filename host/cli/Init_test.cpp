@@ -26,6 +26,16 @@ TEST_F(InitCommand, HandsOnWhatIsAskedFor) {
   EXPECT_TRUE(Holds(written, "<Property name=\"Loud\">True</Property>")) << written;
 }
 
+TEST_F(InitCommand, ProposesToKeepLineEndsWhereSourcesHaveLineFeeds) {
+  Write("a.tiny", "one\ntwo\n");
+  const std::string proposal =
+      "1 of the files to stamp ends lines in LF: qxhost options LineEnds=keep leaves them so, else they "
+      "become CR LF\n";
+  EXPECT_TRUE(Holds(Host({"init", "a.tiny", "a.xml"}).out, proposal + "Next: "));
+  ASSERT_EQ(Host({"options", "LineEnds=keep"}).code, 0);
+  EXPECT_FALSE(Holds(Host({"init", "a.tiny", "b.xml"}).out, "LineEnds"));
+}
+
 TEST_F(InitCommand, RefusesAndWritesNothing) {
   Write("a.tiny", "");
   Write("a.txt", "");

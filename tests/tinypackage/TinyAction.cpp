@@ -70,7 +70,8 @@ FromFileAnswer TTinyAction::SetUpFromFile(const FromFileRequest& request) {
   text_ = request.file.substr(request.projectFolder.size());
   loud_ = request.stamps;
   lines_.Add(request.configuration);
-  return {{"Text: " + text_}, {"it is tiny"}};
+  const bool hasLineFeeds = ReadFile(request.file).find('\n') != std::string::npos;
+  return {{"Text: " + text_}, {"it is tiny"}, hasLineFeeds ? 1 : 0};
 }
 
 bool TTinyAction::Validate(IQXActionValidationError& errors) {
