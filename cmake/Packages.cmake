@@ -1,5 +1,5 @@
-# What scripts/package packs: for Debian the packages qxhost (component CLI), qxhost-desktop (DESKTOP) and qxhost-dev (DEV),
-# for Windows one archive with all three. What is installed without a component's name belongs to CLI, see House.cmake.
+# What scripts/package packs: for Debian the packages qxhost (component CLI), qxhost-desktop (DESKTOP), qxhost-dev (DEV)
+# and qxhost-buildbot (FARM), for Windows one archive with the first three. What is installed without a component's name belongs to CLI, see House.cmake.
 if(WIN32)
   install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" DESTINATION . RENAME LICENSE.txt)
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/third-party.txt" DESTINATION .)
@@ -15,6 +15,13 @@ else()
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/debian/copyright" COMPONENT DEV
           DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qxhost-dev)
   install(FILES "${CMAKE_SOURCE_DIR}/packaging/vsinspect.1" DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES "${CMAKE_SOURCE_DIR}/packaging/debian/copyright" COMPONENT FARM
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qxhost-buildbot)
+  install(DIRECTORY "${CMAKE_SOURCE_DIR}/examples/farm" COMPONENT FARM
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/qxhost-buildbot/examples PATTERN __pycache__ EXCLUDE)
+  # Debian's Python looks here whatever its version; elsewhere PYTHONPATH has to name the folder.
+  install(DIRECTORY "${CMAKE_SOURCE_DIR}/packaging/buildbot/qxhost_buildbot" COMPONENT FARM
+          DESTINATION lib/python3/dist-packages PATTERN __pycache__ EXCLUDE PATTERN .mypy_cache EXCLUDE)
   if(TARGET qxhost-desktop)
     set(desktop "${CMAKE_SOURCE_DIR}/packaging/desktop/qxhost-desktop")
     install(FILES "${CMAKE_SOURCE_DIR}/packaging/debian/copyright" COMPONENT DESKTOP
@@ -47,7 +54,7 @@ if(WIN32)
 else()
   set(CPACK_GENERATOR DEB)
   set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-  set(CPACK_COMPONENTS_ALL CLI DEV)
+  set(CPACK_COMPONENTS_ALL CLI DEV FARM)
   if(TARGET qxhost-desktop)
     list(APPEND CPACK_COMPONENTS_ALL DESKTOP)
   endif()
@@ -81,6 +88,20 @@ the engine of this system. vsinspect shows what it sees in such a file.")
 "host for build automation, for developers of packages
 The headers that a package with actions of its own is made from, and what tells
 CMake and pkg-config where they and the runtime library are.")
+
+  set(CPACK_DEBIAN_FARM_PACKAGE_NAME qxhost-buildbot)
+  set(CPACK_DEBIAN_FARM_PACKAGE_ARCHITECTURE all)
+  set(CPACK_DEBIAN_FARM_PACKAGE_SHLIBDEPS OFF)
+  # The worker's part is needed on the master too: the night is coordinated by a worker inside the master.
+  set(CPACK_DEBIAN_FARM_PACKAGE_DEPENDS "python3 (>= 3.11), buildbot (>= 3.7), buildbot-worker")
+  set(CPACK_DEBIAN_FARM_PACKAGE_SUGGESTS "qxhost, git")
+  set(CPACK_DEBIAN_FARM_PACKAGE_CONTROL_EXTRA "${CMAKE_SOURCE_DIR}/packaging/buildbot/debian/postinst"
+      "${CMAKE_SOURCE_DIR}/packaging/buildbot/debian/prerm")
+  set(CPACK_COMPONENT_FARM_DESCRIPTION
+"host for build automation, on a farm of machines
+A Python package for Buildbot's master: it makes a builder of every build
+project in a folder, gives each build of a product a number of its own, and
+follows qxhost's log on the workers. Workers need qxhost and no more of this.")
 
   set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME qxhost-desktop)
   # The last draws the marks in check boxes, which the toolkit only recommends.
