@@ -165,6 +165,10 @@ bool Diagnostics::Compiler(std::string_view line) {
              !TakeTool(rest, "g++") && !TakeTool(rest, "gcc-posix") && !TakeTool(rest, "g++-posix")) {
     return false;
   }
+  if (scripted && Take(rest, "warning:")) {
+    Print(place ? name : step_, "warning", "RC4000", rest);
+    return true;
+  }
   if (scripted) {
     Take(rest, "error:");
     Print(place ? name : step_, "error", rest.find("open") != std::string_view::npos ? "RC2135" : "RC2104",

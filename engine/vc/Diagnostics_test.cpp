@@ -49,6 +49,8 @@ TEST(Diagnostics, SayWhatTheResourceCompilerSays) {
   EXPECT_EQ(Printed({"@ a.rc",
                      "i686-w64-mingw32-windres: can't open icon file `x.ico': No such file or directory"}),
             "a.rc\na.rc : error RC2135: can't open icon file `x.ico': No such file or directory\n");
+  EXPECT_EQ(Printed({"i686-w64-mingw32-windres: /x/a.rc:7: warning: a long title is cut"}),
+            "/x/a.rc(7) : warning RC4000: a long title is cut\n");
 }
 
 TEST(Diagnostics, PassOverWhatNinjaSaysToItself) {
