@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Texts.h"
+#include "platform/xml/XmlCheck.h"
 #include "platform/xml/XmlDocument.h"
 #include "platform/xml/XmlEncoding.h"
 #include "plugin/Qxtypes.h"
@@ -57,20 +58,52 @@ std::string XmlElement::Text() const {
 XmlDocument::XmlDocument() : state_(std::make_unique<State>()) {}
 XmlDocument::~XmlDocument() = default;
 
-void XmlDocument::Parse(std::string& bytes, XmlTexts texts) {
-  const XmlDeclaration declaration = ReadXmlDeclaration(bytes);
-  pugi::xml_encoding encoding = pugi::encoding_auto;
-  if (declaration.size > 0) {
-    encoding = pugi::encoding_utf8;
-    const LegacyEncoding* legacy = FindLegacyEncoding(declaration.encoding);
-    if (legacy != nullptr && !IsAscii(bytes)) bytes = system::DecodeLegacy(*legacy, bytes);
+namespace {
+
+// In UTF-16 a file begins with a mark, or is known by its first two characters. Half of a character at its end is
+// passed over.
+std::string FromUtf16(std::string_view bytes) {
+  const bool isMarked = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+  const std::size_t high = bytes[0] == '\0' || bytes[0] == '\xFE' ? 0 : 1;
+  if (isMarked) bytes.remove_prefix(2);
+  std::u16string wide(bytes.size() / 2, u'\0');
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(bytes[2 * i + at]); };
+    wide[i] = static_cast<char16_t>(byte(high) << 8 | byte(1 - high));
   }
+  return ToUtf8(wide);
+}
+
+void Decode(std::string& bytes) {
+  using namespace std::string_view_literals;
+  const auto begins = [&](std::string_view with) { return bytes.starts_with(with); };
+  const bool isWide = begins("\xFF\xFE") || begins("\xFE\xFF") || begins("<\0?\0"sv) || begins("\0<\0?"sv);
+  if (isWide) {
+    bytes = FromUtf16(bytes);
+  } else {
+    DecodeDeclaredLegacy(bytes);
+  }
+  const std::size_t mark = begins("\xEF\xBB\xBF") ? 3 : 0;
+  const std::string_view name = DeclaredEncoding(std::string_view(bytes).substr(mark));
+  if (name.empty() || SameText(name, "utf-8") || SameText(name, "utf8")) return;
+  if (isWide ? SameText(name, "utf-16") : FindLegacyEncoding(name) != nullptr)
+    return;  // a mark goes before a name
+  throw Exception("the file is not in the encoding that it declares, or nobody knows that one: " +
+                  std::string(name.substr(0, 40)));
+}
+
+}  // namespace
+
+void XmlDocument::Parse(std::string& bytes, XmlTexts texts) {
+  state_->document.reset();
+  Decode(bytes);
+  CheckXml(bytes);
   // Elements and attribute values are all that is mostly asked for; comments and instructions are never kept.
   constexpr unsigned kFlags = pugi::parse_minimal | pugi::parse_escapes;
   constexpr unsigned kTexts = pugi::parse_cdata | pugi::parse_eol;
   const unsigned flags = texts == XmlTexts::Kept ? kFlags | kTexts : kFlags;
   const pugi::xml_parse_result result =
-      state_->document.load_buffer_inplace(bytes.data(), bytes.size(), flags, encoding);
+      state_->document.load_buffer_inplace(bytes.data(), bytes.size(), flags, pugi::encoding_utf8);
   if (result) return;
   state_->document.reset();
   throw Exception(result.description());

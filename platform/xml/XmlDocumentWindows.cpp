@@ -213,6 +213,19 @@ std::string XmlElement::Text() const {
 XmlDocument::XmlDocument() : state_(std::make_unique<State>()) {}
 XmlDocument::~XmlDocument() = default;
 
+namespace {
+
+// What does not know ProhibitDTD has read it.
+void RefuseDocumentType(ComPtr<IXMLDOMDocument2>& document) {
+  ComPtr<IXMLDOMDocumentType> type;
+  document->get_doctype(type.Receive());
+  if (!type) return;
+  document = {};
+  throw Exception("DTD is prohibited.");
+}
+
+}  // namespace
+
 void XmlDocument::Parse(std::string& bytes, XmlTexts /*texts: the system's document keeps them always*/) {
   state_->nodes.clear();
   state_->document = CreateDocument();
@@ -222,13 +235,7 @@ void XmlDocument::Parse(std::string& bytes, XmlTexts /*texts: the system's docum
   document.put_resolveExternals(VARIANT_FALSE);
   ProhibitDtd(document);
 
-  // Not every system's MSXML knows every legacy encoding: they are decoded here, and the declaration, which
-  // would then be wrong, goes.
-  const XmlDeclaration declaration = ReadXmlDeclaration(bytes);
-  if (const LegacyEncoding* legacy = FindLegacyEncoding(declaration.encoding)) {
-    bytes.erase(0, declaration.size);
-    if (!IsAscii(bytes)) bytes = system::DecodeLegacy(*legacy, bytes);
-  }
+  DecodeDeclaredLegacy(bytes);  // not every system's MSXML knows all of them
   // Through a stream: loading by name would read "%41" in the name as a letter.
   const ComPtr<IStream> stream(
       SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes.data()), static_cast<UINT>(bytes.size())));
@@ -238,7 +245,7 @@ void XmlDocument::Parse(std::string& bytes, XmlTexts /*texts: the system's docum
   source.punkVal = stream.get();
   VARIANT_BOOL loaded = VARIANT_FALSE;
   const HRESULT result = document.load(source, &loaded);
-  if (SUCCEEDED(result) && loaded == VARIANT_TRUE) return;
+  if (SUCCEEDED(result) && loaded == VARIANT_TRUE) return RefuseDocumentType(state_->document);
 
   ComPtr<IXMLDOMParseError> error;
   BStr reason;

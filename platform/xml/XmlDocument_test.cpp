@@ -162,12 +162,12 @@ TEST(XmlDocument, FetchesNoEntityAndExpandsNone) {
 }
 
 TEST(XmlDeclaration, NamesTheEncoding) {
-  EXPECT_EQ(ReadXmlDeclaration("<?xml version=\"1.0\" encoding = 'Big5' ?><r/>").encoding, "Big5");
-  EXPECT_EQ(ReadXmlDeclaration("<?xml version=\"1.0\"?><r encoding='x'/>").encoding, "");
-  EXPECT_EQ(ReadXmlDeclaration("<r/>").size, 0u);
-  for (const char* broken :
-       {"<?xml", "<?xml encoding", "<?xml encoding?>", "<?xml encoding=?>", "<?xml encoding='?>"}) {
-    EXPECT_EQ(ReadXmlDeclaration(broken).encoding, "") << broken;
+  EXPECT_EQ(DeclaredEncoding("<?xml version=\"1.0\" encoding = 'Big5' ?><r/>"), "Big5");
+  EXPECT_EQ(DeclaredEncoding("<?xml version=\"1.0\"?><r encoding='x'/>"), "");
+  for (const char* none :
+       {"<r/>", "<?xml", "<?xml encoding", "<?xml encoding?>", "<?xml encoding=?>", "<?xml encoding='?>",
+        "<?xml encoding='a\nb'?>", "<?xml-stylesheet encoding='big5'?><r/>"}) {
+    EXPECT_EQ(DeclaredEncoding(none), "") << none;
   }
 }
 

@@ -42,26 +42,28 @@ constexpr LegacyEncoding kLegacy[] = {
     {"koi8-r", "KOI8-R", 20866},
     {"koi8-u", "KOI8-U", 21866},
     {"us-ascii", "US-ASCII", 20127},
+    {"ascii", "US-ASCII", 20127},
 };
 
 }  // namespace
 
-XmlDeclaration ReadXmlDeclaration(std::string_view bytes) {
-  XmlDeclaration result;
-  if (!bytes.starts_with("<?xml")) return result;
+std::string_view DeclaredEncoding(std::string_view bytes) {
+  constexpr std::string_view kBegin = "<?xml", kWord = "encoding", kBlanks = " \t\r\n";
+  if (!bytes.starts_with(kBegin) || kBlanks.find(bytes.substr(kBegin.size(), 1)) == std::string_view::npos)
+    return {};
   const std::size_t end = bytes.find("?>");
-  if (end == std::string_view::npos) return result;
-  result.size = end + 2;
-  std::string_view rest = bytes.substr(0, end);
-  const std::size_t word = rest.find("encoding");
-  if (word == std::string_view::npos) return result;
-  rest = TrimView(rest.substr(word + 8));
-  if (!rest.starts_with('=')) return result;
-  rest = TrimView(rest.substr(1));
-  if (rest.empty() || (rest[0] != '"' && rest[0] != '\'')) return result;
-  const std::size_t close = rest.find(rest[0], 1);
-  if (close != std::string_view::npos) result.encoding = rest.substr(1, close - 1);
-  return result;
+  if (end == std::string_view::npos) return {};
+  bytes = bytes.substr(0, end);
+  const std::size_t word = bytes.find(kWord);
+  if (word == std::string_view::npos) return {};
+  bytes = TrimView(bytes.substr(word + kWord.size()));
+  if (!bytes.starts_with('=')) return {};
+  bytes = TrimView(bytes.substr(1));
+  if (bytes.empty() || (bytes[0] != '"' && bytes[0] != '\'')) return {};
+  const std::size_t close = bytes.find(bytes[0], 1);
+  const std::string_view name = bytes.substr(1, close == std::string_view::npos ? 0 : close - 1);
+  const bool couldBe = std::ranges::all_of(name, [](char c) { return c > ' ' && c < '\x7F'; });
+  return couldBe ? name : std::string_view();
 }
 
 const LegacyEncoding* FindLegacyEncoding(std::string_view name) {
@@ -69,6 +71,14 @@ const LegacyEncoding* FindLegacyEncoding(std::string_view name) {
   const auto found = std::find_if(std::begin(kLegacy), std::end(kLegacy),
                                   [&](const auto& entry) { return entry.name == lower; });
   return found == std::end(kLegacy) ? nullptr : found;
+}
+
+void DecodeDeclaredLegacy(std::string& bytes) {
+  const std::string_view declared = DeclaredEncoding(bytes);
+  const LegacyEncoding* legacy = FindLegacyEncoding(declared);
+  if (legacy == nullptr) return;
+  bytes.replace(static_cast<std::size_t>(declared.data() - bytes.data()), declared.size(), "utf-8");
+  if (!IsAscii(bytes)) bytes = system::DecodeLegacy(*legacy, bytes);
 }
 
 bool IsAscii(std::string_view text) {

@@ -1,5 +1,5 @@
 // The encodings that XML files of old tools declare and XML parsers do not know: found in a file's first line
-// and turned into UTF-8.
+// and turned into UTF-8, of which the declaration then speaks.
 #pragma once
 
 #include <optional>
@@ -16,12 +16,13 @@ struct LegacyEncoding {
   unsigned codePage;
 };
 
-// What an XML file's declaration says of its encoding.
-struct XmlDeclaration {
-  std::string_view encoding;  // as written; empty when none is declared, or the file begins with a mark
-  std::size_t size = 0;       // the whole declaration's length
-};
-XmlDeclaration ReadXmlDeclaration(std::string_view bytes);
+// What an XML file's declaration names, as written; empty when it names none, something that cannot be an encoding's
+// name, or the file begins with a mark.
+std::string_view DeclaredEncoding(std::string_view bytes);
+
+// Turns a file that declares a legacy encoding into UTF-8 and has its declaration name that; leaves others alone.
+// Raises Exception when the system does not know the encoding.
+void DecodeDeclaredLegacy(std::string& bytes);
 
 // None for UTF-8, UTF-16 and names that nobody knows. Letter case does not count.
 const LegacyEncoding* FindLegacyEncoding(std::string_view name);
