@@ -174,8 +174,8 @@ class RunCheck {
     } else if (FileExists(engine.path)) {
       Tell(Info, subject, "The engine is " + engine.path, "", engine.path);
     } else {
-      Tell(Error, subject, "The engine is not there: " + engine.path, "set its folder in the options",
-           engine.path);
+      Tell(Error, subject, "The engine is not there: " + engine.path,
+           "name its folder in the options, or empty it there to have it looked for", engine.path);
     }
   }
 

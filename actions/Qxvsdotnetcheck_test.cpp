@@ -355,6 +355,14 @@ TEST_F(CheckOfAction, ASolutionOfALaterFormatIsAWarning) {
              "warning SolutionConFiguration: The solution has no configurations"}));
 }
 
+// A folder that was detected once is kept, so programs that moved are looked for where they were.
+TEST_F(CheckOfAction, SaysHowAnEngineThatMovedIsFoundAgain) {
+  fs::remove(root_ / "vs/devenv.com");
+  const std::vector<CheckFinding> findings = action->CheckRun().findings;
+  ASSERT_FALSE(findings.empty());
+  EXPECT_EQ(findings.front().hint, "name its folder in the options, or empty it there to have it looked for");
+}
+
 TEST_F(CheckOfAction, UnderMSBuildLooksForThatEngine) {
   UseMSBuild();
   EXPECT_EQ(Findings(), Lines{});

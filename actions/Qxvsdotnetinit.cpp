@@ -306,7 +306,8 @@ FromFileAnswer TQXCustomVSDotNetAction::SetUpFromFile(const FromFileRequest& req
     SetAssemblyFileVersion(AsWhole(found.file ? *found.file : *found.assembly));
     answer.decisions.push_back("AssemblyVersion: " + DottedVersion(assemblyVersion_.whole) +
                                ", file version " + DottedVersion(assemblyFileVersion_.whole) +
-                               ": the highest in " + std::to_string(found.infos) + " AssemblyInfo files");
+                               ": the highest in " + std::to_string(found.infos) + " AssemblyInfo " +
+                               (found.infos == 1 ? "file" : "files"));
   }
   if (!found.scripts.empty() && found.scripts.front().reading.numbers) {
     record_.numbers = AsVersion(*found.scripts.front().reading.numbers);

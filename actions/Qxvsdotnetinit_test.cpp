@@ -144,6 +144,12 @@ TEST_F(InitOfAction, TakesTheConfigurationThatIsAskedFor) {
                 "Release|Win32 (nearest: Release|Win32)");
 }
 
+TEST_F(InitOfAction, CountsOneFileAsOne) {
+  Write("src/Lib/Lib.csproj", "<Project/>");
+  EXPECT_EQ(Init().decisions.at(3),
+            "AssemblyVersion: 1.10.0.0, file version 1.10.0.0: the highest in 1 AssemblyInfo file");
+}
+
 TEST_F(InitOfAction, TakesTheHighestNumbersOfTheSources) {
   const FromFileAnswer answer = Init();
   EXPECT_EQ(Versions(), "1.10.0.0 1.10.0.0 1.2.0.45 ");
