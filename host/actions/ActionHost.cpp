@@ -1,6 +1,8 @@
 // Attaching actions to their surroundings, and what the host hands to them.
 #include "host/actions/ActionHost.h"
 
+#include "host/system/LockedText.h"
+
 namespace qx {
 namespace {
 
@@ -64,8 +66,11 @@ void GuardSecrets(TQXAction& action, ActionLog& log) {
   for (const PublishedProperty& property : actionClass->properties) {
     if (property.storage != PropertyStorage::Secret) continue;
     try {
-      const PropertyValue value = property.get(action);
-      if (const std::string* text = std::get_if<std::string>(&value)) log.AddSecret(*text);
+      PropertyValue value = property.get(action);
+      std::string* const text = std::get_if<std::string>(&value);
+      if (text == nullptr) continue;
+      log.AddSecret(*text);
+      Wipe(*text);
     } catch (const Exception&) {
       // Nobody can decrypt it, so nobody can log it either.
     }

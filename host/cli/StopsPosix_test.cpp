@@ -1,4 +1,5 @@
 // A stop comes about within two seconds wherever the program is, and ends it with the exit code of a stop.
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <fstream>
@@ -24,6 +25,27 @@ class Stops : public SignalTest {
     return CodeWithinTwoSeconds(child);
   }
 };
+
+// The system would write everything into it that a run has in memory.
+TEST_F(Stops, AProcessWithASecretLeavesNoCore) {
+  rlimit limit{};
+  getrlimit(RLIMIT_CORE, &limit);
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_CORE, &limit);
+  const auto leavesCore = [&](const Words& assignments) {
+    std::filesystem::remove(PathOf("p.xml"));
+    Project("p.xml", {assignments});
+    const std::string out = "out" + std::to_string(assignments.size());
+    const pid_t child = Start({"run", "p.xml"}, PathOf(out));
+    WaitFor(out, "begun");
+    kill(child, SIGSEGV);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WCOREDUMP(status) != 0;
+  };
+  if (!leavesCore({"Deed=tdSleep", "Text=begun"})) GTEST_SKIP() << "this system writes no cores";
+  EXPECT_FALSE(leavesCore({"Deed=tdSleep", "Text=begun", "Password=open sesame"}));
+}
 
 TEST_F(Stops, AReaderThatReadsNoLongerHoldsNothingUp) {
   Project("p.xml", {{"Deed=tdFlood", "Seconds=1000"}});

@@ -9,6 +9,7 @@
 #include <typeinfo>
 #include <utility>
 
+#include "host/system/SecretWords.h"
 #include "platform/Texts.h"
 
 namespace qx {
@@ -87,9 +88,10 @@ constexpr std::string_view kMask = "***";
 
 // Where secrets stand in the text, overlapping places joined, in ascending order.
 std::vector<std::pair<std::size_t, std::size_t>> FindSecrets(std::string_view text,
-                                                             const std::vector<std::string>& secrets) {
+                                                             const std::vector<LockedText>& secrets) {
   std::vector<std::pair<std::size_t, std::size_t>> places;
-  for (const std::string& secret : secrets) {
+  for (const LockedText& locked : secrets) {
+    const std::string_view secret = locked.View();
     for (std::size_t at = text.find(secret); at != std::string_view::npos; at = text.find(secret, at + 1)) {
       places.emplace_back(at, at + secret.size());
     }
@@ -106,7 +108,7 @@ std::vector<std::pair<std::size_t, std::size_t>> FindSecrets(std::string_view te
   return joined;
 }
 
-std::string Mask(std::string_view text, const std::vector<std::string>& secrets) {
+std::string Mask(std::string_view text, const std::vector<LockedText>& secrets) {
   std::string masked;
   std::size_t kept = 0;
   for (const auto& [begin, end] : FindSecrets(text, secrets)) {
@@ -177,12 +179,17 @@ LogSink& ActionLog::AddSink(std::unique_ptr<LogSink> sink) {
 void ActionLog::AddSecret(std::string_view secret) {
   const std::lock_guard lock(mutex_);
   const auto add = [this](std::string_view text) {
-    if (text.empty() || std::find(secrets_.begin(), secrets_.end(), text) != secrets_.end()) return;
+    const auto is = [&](const LockedText& one) { return one.View() == text; };
+    if (text.empty() || std::any_of(secrets_.begin(), secrets_.end(), is)) return;
     secrets_.emplace_back(text);
+    NeverDivide(text);
   };
   add(secret);
   ForEachLine(secret, add);
-  for (const std::string& form : Base64Forms(secret)) add(form);
+  for (std::string& form : Base64Forms(secret)) {
+    add(form);
+    Wipe(form);
+  }
 }
 
 void ActionLog::AddMessage(int action, std::string_view text) {

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/system/LockedText.h"
 #include "plugin/Qxaction.h"
 
 namespace qx {
@@ -122,7 +123,7 @@ class ActionLog {
 
   std::mutex mutex_;
   std::vector<std::unique_ptr<LogSink>> sinks_;
-  std::vector<std::string> secrets_;
+  std::vector<LockedText> secrets_;
   bool buffered_ = false;  // one of the sinks is
   std::unique_ptr<Flusher> flusher_;
 };

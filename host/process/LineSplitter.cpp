@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/system/SecretWords.h"
 #include "platform/Texts.h"
 
 namespace qx {
@@ -10,12 +11,19 @@ namespace {
 
 // How many bytes of `text` make a piece of at most `limit` bytes that ends between two characters. Bytes that
 // are no UTF-8 are divided anywhere. A longer line is not kept whole (docs/deliberate.md).
-std::size_t PieceSize(std::string_view text, std::size_t limit) {
+std::size_t CutBetweenCharacters(std::string_view text, std::size_t limit) {
   std::size_t size = limit;
   for (int back = 0; back < 3 && size > 1; ++back, --size) {
     if (BeginsCharacter(text[size])) return size;
   }
   return BeginsCharacter(text[size]) ? size : limit;
+}
+
+// Half a secret is not masked.
+std::size_t PieceSize(std::string_view text, std::size_t limit) {
+  const std::size_t size = CutBetweenCharacters(text, limit);
+  const std::size_t cut = CutBetweenSecrets(text, size);
+  return cut > 0 ? cut : size;
 }
 
 }  // namespace
@@ -30,7 +38,7 @@ std::span<char> LineSplitter::Space() {
     scanned_ -= begin_;
     begin_ = 0;
   }
-  // At most twice longestLine_ and a read: Commit leaves no more than longestLine_ + 1 bytes behind.
+  // At most twice longestLine_ and a read: Commit leaves little more than longestLine_ behind.
   if (buffer_.size() - end_ < kReadSize) buffer_.resize(std::max(end_ + kReadSize, end_ * 2));
   return {buffer_.data() + end_, kReadSize};
 }
@@ -46,14 +54,20 @@ void LineSplitter::Commit(std::size_t count, const LineSink& sink) {
     Deliver(line, sink);
   }
   scanned_ = end_;
-  // One byte more than the limit may still be the CR of a line end.
-  while (end_ - begin_ > longestLine_ + 1) {
+  if (end_ - begin_ > longestLine_ + 1) CutLine(sink);
+  if (begin_ == end_) begin_ = scanned_ = end_ = 0;
+}
+
+void LineSplitter::CutLine(const LineSink& sink) {
+  const char* const base = buffer_.data();
+  // One byte more than the limit may still be the CR of a line end, and as many as a secret has may be of one.
+  const std::size_t kept = longestLine_ + 1 + LongestSecret();
+  while (end_ - begin_ > kept) {
     const std::string_view rest(base + begin_, end_ - begin_);
     const std::size_t size = PieceSize(rest, longestLine_);
     begin_ += size;
     sink(rest.substr(0, size));
   }
-  if (begin_ == end_) begin_ = scanned_ = end_ = 0;
 }
 
 void LineSplitter::Finish(const LineSink& sink) {

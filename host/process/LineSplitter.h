@@ -17,7 +17,7 @@ using LineSink = std::function<void(std::string_view line)>;
 class LineSplitter {
  public:
   // The most bytes of one line that are kept in memory. A longer line is delivered in pieces of at most this
-  // size, as if it were several lines: no byte is lost, no UTF-8 sequence is divided, and where the pieces
+  // size, as if it were several lines: no byte is lost, no UTF-8 sequence and no secret is divided, and where the pieces
   // end does not depend on how the stream was read. Build tools write lines of some kilobytes (a link
   // command), one mebibyte is far above.
   static constexpr std::size_t kLongestLine = std::size_t{1} << 20;
@@ -36,6 +36,7 @@ class LineSplitter {
   void Finish(const LineSink& sink);
 
  private:
+  void CutLine(const LineSink& sink);
   void Deliver(std::string_view line, const LineSink& sink) const;
 
   std::size_t longestLine_;

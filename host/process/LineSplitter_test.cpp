@@ -7,6 +7,8 @@
 #include <random>
 #include <string>
 
+#include "host/system/SecretWords.h"
+
 namespace qx {
 namespace {
 
@@ -66,6 +68,18 @@ TEST(LineSplitter, DividesALongerLineBetweenCharacters) {
   EXPECT_EQ(Split({"1234567\xc3\xa4z\n"}, 8), (Lines{"1234567", "\xc3\xa4z"}));
   EXPECT_EQ(Split({"12345\xf0\x9f\x98\x80z\n"}, 8), (Lines{"12345", "\xf0\x9f\x98\x80z"}));
   EXPECT_EQ(Split({"1234\x80\x80\x80\x80\x80\x80\n"}, 8), (Lines{"1234\x80\x80\x80\x80", "\x80\x80"}));
+}
+
+// Half a secret is masked by nobody, however the stream comes in.
+TEST(LineSplitter, DividesNoSecret) {
+  NeverDivide("opensesame");
+  const Lines pieces{"123456", "opensesame78"};
+  EXPECT_EQ(Split({"123456opensesame78\n"}, 12), pieces);
+  EXPECT_EQ(Split({"123456opensesame78"}, 12), pieces);
+  Lines bytes;
+  for (const char c : std::string("123456opensesame78\n")) bytes.emplace_back(1, c);
+  EXPECT_EQ(Split(bytes, 12), pieces);
+  EXPECT_EQ(Split({"opensesame"}, 6), (Lines{"opense", "same"})) << "one that is longer than a line may be";
 }
 
 TEST(LineSplitter, MemoryIsBoundedForALineWithoutEnd) {

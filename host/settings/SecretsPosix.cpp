@@ -12,6 +12,7 @@
 
 #include "host/settings/Secrets.h"
 #include "host/system/HostProgram.h"
+#include "host/system/LockedText.h"
 #include "platform/Posix.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
@@ -122,6 +123,7 @@ Key BoundTo(std::string_view word, const Key& user) {
 
 std::string EncryptSecret(std::string_view text, std::string_view key) {
   if (text.empty()) return {};
+  KeepOutOfDumps();
   StartSodium();
   const std::string path = KeyFile();
   Key user;
@@ -139,6 +141,7 @@ std::string EncryptSecret(std::string_view text, std::string_view key) {
 
 std::string DecryptSecret(std::string_view text, std::string_view key) {
   if (text.empty()) return {};
+  KeepOutOfDumps();
   StartSodium();
   constexpr std::size_t kOverhead = crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES;
   std::vector<unsigned char> box;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/settings/Secrets.h"
+#include "host/system/LockedText.h"
 #include "platform/WindowsText.h"
 
 namespace qx {
@@ -58,6 +59,7 @@ std::string FromBase64(std::string_view text) {
 
 std::string EncryptSecret(std::string_view text, std::string_view key) {
   if (text.empty()) return {};
+  KeepOutOfDumps();
   DATA_BLOB clear = BlobOf(text);
   DATA_BLOB word = BlobOf(key);
   DATA_BLOB secret{};
@@ -69,6 +71,7 @@ std::string EncryptSecret(std::string_view text, std::string_view key) {
 
 std::string DecryptSecret(std::string_view text, std::string_view key) {
   if (text.empty()) return {};
+  KeepOutOfDumps();
   std::string bytes;
   if (text.starts_with(kVersion)) bytes = FromBase64(text.substr(kVersion.size()));
   if (bytes.empty()) throw Exception("The stored text is no encrypted secret");

@@ -170,16 +170,16 @@ struct TQXWebDavClient::State {
 
 TQXWebDavClient::TQXWebDavClient()
     : timeoutSeconds(CurrentHostSettings().webDavTimeout), state_(std::make_unique<State>()) {}
-TQXWebDavClient::~TQXWebDavClient() = default;
+TQXWebDavClient::~TQXWebDavClient() { Wipe(password); }
 
 bool TQXWebDavClient::Connect() {
   state_->connection = nullptr;
   const bool connected = state_->Try([this] {
     const int limit = std::max(CurrentHostSettings().webDavLimit, timeoutSeconds);
+    WebDavServer server{host, port, userName, password, timeoutSeconds, limit};
     // A dry run tells no server who asks.
-    const bool dry = UploadsAreRehearsed();
-    auto connection =
-        OpenWebDavConnection({host, port, dry ? "" : userName, dry ? "" : password, timeoutSeconds, limit});
+    if (UploadsAreRehearsed()) server.userName.clear(), server.password = {};
+    auto connection = OpenWebDavConnection(server);
     // Whatever the server says about its root, it is there: users may have rights further down only.
     connection->Send("OPTIONS", "/", std::nullopt);
     state_->connection = std::move(connection);

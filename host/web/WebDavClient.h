@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/system/LockedText.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -17,7 +18,7 @@ struct WebDavServer {
   std::string host;  // a name or an address, of IPv6 without brackets
   int port = 80;     // 443 is spoken to over TLS, its certificate checked
   std::string userName;
-  std::string password;
+  LockedText password;
   int timeoutSeconds = 60;  // how long nothing may happen, while connecting and between two bytes
   int limitSeconds = 600;   // how long one request may take from its begin to the last byte of its reply
 };

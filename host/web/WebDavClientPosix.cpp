@@ -2,9 +2,11 @@
 // others with it, and most runs of the host speak to no server.
 #include <curl/curl.h>
 #include <dlfcn.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -20,7 +22,7 @@ namespace {
 
 // What is used of the library, by the names it exports.
 struct Curl {
-  decltype(&curl_global_init) globalInit = nullptr;
+  decltype(&curl_global_init_mem) globalInit = nullptr;
   decltype(&curl_easy_init) init = nullptr;
   decltype(&curl_easy_cleanup) cleanup = nullptr;
   decltype(&curl_easy_reset) reset = nullptr;
@@ -42,6 +44,23 @@ void Find(void* library, const char* name, Function& function) {
   if (function == nullptr) throw Exception(std::string("libcurl has no function ") + name);
 }
 
+// The library copies passwords and what is made of them, and leaves them where they were.
+void FreeWiped(void* memory) {
+  if (memory != nullptr) explicit_bzero(memory, malloc_usable_size(memory));
+  std::free(memory);
+}
+
+void* ReallocateWiped(void* memory, std::size_t size) {
+  if (memory == nullptr) return std::malloc(size);
+  const std::size_t old = malloc_usable_size(memory);
+  if (size <= old && size > 0) return memory;
+  void* const larger = std::malloc(size);
+  if (larger == nullptr) return nullptr;
+  std::memcpy(larger, memory, std::min(old, size));
+  FreeWiped(memory);
+  return larger;
+}
+
 Curl LoadCurl() {
   void* library = nullptr;
   for (const char* name : {"libcurl.so.4", "libcurl-gnutls.so.4"}) {
@@ -50,7 +69,7 @@ Curl LoadCurl() {
   }
   if (library == nullptr) throw Exception("libcurl.so.4 cannot be loaded: install libcurl4");
   Curl curl;
-  Find(library, "curl_global_init", curl.globalInit);
+  Find(library, "curl_global_init_mem", curl.globalInit);
   Find(library, "curl_easy_init", curl.init);
   Find(library, "curl_easy_cleanup", curl.cleanup);
   Find(library, "curl_easy_reset", curl.reset);
@@ -64,7 +83,9 @@ Curl LoadCurl() {
   Find(library, "curl_multi_info_read", curl.readInfo);
   Find(library, "curl_easy_getinfo", curl.getInfo);
   Find(library, "curl_easy_strerror", curl.errorText);
-  if (curl.globalInit(CURL_GLOBAL_DEFAULT) != CURLE_OK) throw Exception("libcurl cannot be started");
+  if (curl.globalInit(CURL_GLOBAL_DEFAULT, std::malloc, FreeWiped, ReallocateWiped, strdup, std::calloc) !=
+      CURLE_OK)
+    throw Exception("libcurl cannot be started");
   return curl;
 }
 
@@ -200,10 +221,10 @@ class CurlConnection final : public WebDavConnection {
     curl_.set(handle_, CURLOPT_CONNECTTIMEOUT, static_cast<long>(server_.timeoutSeconds));
     curl_.set(handle_, CURLOPT_LOW_SPEED_LIMIT, 1L);
     curl_.set(handle_, CURLOPT_LOW_SPEED_TIME, static_cast<long>(server_.timeoutSeconds));
-    if (server_.userName.empty() && server_.password.empty()) return;
+    if (server_.userName.empty() && server_.password.IsEmpty()) return;
     curl_.set(handle_, CURLOPT_HTTPAUTH, static_cast<long>(CURLAUTH_ANY));
     curl_.set(handle_, CURLOPT_USERNAME, server_.userName.c_str());
-    curl_.set(handle_, CURLOPT_PASSWORD, server_.password.c_str());
+    curl_.set(handle_, CURLOPT_PASSWORD, server_.password.Text());
   }
 
   // Until the transfer is over; a stop and the end of its time break it off at once.

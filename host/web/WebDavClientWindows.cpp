@@ -157,7 +157,7 @@ class WinHttpConnection {
     if (!ifMatch.empty()) AddHeader(request.get(), "If-Match: " + ifMatch);
     std::string authorization = Authorization(method, target);
     WebDavReply reply = Exchange(request.get(), authorization, body);
-    const bool hasName = !server_.userName.empty() || !server_.password.empty();
+    const bool hasName = !server_.userName.empty() || !server_.password.IsEmpty();
     if (reply.status != HTTP_STATUS_DENIED || !hasName) return reply;
     for (const HttpChallenge& challenge : OfferedChallenges(request.get())) {
       // The same answer is given twice only where its nonce got too old: servers count wrong passwords.
@@ -196,18 +196,20 @@ class WinHttpConnection {
 
   // The answer to the challenge that the server is known to make; empty when it made none yet, or one for Windows.
   std::string Authorization(const std::string& method, const std::string& target) {
-    if (known_.scheme == "basic") return BasicAuthorization(server_.userName, server_.password);
+    if (known_.scheme == "basic") return BasicAuthorization(server_.userName, server_.password.View());
     if (known_.scheme != "digest") return {};
     if (clientNonce_.empty()) clientNonce_ = FreshNonce();
     return DigestAuthorization(
-        known_, {server_.userName, server_.password, method, target, clientNonce_, ++count_}, HashOf);
+        known_,
+        {server_.userName, std::string(server_.password.View()), method, target, clientNonce_, ++count_},
+        HashOf);
   }
 
   void LetSystemAnswer(HINTERNET request) {
     const DWORD scheme = known_.scheme == "ntlm" ? WINHTTP_AUTH_SCHEME_NTLM : WINHTTP_AUTH_SCHEME_NEGOTIATE;
     if (!WinHttpSetCredentials(request, WINHTTP_AUTH_TARGET_SERVER, scheme,
                                system::ToWide(server_.userName).c_str(),
-                               system::ToWide(server_.password).c_str(), nullptr)) {
+                               system::ToWide(std::string(server_.password.View())).c_str(), nullptr)) {
       RaiseLastError(server_.timeoutSeconds);
     }
   }
