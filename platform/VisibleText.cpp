@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 
 #include "platform/Texts.h"
 
@@ -22,6 +24,26 @@ constexpr std::array<bool, 256> kMayBegin = [] {
   for (const std::size_t c : {0x7F, 0xC2, 0xD8, 0xE2}) may[c] = true;
   return may;
 }();
+
+// Eight bytes at once: false says for sure that each is from 0x20 to 0x7E. A build's output runs through here.
+constexpr std::size_t kPiece = 8;
+bool MayHoldOthers(const char* piece) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101;
+  std::uint64_t bytes = 0;
+  std::memcpy(&bytes, piece, kPiece);
+  return ((bytes | (bytes - kOnes * 0x20) | (bytes + kOnes)) & (kOnes * 0x80)) != 0;
+}
+
+bool IsPlain(std::string_view text) {
+  if (text.size() < kPiece)
+    return std::none_of(text.begin(), text.end(),
+                        [](char c) { return kMayBegin[static_cast<unsigned char>(c)]; });
+  const char* const last = text.data() + text.size() - kPiece;
+  for (const char* piece = text.data(); piece < last; piece += kPiece) {
+    if (MayHoldOthers(piece)) return false;
+  }
+  return !MayHoldOthers(last);
+}
 
 std::size_t NextSuspect(std::string_view text, std::size_t at) {
   while (at < text.size() && !kMayBegin[static_cast<unsigned char>(text[at])]) ++at;
@@ -46,6 +68,7 @@ bool IsHiddenCharacter(char32_t c) {
 }
 
 bool HasHiddenCharacters(std::string_view text) {
+  if (IsPlain(text)) return false;
   for (std::size_t at = 0; (at = NextSuspect(text, at)) < text.size();) {
     const std::string_view rest = text.substr(at);
     if (IsHiddenCharacter(NextCodePoint(text, at)) && !BeginsLineEnd(rest)) return true;

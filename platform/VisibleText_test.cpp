@@ -28,6 +28,26 @@ TEST(VisibleText, KnowsWhetherThereIsAnything) {
   }
 }
 
+// Texts are looked at in pieces of several bytes.
+TEST(VisibleText, FindsACharacterWhereverItStands) {
+  for (std::size_t size = 1; size < 40; ++size) {
+    const std::string plain(size, '~');
+    EXPECT_FALSE(HasHiddenCharacters(plain)) << size;
+    for (std::size_t at = 0; at < size; ++at) {
+      for (const char c : {'\x1b', '\x7F', '\0', '\x1F'}) {
+        std::string text = plain;
+        text[at] = c;
+        EXPECT_TRUE(HasHiddenCharacters(text)) << size << " " << at;
+      }
+      for (const char c : {'\n', '\t', ' ', '\x80', '\xFF', '\xC2'}) {
+        std::string text = plain;
+        text[at] = c;
+        EXPECT_FALSE(HasHiddenCharacters(text)) << size << " " << at;
+      }
+    }
+  }
+}
+
 TEST(VisibleText, LetsColoursPassOnDemandAndNothingElse) {
   EXPECT_EQ(VisibleText("\x1b[1;31mred\x1b[0m", ColourSequences::Kept), "\x1b[1;31mred\x1b[0m");
   EXPECT_EQ(VisibleText("\x1b[1;31mred\x1b[m"), "\\u001B[1;31mred\\u001B[m");

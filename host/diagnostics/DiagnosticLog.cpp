@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
+#include <utility>
 
 #include "host/diagnostics/Baseline.h"
 
@@ -39,6 +41,33 @@ std::string_view TextStore::Keep(std::string_view text) {
   return kept;
 }
 
+NameTable::Slot& NameTable::SlotFor(std::string_view name, std::uint32_t hash) {
+  const std::size_t mask = slots_.size() - 1;
+  for (std::size_t at = hash & mask;; at = (at + 1) & mask) {
+    Slot& slot = slots_[at];
+    if (slot.entry == 0 || (slot.hash == hash && entries_[slot.entry - 1].name == name)) return slot;
+  }
+}
+
+void NameTable::Grow() {
+  const std::vector<Slot> old =
+      std::exchange(slots_, std::vector<Slot>(std::max<std::size_t>(64, slots_.size() * 4)));
+  for (const Slot& slot : old) {
+    if (slot.entry != 0) SlotFor(entries_[slot.entry - 1].name, slot.hash) = slot;
+  }
+}
+
+NameTable::Entry& NameTable::Find(std::string_view name, TextStore& texts) {
+  if (entries_.size() * 2 >= slots_.size()) Grow();
+  const auto hash = static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
+  Slot& slot = SlotFor(name, hash);
+  if (slot.entry == 0) {
+    entries_.push_back({texts.Keep(name), 0});
+    slot = {hash, static_cast<std::uint32_t>(entries_.size())};
+  }
+  return entries_[slot.entry - 1];
+}
+
 void DiagnosticLog::Take(const LogRecord& record) {
   found_.clear();
   if (record.kind != LogKind::Message && record.kind != LogKind::Status) return;
@@ -49,7 +78,7 @@ void DiagnosticLog::Take(const LogRecord& record) {
 
 void DiagnosticLog::BeginAction(int action) {
   action_ = action;
-  begun_.clear();
+  ++beginnings_;
   current_ = {};
   entered_.clear();
   byNumber_.clear();
@@ -70,7 +99,7 @@ void DiagnosticLog::TakeLine(std::string_view line, std::size_t number) {
   if (diagnostic->project.empty()) {
     diagnostic->project = ProjectOf(line);
   } else {
-    diagnostic->project = KeptName(diagnostic->project);
+    diagnostic->project = KeptName(diagnostic->project).name;
   }
   diagnostic->isKnown = baseline_ != nullptr && baseline_->Holds(*diagnostic);
   auto& count = diagnostic->isKnown                       ? counts_.known
@@ -123,17 +152,14 @@ std::string_view DiagnosticLog::ProjectOf(std::string_view line) const {
   return CurrentProject();
 }
 
-std::string_view DiagnosticLog::KeptName(std::string_view project) {
-  const auto found = names_.find(project);
-  return found != names_.end() ? *found : *names_.insert(texts_.Keep(project)).first;
-}
+NameTable::Entry& DiagnosticLog::KeptName(std::string_view project) { return names_.Find(project, texts_); }
 
 std::string_view DiagnosticLog::Named(std::string_view project) {
   if (project.empty()) return {};
-  const std::string_view name = KeptName(project);
-  if (begun_.insert(name).second && projects_.size() < kMostKept)
-    projects_.push_back({action_, std::string(name)});
-  return name;
+  NameTable::Entry& entry = KeptName(project);
+  if (entry.begun != beginnings_ && projects_.size() < kMostKept) projects_.push_back({action_, entry.name});
+  entry.begun = beginnings_;
+  return entry.name;
 }
 
 // One copy of the line serves all of its parts.

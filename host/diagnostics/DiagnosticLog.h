@@ -37,6 +37,29 @@ class TextStore {
   std::size_t size_ = 0;
 };
 
+// Names of projects, each once. A build of tens of thousands asks with every heading: one look into one vector answers
+// for a name that is new.
+class NameTable {
+ public:
+  struct Entry {
+    std::string_view name;
+    int begun = 0;  // the last beginning of an action behind which its output began; 0: behind none
+  };
+  // The name's entry, which the next call may move; a new one's text is kept in the store.
+  Entry& Find(std::string_view name, TextStore& texts);
+
+ private:
+  struct Slot {
+    std::uint32_t hash = 0;
+    std::uint32_t entry = 0;  // 1-based; 0: the slot is free
+  };
+  Slot& SlotFor(std::string_view name, std::uint32_t hash);
+  void Grow();
+
+  std::vector<Slot> slots_;  // a power of two, at most half of them taken
+  std::vector<Entry> entries_;
+};
+
 struct DiagnosticCounts {
   std::int64_t errors = 0;    // those that count
   std::int64_t warnings = 0;  // those that count
@@ -64,7 +87,7 @@ class DiagnosticLog : public LogSink {
 
   struct Project {
     int action = 0;
-    std::string name;
+    std::string_view name;  // the log's
   };
   // Those whose output began, each once an action, in the order they came.
   const std::vector<Project>& Projects() const { return projects_; }
@@ -85,7 +108,7 @@ class DiagnosticLog : public LogSink {
   bool WasToldBefore(const Diagnostic& diagnostic);
   std::string_view ProjectOf(std::string_view line) const;
   std::string_view Named(std::string_view project);
-  std::string_view KeptName(std::string_view project);
+  NameTable::Entry& KeptName(std::string_view project);
   void Keep(const Diagnostic& diagnostic, std::string_view line);
 
   const Baseline* baseline_;
@@ -96,14 +119,14 @@ class DiagnosticLog : public LogSink {
   std::vector<Project> projects_;
 
   int action_ = 0;
-  std::unordered_set<std::string_view> names_;  // of projects, kept among the texts
-  std::unordered_set<std::string_view> begun_;  // those whose output began in this action
-  std::string_view current_;                    // this and those below are of names_ or empty
-  std::vector<std::string_view> entered_;       // MSBuild's, the innermost last
-  std::map<int, std::string_view> byNumber_;    // whose lines bear which number; the first 4,096
-  bool repeats_ = false;                        // MSBuild lists once more what it has told
-  std::unordered_set<std::string> told_;        // filled when it begins to
-  std::size_t firstOfAction_ = 0;               // in kept_
+  NameTable names_;                           // of projects, kept among the texts
+  int beginnings_ = 0;                        // of actions
+  std::string_view current_;                  // this and those below are of names_ or empty
+  std::vector<std::string_view> entered_;     // MSBuild's, the innermost last
+  std::map<int, std::string_view> byNumber_;  // whose lines bear which number; the first 4,096
+  bool repeats_ = false;                      // MSBuild lists once more what it has told
+  std::unordered_set<std::string> told_;      // filled when it begins to
+  std::size_t firstOfAction_ = 0;             // in kept_
 };
 
 template <class Receiver>

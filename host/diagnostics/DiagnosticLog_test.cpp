@@ -76,6 +76,26 @@ TEST_F(Diagnostics, OfAnotherActionBelongToNoProjectYet) {
   EXPECT_EQ(log_.Projects()[1].name, "A");
 }
 
+TEST_F(Diagnostics, TellThousandsOfProjectsApart) {
+  constexpr std::size_t kMany = 5000;
+  for (int action = 1; action <= 2; ++action) {
+    for (int round = 0; round < 2; ++round) {
+      for (std::size_t i = 0; i < kMany; ++i)
+        Say({"------ Build started: Project: P" + std::to_string(i) + ", Configuration: Debug ------",
+             "a.cpp(1) : error C1: x"},
+            action);
+    }
+  }
+  ASSERT_EQ(log_.Projects().size(), 2 * kMany);
+  for (std::size_t i = 0; i < kMany; ++i) {
+    const std::string name = "P" + std::to_string(i);
+    EXPECT_EQ(log_.Projects()[i].name, name);
+    EXPECT_EQ(log_.Projects()[kMany + i].name, name);
+    EXPECT_EQ(log_.Projects()[kMany + i].action, 2);
+    for (std::size_t part = 0; part < 4; ++part) EXPECT_EQ(log_.Kept()[part * kMany + i].project, name);
+  }
+}
+
 TEST_F(Diagnostics, AreReadFromMessagesAndFromEveryLineOfADetail) {
   LogRecord record;
   record.action = 1;

@@ -142,6 +142,14 @@ void AppendAsText(std::string& out, const LogRecord& record, LogColour colour) {
   }
 }
 
+bool IsVisible(const LogRecord& record) {
+  if (HasHiddenCharacters(record.text) || HasHiddenCharacters(record.subject)) return false;
+  for (std::size_t i = 0; i < record.details.size(); ++i) {
+    if (HasHiddenCharacters(record.details[i])) return false;
+  }
+  return true;
+}
+
 // Messages of several lines have CR between them; alone it would lead a terminal back over what it has shown.
 VisibleRecord::VisibleRecord(const LogRecord& record, ColourSequences colours) : record_(record) {
   const auto show = [colours](std::string_view& text, std::string& kept) {
@@ -156,10 +164,6 @@ VisibleRecord::VisibleRecord(const LogRecord& record, ColourSequences colours) :
   };
   show(record_.text, text_);
   show(record_.subject, subject_);
-  bool isHidden = false;
-  for (std::size_t i = 0; i < record.details.size(); ++i)
-    isHidden = isHidden || HasHiddenCharacters(record.details[i]);
-  if (!isHidden) return;
   for (std::size_t i = 0; i < record.details.size(); ++i) {
     std::string_view detail = record.details[i];
     std::string kept;

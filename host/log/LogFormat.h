@@ -19,6 +19,8 @@ enum class LogColour { Off, On };
 // nothing of a beginning. Bytes stay as they stand.
 void AppendAsText(std::string& out, const LogRecord& record, LogColour colour);
 
+// Whether a terminal may get the record's texts as they are. Fast: of a build's lines nearly all are such.
+bool IsVisible(const LogRecord& record);
 // A record with everything in its texts visible (platform/VisibleText.h), as it may go to a terminal.
 class VisibleRecord {
  public:

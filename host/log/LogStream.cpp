@@ -46,7 +46,11 @@ void StreamSink::Take(const LogRecord& record) {
   } else if (style_ == LogStyle::Json) {
     AppendAsJson(buffer_, record);
   } else {
-    AppendAsText(buffer_, VisibleRecord(record, sequences_).Get(), colour_);
+    if (IsVisible(record)) {
+      AppendAsText(buffer_, record, colour_);
+    } else {
+      AppendAsText(buffer_, VisibleRecord(record, sequences_).Get(), colour_);
+    }
     // A file keeps the bytes as they came; a terminal would be garbled by them.
     if (file_.IsTerminal() && !IsValidUtf8(std::string_view(buffer_).substr(begin))) {
       buffer_.replace(begin, std::string::npos, AsValidUtf8(std::string_view(buffer_).substr(begin)));

@@ -2,19 +2,29 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
+#include <utility>
 
 namespace qx {
 namespace {
 
 std::string TwoDigits(unsigned number) { return std::to_string(number + 100).substr(1); }
 
-ProjectRecord& Among(std::vector<ProjectRecord>& projects, std::string_view name) {
-  const auto found = std::find_if(projects.begin(), projects.end(),
-                                  [name](const ProjectRecord& project) { return project.name == name; });
-  if (found != projects.end()) return *found;
-  projects.push_back({std::string(name), nullptr, {}});
-  return projects.back();
-}
+// The projects of an action by their names, in the order in which they were asked for.
+class ProjectTable {
+ public:
+  // The reference holds until the next call.
+  ProjectRecord& operator[](std::string_view name) {
+    const auto [place, isNew] = places_.try_emplace(std::string(name), projects_.size());
+    if (isNew) projects_.push_back({place->first, nullptr, {}});
+    return projects_[place->second];
+  }
+  std::vector<ProjectRecord> Take() { return std::move(projects_); }
+
+ private:
+  std::vector<ProjectRecord> projects_;
+  std::unordered_map<std::string, std::size_t> places_;
+};
 
 }  // namespace
 
@@ -60,20 +70,20 @@ std::string TimeText(std::chrono::sys_seconds time, double seconds) {
 }
 
 std::vector<ProjectRecord> ProjectsOf(const RunRecord& record, int action) {
-  std::vector<ProjectRecord> projects;
+  ProjectTable projects;
   for (const auto& [number, report] : record.summary.reports) {
     if (number != action) continue;
-    for (const RunProject& project : report.projects) Among(projects, project.name).report = &project;
+    for (const RunProject& project : report.projects) projects[project.name].report = &project;
   }
   for (const DiagnosticLog::Project& project : record.projects) {
-    if (project.action == action) Among(projects, project.name);
+    if (project.action == action) projects[project.name];
   }
   for (const Diagnostic& diagnostic : record.diagnostics) {
     if (diagnostic.action != action || diagnostic.project.empty()) continue;
-    ProjectRecord& project = Among(projects, diagnostic.project);
+    ProjectRecord& project = projects[diagnostic.project];
     if (diagnostic.severity == Severity::Error && !diagnostic.isKnown) project.errors.push_back(&diagnostic);
   }
-  return projects;
+  return projects.Take();
 }
 
 std::string PlaceOf(const Diagnostic& diagnostic) {
