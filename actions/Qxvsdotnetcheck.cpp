@@ -1,6 +1,7 @@
 // What can be known of a run of "Build VS.Net Solution" before it: texts that cannot be expanded, versions that
 // are none, the engine, the solution with its configurations and projects, and (StampCheck) the files to stamp.
 #include <algorithm>
+#include <unordered_set>
 
 #include "actions/Qxvsdotnetaction.h"
 #include "actions/StampCheck.h"
@@ -197,6 +198,8 @@ class RunCheck {
     }
     CheckConfiguration(file);
     CheckSelection(*solution);
+    const auto projects = solution->GetProjects();
+    for (int i = 0; i < projects->GetCount(); ++i) there_.insert(projects->GetItem(i)->GetPath());
     const std::string folder = FolderPart(file);
     for (const MappedProject& project : map_.projects) AddProject(project, folder);
     if (settings_.updateAssemblyInfo) CheckAssemblyInfos(action_, *solution, report_);
@@ -271,7 +274,7 @@ class RunCheck {
     if (kind == ProjectKind::Folder) return "it is a solution folder";
     const std::string file = ExpandPath(folder, project.path);
     // A web project may be a folder, or be known by its address alone.
-    if (kind != ProjectKind::Web && !FileExists(file)) {
+    if (kind != ProjectKind::Web && !there_.contains(project.path) && !FileExists(file)) {
       report_.findings.push_back({Warning, FilePart(file), "The project's file is not there", file,
                                   "fetch it, or take the project out of the solution"});
       return "its file is not there: " + file;
@@ -290,7 +293,8 @@ class RunCheck {
   const VSDotNetSettings& settings_;
   CheckReport report_;
   SolutionMap map_;
-  std::string configuration_;  // the solution's name of it; empty: it has none
+  std::unordered_set<std::string> there_;  // paths of projects whose files were found
+  std::string configuration_;              // the solution's name of it; empty: it has none
   bool hasConfiguration_ = false;
 };
 

@@ -88,8 +88,10 @@ class TryStamp {
  public:
   TryStamp(const NewValues& values, CheckReport& report) : values_(values), report_(report) {}
 
-  void Run(const std::string& file, const std::string& extension, CheckedStamp& stamp) {
-    const FileRewrite rewrite(file);
+  // `opened`: the file, where it has been opened already.
+  void Run(const std::string& file, const std::string& extension, CheckedStamp& stamp,
+           std::optional<FileRewrite> opened) {
+    const FileRewrite rewrite = opened ? *std::move(opened) : FileRewrite(file);
     const SourceText source(rewrite.Bytes(), file, PlainAscii::IsUtf8);
     const WrittenVersions versions = ReadWrittenVersions(source.Text());
     stamp.assemblyFrom = versions.assembly;
@@ -150,6 +152,8 @@ class TryStamp {
   std::vector<std::string> found_, added_;
 };
 
+bool IsOnTheWeb(const std::string& path) { return LowerCase(path).find("http://") != std::string::npos; }
+
 // The project's file, as the updater finds it; empty, with a finding, where that would fail or is not tried.
 std::string FindProjectFile(const std::string& path, const std::string& solutionFolder,
                             WebProjects& webProjects, CheckReport& report) {
@@ -157,7 +161,7 @@ std::string FindProjectFile(const std::string& path, const std::string& solution
     report.findings.push_back({severity, "ProjLocationDetectMethod", message, path, std::move(hint)});
     return std::string();
   };
-  const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
+  const bool isWeb = IsOnTheWeb(path);
   if (isWeb && webProjects.AreFetched())
     return tell(CheckSeverity::Info, "The project lies on a web server; only the run looks there", "");
   try {
@@ -173,9 +177,9 @@ std::string FindProjectFile(const std::string& path, const std::string& solution
 
 // Whether the run stamps what a project refers to; says so of what lies outside the solution's folder.
 bool IsStamped(const std::string& reference, const std::string& folder, const std::string& tree,
-               const CheckedStamp& stamp, CheckReport& report) {
-  const bool leaves = LeavesTree(reference, folder, tree);
-  const bool isStamped = IsAssemblyInfoFile(reference, folder, tree);
+               bool isNoLink, const CheckedStamp& stamp, CheckReport& report) {
+  const bool leaves = LeavesTree(reference, folder, tree, isNoLink);
+  const bool isStamped = IsAssemblyInfoFile(reference, folder, tree, isNoLink);
   if (isStamped && leaves) {
     report.findings.push_back(AboutFile(
         CheckSeverity::Info, stamp.file,
@@ -204,18 +208,24 @@ void CheckAssemblyInfos(TQXCustomVSDotNetAction& action, IVSDotNetSolution& solu
   TryStamp tryStamp(values, report);
   const std::string folder = FolderPart(ExpandPath("", solution.GetFileName()));
   for (const auto& project : projects) {
-    const std::string file = FindProjectFile(project->GetPath(), folder, webProjects, report);
-    if (file.empty()) continue;
-    std::string decoded, bytes;
-    TryReadFile(file, bytes);
+    // Nearly every file stands under the very name that leads to it: it is opened by that, and looked for where
+    // that fails.
+    std::string decoded, bytes, file = ExpandPath(folder, project->GetPath());
+    if (IsOnTheWeb(project->GetPath()) || !TryReadFile(file, bytes)) {
+      file = FindProjectFile(project->GetPath(), folder, webProjects, report);
+      if (file.empty()) continue;
+      TryReadFile(file, bytes);
+    }
     const std::string reference = AssemblyInfoReference(DecodeText(bytes, decoded));
     if (reference.empty()) continue;
-    CheckedStamp stamp{ExpandRelativePath(FolderPart(file), reference), project->GetName(), "AssemblyInfo",
-                       "", ""};
-    const bool isWeb = LowerCase(project->GetPath()).find("http://") != std::string::npos;
-    if (!IsStamped(reference, FolderPart(file), isWeb ? FolderPart(file) : folder, stamp, report)) continue;
+    const std::string info = ExpandPath(FolderPart(file), reference);
+    auto opened = FileRewrite::OpenAsNamed(info);
+    CheckedStamp stamp{opened ? info : ExpandRelativePath(FolderPart(file), reference), project->GetName(),
+                       "AssemblyInfo", "", ""};
+    const std::string tree = IsOnTheWeb(project->GetPath()) ? FolderPart(file) : folder;
+    if (!IsStamped(reference, FolderPart(file), tree, opened.has_value(), stamp, report)) continue;
     try {
-      tryStamp.Run(stamp.file, LowerCase(ExtensionOf(reference)), stamp);
+      tryStamp.Run(stamp.file, LowerCase(ExtensionOf(reference)), stamp, std::move(opened));
     } catch (const std::exception& error) {
       report.findings.push_back(
           AboutFile(CheckSeverity::Error, stamp.file, error.what(),

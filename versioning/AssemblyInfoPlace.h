@@ -13,6 +13,7 @@ bool IsAssemblyInfoFile(const std::string& reference, const std::string& folder,
                         bool isNoLink = false);
 
 // Whether the name that is really opened lies outside the tree.
-bool LeavesTree(const std::string& reference, const std::string& folder, const std::string& tree);
+bool LeavesTree(const std::string& reference, const std::string& folder, const std::string& tree,
+                bool isNoLink = false);
 
 }  // namespace qx

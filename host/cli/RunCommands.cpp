@@ -108,7 +108,7 @@ RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const 
                             : "warning: not every program is as it should be";
   }
   summary.success = outcome == RunOutcome::Succeeded;
-  log.Log().AddSummary(SummaryAsText(summary), SummaryAsJson(summary));
+  log.Log().AddSummary(SummaryAsText(summary), log.IsText() ? "" : SummaryAsJson(summary));
   return outcome;
 }
 
@@ -154,6 +154,7 @@ std::vector<std::string> FilesOf(Session& session, const Invocation& invocation,
 }  // namespace
 
 int RunProject(Session& session, const Invocation& invocation) {
+  KeepFreedMemory();
   const std::string file = Session::ProjectFile(invocation);
   const bool saves = !invocation.Has("--no-save");
   const bool dry = invocation.Has("--dry-run");

@@ -43,6 +43,8 @@ class RunLog {
 
   ActionLog& Log() { return log_; }
   const DiagnosticLog& Diagnostics() const { return diagnostics_; }
+  // Whether nobody asked for another form than text.
+  bool IsText() const { return style_ == "text"; }
   // Null: the run is not recorded.
   RunRecorder* Recorder() { return recorder_; }
   // Hands on what is left and complains about what could not be written.

@@ -9,13 +9,19 @@
 
 namespace qx {
 
-std::string Sha256(std::span<const std::string_view> pieces) {
-  SHA256_CTX state;
-  std::array<unsigned char, SHA256_DIGEST_LENGTH> digest;
-  SHA256_Init(&state);
-  for (const std::string_view piece : pieces) SHA256_Update(&state, piece.data(), piece.size());
-  SHA256_Final(digest.data(), &state);
-  return InHexadecimal(digest);
+std::vector<std::string> Sha256Behind(std::string_view shared, std::span<const DigestTail> tails) {
+  SHA256_CTX begun;
+  SHA256_Init(&begun);
+  SHA256_Update(&begun, shared.data(), shared.size());
+  std::vector<std::string> digests;
+  for (const DigestTail tail : tails) {
+    SHA256_CTX state = begun;
+    for (const std::string_view piece : tail) SHA256_Update(&state, piece.data(), piece.size());
+    std::array<unsigned char, SHA256_DIGEST_LENGTH> digest;
+    SHA256_Final(digest.data(), &state);
+    digests.push_back(InHexadecimal(digest));
+  }
+  return digests;
 }
 
 }  // namespace qx

@@ -2,7 +2,6 @@
 
 #include <bcrypt.h>
 
-#include <algorithm>
 #include <array>
 
 #include "host/history/Digest.h"
@@ -21,25 +20,50 @@ BCRYPT_ALG_HANDLE Algorithm() {
   return algorithm;
 }
 
-}  // namespace
+void Require(NTSTATUS status) {
+  if (status != 0) throw Exception("The system cannot make a SHA-256 digest");
+}
 
-std::string Sha256(std::span<const std::string_view> pieces) {
-  constexpr std::size_t kMostAtOnce = 1 << 26;
-  std::array<unsigned char, 32> digest{};
-  BCRYPT_HASH_HANDLE hash = nullptr;
-  bool done = BCryptCreateHash(Algorithm(), &hash, nullptr, 0, nullptr, 0, 0) == 0;
-  for (std::string_view piece : pieces) {
-    while (done && !piece.empty()) {
-      const std::string_view part = piece.substr(0, kMostAtOnce);
-      auto* bytes = reinterpret_cast<unsigned char*>(const_cast<char*>(part.data()));
-      done = BCryptHashData(hash, bytes, static_cast<ULONG>(part.size()), 0) == 0;
-      piece.remove_prefix(part.size());
+class Hash {
+ public:
+  Hash() { Require(BCryptCreateHash(Algorithm(), &handle_, nullptr, 0, nullptr, 0, 0)); }
+  // Goes on from where the other stands.
+  Hash(const Hash& other) { Require(BCryptDuplicateHash(other.handle_, &handle_, nullptr, 0, 0)); }
+  Hash& operator=(const Hash&) = delete;
+  ~Hash() { BCryptDestroyHash(handle_); }
+
+  void Add(std::string_view bytes) {
+    constexpr std::size_t kMostAtOnce = 1 << 26;
+    while (!bytes.empty()) {
+      const std::string_view part = bytes.substr(0, kMostAtOnce);
+      auto* const data = reinterpret_cast<unsigned char*>(const_cast<char*>(part.data()));
+      Require(BCryptHashData(handle_, data, static_cast<ULONG>(part.size()), 0));
+      bytes.remove_prefix(part.size());
     }
   }
-  done = done && BCryptFinishHash(hash, digest.data(), static_cast<ULONG>(digest.size()), 0) == 0;
-  if (hash != nullptr) BCryptDestroyHash(hash);
-  if (!done) throw Exception("The system cannot make a SHA-256 digest");
-  return InHexadecimal(digest);
+
+  std::string Finish() {
+    std::array<unsigned char, 32> digest{};
+    Require(BCryptFinishHash(handle_, digest.data(), static_cast<ULONG>(digest.size()), 0));
+    return InHexadecimal(digest);
+  }
+
+ private:
+  BCRYPT_HASH_HANDLE handle_ = nullptr;
+};
+
+}  // namespace
+
+std::vector<std::string> Sha256Behind(std::string_view shared, std::span<const DigestTail> tails) {
+  Hash begun;
+  begun.Add(shared);
+  std::vector<std::string> digests;
+  for (const DigestTail tail : tails) {
+    Hash hash(begun);
+    for (const std::string_view piece : tail) hash.Add(piece);
+    digests.push_back(hash.Finish());
+  }
+  return digests;
 }
 
 }  // namespace qx

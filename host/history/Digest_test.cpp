@@ -15,5 +15,11 @@ TEST(Sha256, OfPiecesIsThatOfTheWhole) {
   EXPECT_EQ(Sha256(pieces), Sha256("abc"));
 }
 
+TEST(Sha256, OfWhatBeginsAlikeIsThatOfEachWhole) {
+  const std::string_view one[] = {"b", "c"}, other[] = {"bd"};
+  const DigestTail tails[] = {one, {}, other};
+  EXPECT_EQ(Sha256Behind("a", tails), (std::vector<std::string>{Sha256("abc"), Sha256("a"), Sha256("abd")}));
+}
+
 }  // namespace
 }  // namespace qx

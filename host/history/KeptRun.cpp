@@ -23,24 +23,14 @@ constexpr std::size_t kLarge = std::size_t{1} << 20;
 constexpr std::uint64_t kLargest = std::uint64_t{4} << 30;
 
 // Fields are divided by tabs, which they hold no more than line ends.
-std::string Escaped(std::string_view text) {
-  std::string out;
-  for (const char c : text) {
-    switch (c) {
-      case '\\':
-        out += "\\\\";
-        break;
-      case '\t':
-        out += "\\t";
-        break;
-      case '\n':
-        out += "\\n";
-        break;
-      default:
-        out += c;
-    }
+void AppendEscaped(std::string& out, std::string_view text) {
+  for (std::size_t at = text.find_first_of("\\\t\n"); at != std::string_view::npos;
+       at = text.find_first_of("\\\t\n")) {
+    out.append(text.substr(0, at)) += '\\';
+    out += text[at] == '\t' ? 't' : text[at] == '\n' ? 'n' : '\\';
+    text.remove_prefix(at + 1);
   }
-  return out;
+  out += text;
 }
 
 std::string Unescaped(std::string_view text) {
@@ -58,8 +48,11 @@ std::string Unescaped(std::string_view text) {
 
 std::string LineOf(std::initializer_list<std::string_view> fields) {
   std::string line;
-  for (const std::string_view field : fields) line += (line.empty() ? "" : "\t") + Escaped(field);
-  return line + "\n";
+  for (const std::string_view field : fields) {
+    if (!line.empty()) line += '\t';
+    AppendEscaped(line, field);
+  }
+  return line += '\n';
 }
 
 template <class Number>
@@ -198,21 +191,30 @@ std::string RecordEnd(KeptResult result, double seconds) {
   return LineOf({"end", NameOf(result), std::to_string(seconds)});
 }
 
-std::string RecordContents(std::span<const DigestedContent> contents) {
-  std::string whole, lines;
+PackedContents PackContents(std::span<const DigestedContent> contents) {
+  std::size_t size = 0;
+  for (const DigestedContent& content : contents) size += content.bytes.size();
+  PackedContents packed;
+  std::string joined;
+  if (contents.size() > 1) joined.reserve(size);
+  std::string lines;
   for (const DigestedContent& content : contents) {
-    whole += content.bytes;
+    // A large one comes alone, and need not be copied.
+    if (contents.size() > 1) joined += content.bytes;
     lines += LineOf({content.digest, std::to_string(content.bytes.size())});
   }
-  std::string packed(ZSTD_compressBound(whole.size()), '\0');
-  const std::size_t size = ZSTD_compress(packed.data(), packed.size(), whole.data(), whole.size(),
-                                         whole.size() > kLarge ? kLevelOfLarge : kLevel);
-  if (ZSTD_isError(size) != 0)
-    throw Exception(std::string("Cannot pack contents: ") + ZSTD_getErrorName(size));
-  packed.resize(size);
-  return LineOf({"contents", std::to_string(contents.size()), std::to_string(size),
-                 std::to_string(whole.size())}) +
-         lines + packed + "\n";
+  const std::string_view whole = contents.size() == 1 ? contents.front().bytes : std::string_view(joined);
+  const std::size_t bound = ZSTD_compressBound(size);
+  packed.block = std::make_unique_for_overwrite<char[]>(bound + 1);
+  packed.size =
+      ZSTD_compress(packed.block.get(), bound, whole.data(), size, size > kLarge ? kLevelOfLarge : kLevel);
+  if (ZSTD_isError(packed.size) != 0)
+    throw Exception(std::string("Cannot pack contents: ") + ZSTD_getErrorName(packed.size));
+  packed.lines = LineOf({"contents", std::to_string(contents.size()), std::to_string(packed.size),
+                         std::to_string(size)}) +
+                 lines;
+  packed.block[packed.size++] = '\n';
+  return packed;
 }
 
 std::optional<KeptRun> ReadKeptRun(std::string_view bytes) { return Reader(bytes).Read(); }

@@ -3,7 +3,9 @@
 // has no end in it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -66,7 +68,14 @@ struct DigestedContent {
   std::string digest;
   std::string_view bytes;
 };
-std::string RecordContents(std::span<const DigestedContent> contents);
+struct PackedContents {
+  std::string_view Block() const { return {block.get(), size}; }
+
+  std::string lines;              // that come before the block in the record
+  std::unique_ptr<char[]> block;  // with its line end
+  std::size_t size = 0;           // of both
+};
+PackedContents PackContents(std::span<const DigestedContent> contents);
 
 // None for what is no record.
 std::optional<KeptRun> ReadKeptRun(std::string_view bytes);

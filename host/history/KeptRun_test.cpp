@@ -12,7 +12,8 @@ const std::string kOne = "one\ncontent\twith\\all", kTwo(100000, 'x');
 std::string Whole() {
   const std::vector<std::string> folders{"/a\tb/"};
   const DigestedContent contents[] = {{Sha256(kOne), kOne}, {Sha256(kTwo), kTwo}};
-  return RecordHead(7, 1000, folders) + RecordContents(contents) +
+  const PackedContents packed = PackContents(contents);
+  return RecordHead(7, 1000, folders) + packed.lines + std::string(packed.Block()) +
          RecordLine(KeptFile{"/a\nb.cs", Sha256(kOne), "after"}) +
          RecordLine(KeptNumber{1, "P", "1|2", "1|3"}) +
          RecordLine(KeptVersion{1, "AssemblyVersion", "1.2", "1.3"}) + RecordEnd(KeptResult::Failed, 2.5);
@@ -67,6 +68,17 @@ TEST(KeptRun, ADamagedBlockGivesNoContent) {
   bytes[record->contents[0].block + 20] ^= 1;
   KeptContents contents(*record, bytes);
   EXPECT_EQ(contents.Find(Sha256(kOne)), std::nullopt);
+}
+
+TEST(KeptRun, AContentMayStandAlone) {
+  for (const std::string& text : {std::string(), kOne, std::string(3'000'000, 'y')}) {
+    const DigestedContent content{Sha256(text), text};
+    const PackedContents packed = PackContents({&content, 1});
+    const std::string bytes = RecordHead(1, 0, {}) + packed.lines + std::string(packed.Block());
+    const auto record = ReadKeptRun(bytes);
+    ASSERT_EQ(record->contents.size(), 1u);
+    EXPECT_EQ(KeptContents(*record, bytes).Find(Sha256(text)), text);
+  }
 }
 
 TEST(KeptRun, AnotherTextIsNone) {

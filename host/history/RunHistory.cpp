@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "host/history/Digest.h"
 #include "host/system/HostProgram.h"
@@ -20,6 +21,28 @@ constexpr std::size_t kDigitsOfAFolder = 16;
 
 fs::path ToPath(const std::string& name) {
   return IsValidUtf8(name) ? fs::path(std::u8string(name.begin(), name.end())) : fs::path(name);
+}
+
+// New pieces that are the old bytes still, from their beginning on, are digested once for both.
+KeptFile Digested(const PlannedWrite& write) {
+  KeptFile file{std::string(write.path), "", ""};
+  if (!write.before || !write.after) {
+    if (write.before) file.before = Sha256(*write.before);
+    if (write.after) file.after = Sha256(*write.after);
+    return file;
+  }
+  std::string_view before = *write.before;
+  DigestTail after = *write.after;
+  while (!after.empty() && after.front().data() == before.data() && after.front().size() <= before.size()) {
+    before.remove_prefix(after.front().size());
+    after = after.subspan(1);
+  }
+  const DigestTail tails[] = {{&before, 1}, after};
+  std::vector<std::string> digests =
+      Sha256Behind(write.before->substr(0, write.before->size() - before.size()), tails);
+  file.before = std::move(digests[0]);
+  file.after = std::move(digests[1]);
+  return file;
 }
 
 }  // namespace
@@ -69,14 +92,13 @@ RunJournal::RunJournal(const RunHistory& history, std::int64_t started,
   file_ = history.FileOf(run_);
 }
 
-void RunJournal::Write(const std::string& text) try {
+void RunJournal::Write(std::span<const std::string_view> pieces) try {
   if (out_ == nullptr) {
     CreateFolders(FolderPart(file_));
     out_ = std::make_unique<AppendedFile>(file_);
-    out_->Append(head_ + text);
-  } else {
-    out_->Append(text);
+    out_->Append(head_);
   }
+  for (const std::string_view piece : pieces) out_->Append(piece);
   out_->Flush();
 } catch (const Exception& error) {
   throw Exception("Cannot keep what this run changes: " + error.Message() +
@@ -84,20 +106,17 @@ void RunJournal::Write(const std::string& text) try {
 }
 
 void RunJournal::Keep(std::span<const PlannedWrite> writes, std::span<const KeptNumber> numbers) {
-  std::string text, files;
+  std::string text;
+  for (const KeptNumber& number : numbers) text += RecordLine(number);
   std::vector<DigestedContent> contents;
   for (const PlannedWrite& write : writes) {
-    KeptFile file{std::string(write.path), "", ""};
-    if (write.before) {
-      file.before = Sha256(*write.before);
-      if (kept_.insert(file.before).second) contents.push_back({file.before, *write.before});
-    }
-    if (write.after) file.after = Sha256(*write.after);
-    files += RecordLine(file);
+    KeptFile file = Digested(write);
+    if (write.before && kept_.insert(file.before).second) contents.push_back({file.before, *write.before});
+    text += RecordLine(file);
   }
-  if (!contents.empty()) text += RecordContents(contents);
-  for (const KeptNumber& number : numbers) text += RecordLine(number);
-  Write(text + files);
+  const PackedContents packed = contents.empty() ? PackedContents() : PackContents(contents);
+  const std::string_view pieces[] = {packed.lines, packed.Block(), text};
+  Write(pieces);
 }
 
 void RunJournal::End(KeptResult result, double seconds, std::span<const KeptNumber> numbers,
@@ -105,7 +124,9 @@ void RunJournal::End(KeptResult result, double seconds, std::span<const KeptNumb
   std::string text;
   for (const KeptNumber& number : numbers) text += RecordLine(number);
   for (const KeptVersion& version : versions) text += RecordLine(version);
-  Write(text + RecordEnd(result, seconds));
+  text += RecordEnd(result, seconds);
+  const std::string_view piece = text;
+  Write({&piece, 1});
 }
 
 }  // namespace qx

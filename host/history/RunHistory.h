@@ -8,6 +8,7 @@
 #include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/history/KeptRun.h"
@@ -51,7 +52,7 @@ class RunJournal {
            std::span<const KeptVersion> versions);
 
  private:
-  void Write(const std::string& text);
+  void Write(std::span<const std::string_view> pieces);
 
   int run_ = 0;
   std::string head_;

@@ -52,6 +52,37 @@ TEST(RunHistory, ARunThatDoesNotEndIsCutOff) {
   EXPECT_EQ(record->files.at(0).before, Sha256("old"));
 }
 
+TEST(RunHistory, DigestsWhatStaysOfAFileOnce) {
+  const TestFolder folder;
+  const RunHistory history(folder.Write("p.xml", ""), folder / "state/");
+  const std::string before = "begin old end";
+  const std::string_view whole = before;
+  const std::vector<std::vector<std::string_view>> cases{
+      {whole.substr(0, 0), whole.substr(0, 6), "new", whole.substr(9)},
+      {whole.substr(0, 6), whole.substr(9)},
+      {whole},
+      {whole, "more"},
+      {},
+      {"new"},
+      {whole.substr(0, 6), whole.substr(6)}};
+  RunJournal journal(history, 5, {});
+  std::vector<PlannedWrite> writes;
+  std::vector<std::string> paths, after;
+  for (const auto& pieces : cases) {
+    paths.push_back("/f" + std::to_string(paths.size()));
+    after.emplace_back();
+    for (const std::string_view piece : pieces) after.back() += piece;
+  }
+  for (std::size_t i = 0; i < cases.size(); ++i) writes.push_back({paths[i], whole, std::span(cases[i])});
+  journal.Keep(writes, {});
+  const auto record = history.Read(1);
+  ASSERT_EQ(record->files.size(), cases.size());
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    EXPECT_EQ(record->files[i].before, Sha256(before));
+    EXPECT_EQ(record->files[i].after, Sha256(after[i])) << i;
+  }
+}
+
 TEST(RunHistory, WhatCannotBeKeptIsSaidWithTheRemedy) {
   const TestFolder folder;
   folder.Write("state", "a file in its place");

@@ -67,9 +67,12 @@ void SetCurrentFolder(const std::string& folder) {
 }
 
 void KeepFreedMemory() {
-  constexpr int kMostKept = 32 << 20;
+  constexpr int kMostKept = 32 << 20, kAtOnce = 1 << 20;
   mallopt(M_MMAP_THRESHOLD, kMostKept);
   mallopt(M_TRIM_THRESHOLD, kMostKept);
+  // One heap for all threads: that of a thread grows page by page, with a call of the system each time.
+  mallopt(M_ARENA_MAX, 1);
+  mallopt(M_TOP_PAD, kAtOnce);
 }
 
 void LeaveAtOnce(int exitCode) { _exit(exitCode); }

@@ -129,7 +129,7 @@ void Rewriting::Stage() {
   std::string reason;
   const std::string name = BackupPath();
   if (rule == BackupRule::EveryTime || !FileExists(name)) {
-    backupName = NameOnDisk(name);
+    backupName = Path() == Target() ? name : NameOnDisk(name);
     kept = system::Stage(backupName, backup, &*file->facts_, true, reason);
     if (kept == nullptr) FailToWrite(name, reason);
   }
@@ -142,7 +142,7 @@ void Rewriting::Place() {
   std::string reason;
   if (!system::IsStill(Target(), *file->facts_, file->Bytes()))
     FailToWrite(Path(), "another program has written to it meanwhile");
-  if (kept != nullptr && !(system::Remove(backupName, reason) && kept->Place(reason)))
+  if (kept != nullptr && !(system::Remove(backupName, reason) && kept->PlaceNew(reason)))
     FailToWrite(BackupPath(), reason);
   if (made != nullptr && !made->Place(reason)) FailToWrite(Path(), reason);
 }

@@ -21,6 +21,8 @@ class StagedFile {
   virtual bool Flush(std::string& reason) = 0;
   // The file stands under its name, in the place of an old one.
   virtual bool Place(std::string& reason) = 0;
+  // The same where no file of that name is expected, which may cost less.
+  virtual bool PlaceNew(std::string& reason) { return Place(reason); }
 };
 
 // Writes the pieces for a target, a path as WriteTarget gives it. Owner and mode are the model's, where there

@@ -88,6 +88,9 @@ class PosixFile final : public StagedFile {
     name_.clear();
     return true;
   }
+  bool PlaceNew(std::string& reason) override {
+    return (name_.empty() && GiveName(file_.Number(), target_)) || Place(reason);
+  }
 
  private:
   Descriptor file_;
