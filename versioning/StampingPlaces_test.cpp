@@ -126,6 +126,17 @@ TEST_F(StampingPlaces, ALinkThatLeavesTheTreeIsFollowedToAnAssemblyInfoFileOnly)
   EXPECT_EQ(folder.Read("out/AssemblyInfo.cs"), kNew);
 }
 
+TEST_F(StampingPlaces, AFolderThatIsALinkLeavesTheTreeToo) {
+  AddProject("P");
+  const std::string tree = folder / "tree/";
+  EXPECT_FALSE(LeavesTree("AssemblyInfo.cs", folder / "tree/P/", tree, true));
+  EXPECT_TRUE(LeavesTree("../../out/AssemblyInfo.cs", folder / "tree/P/", tree, true));
+  if (SystemPassesOverSpelling()) GTEST_SKIP() << "links need rights on this system";
+  folder.Write("out/AssemblyInfo.cs", kOld);
+  fs::create_symlink("../../out", fs::path(folder / "tree/P/linked"));
+  EXPECT_TRUE(LeavesTree("linked/AssemblyInfo.cs", folder / "tree/P/", tree, true));
+}
+
 TEST_F(StampingPlaces, KeptLineEndsChangeOneLineOfAFileThatHasLineFeedsOnly) {
   SetLineEnds(LineEnds::Keep);
   AddProject("P");
