@@ -108,9 +108,9 @@ std::string TQXCustomVSDotNetAction::GetWebDAVPassword() {
   return DecryptString(settings_.webDavPasswordEncrypted, "");
 }
 
-std::string TQXCustomVSDotNetAction::NeedWebDAVPassword() {
+std::string TQXCustomVSDotNetAction::NeedWebDAVPassword(const std::string& encrypted) {
   try {
-    return GetWebDAVPassword();
+    return DecryptString(encrypted, "");
   } catch (const Exception& fault) {
     throw Exception("WebDAVPassword: " + fault.Message() + "; set WebDAVPassword again on this computer");
   }
@@ -261,7 +261,8 @@ std::string TQXCustomVSDotNetAction::GetAttributeText(AssemblyAttribute attribut
 
 ProjectLocationSettings TQXCustomVSDotNetAction::GetProjectLocation() {
   return {static_cast<std::int32_t>(settings_.projLocationDetectMethod), settings_.wmiWebsiteNum,
-          settings_.sharePath, settings_.webDavUsername, [this] { return NeedWebDAVPassword(); }};
+          settings_.sharePath, settings_.webDavUsername,
+          [this, encrypted = settings_.webDavPasswordEncrypted] { return NeedWebDAVPassword(encrypted); }};
 }
 
 std::string TQXCustomVSDotNetAction::ExpandText(const std::string& text) {

@@ -311,7 +311,7 @@ class TQXCustomVSDotNetAction
 
  private:
   // The password where it is needed; a message says which property cannot be read, and what to do.
-  std::string NeedWebDAVPassword();
+  std::string NeedWebDAVPassword(const std::string& encrypted);
   bool Fail(const std::string& message);  // logs it; always false
   bool Expand(const char* complaint, const std::string& text, std::string& expanded);
   std::string DevEnvFolder() const;  // trimmed; empty when not configured

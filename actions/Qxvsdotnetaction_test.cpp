@@ -272,6 +272,16 @@ TEST_F(BuildAction, HandsThePasswordToTheUpdater) {
   EXPECT_EQ(location.webDavPassword(), "s3cret");
 }
 
+TEST_F(BuildAction, HandsOutACopyOfItsWebSettings) {
+  Set("WMIWebsiteNum", 7);
+  Set("WebDAVPassword", std::string("s3cret"));
+  const ProjectLocationSettings location = action->GetProjectLocation();
+  Set("WMIWebsiteNum", 8);
+  Set("WebDAVPassword", std::string("another"));
+  EXPECT_EQ(location.wmiWebsiteNum, 7);
+  EXPECT_EQ(location.webDavPassword(), "s3cret");
+}
+
 TEST_F(BuildAction, NamesThePasswordThatCannotBeReadAndTheRemedy) {
   action->Settings().webDavPasswordEncrypted = "from another computer";
   const ProjectLocationSettings location = action->GetProjectLocation();

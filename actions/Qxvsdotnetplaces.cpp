@@ -71,7 +71,8 @@ std::optional<WebLogin> TQXCustomVSDotNetAction::GetWebLogin(const std::string& 
   for (int i = 0; i < projects->GetCount(); ++i) {
     const std::string path = projects->GetItem(i)->GetPath();
     const bool isWeb = LowerCase(path).find("http://") != std::string::npos;
-    if (isWeb && IsOnSameServer(path, url)) return WebLogin{settings_.webDavUsername, NeedWebDAVPassword()};
+    if (isWeb && IsOnSameServer(path, url))
+      return WebLogin{settings_.webDavUsername, NeedWebDAVPassword(settings_.webDavPasswordEncrypted)};
   }
   return {};
 }

@@ -293,7 +293,14 @@ TEST_F(VersionResources, StayInTheScriptsBeforeOneThatFails) {
 
 TEST_F(VersionResources, PreventTheBuildWhenAWriterRefuses) {
   class Refused : public TQXCustomVSDotNetAction {
-    bool ApplyVersionInfo(const std::string&) override { return false; }
+   public:
+    Lines asked;
+
+   private:
+    bool ApplyVersionInfo(const std::string& script) override {
+      asked.push_back(script);
+      return false;
+    }
   };
   TQXActionClass refusing = TQXVSDotNetAction::Class();
   refusing.construct = []() -> std::unique_ptr<TQXAction> { return std::make_unique<Refused>(); };
@@ -303,6 +310,12 @@ TEST_F(VersionResources, PreventTheBuildWhenAWriterRefuses) {
   refused->Settings().updateWin32Resource = true;
   EXPECT_FALSE(refused->Execute());
   EXPECT_EQ(host.Lines(), Lines{"Win32 Version Info Not updated"});
+  EXPECT_EQ(refused->asked, Lines{Path("src/Native/Native.rc")}) << "the others are not asked any more";
+  refused->asked.clear();
+  refused->Settings().applyResourceInfoTo = btSelectedProjects;
+  refused->Settings().resourceSelectedProjects = TStringList({kDriverId, kNativeId});
+  EXPECT_FALSE(refused->Execute());
+  EXPECT_EQ(refused->asked, Lines{Path("src/Driver/Driver.rc")});
   EXPECT_FALSE(CompilerRan());
 }
 

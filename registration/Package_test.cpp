@@ -8,6 +8,7 @@
 #include "host/pages/PageDriver.h"
 #include "host/system/SharedLibrary.h"
 #include "host/testing/TestHost.h"
+#include "platform/files/Files.h"
 
 namespace qx {
 namespace {
@@ -52,6 +53,17 @@ TEST(Package, IsLoadedUsedUnloadedAndLoadedAgain) {
   }
   EXPECT_TRUE(host.catalogue.Actions().empty());
   EXPECT_TRUE(host.catalogue.Functions().empty());
+}
+
+// By the names under which the actions are registered.
+TEST(Package, HasThePicturesOfItsActionsBesideIt) {
+  TestHost host;
+  PackageLoader loader(host.catalogue);
+  ASSERT_EQ(loader.Load(kPackageFile, Registration::Design).Error(), "");
+  for (const RegisteredAction& action : host.catalogue.Actions()) {
+    const std::string picture = QX_BINARY_DIR "/Resources/" + action.bitmap + ".svg";
+    EXPECT_TRUE(FileExists(picture)) << picture;
+  }
 }
 
 TEST(Package, ReturnsItsStartCountsToZero) {

@@ -102,6 +102,14 @@ TEST_F(OpeningSolutions, OfTwoProjectsOfOneIdentifierTheFirstIsFound) {
   EXPECT_EQ(projects->FindByGUID(kA)->GetName(), "a");
 }
 
+TEST_F(OpeningSolutions, OfTwoProjectsOfOnePathTheFirstIsFound) {
+  folder.Write("a.csproj", "");
+  const auto projects =
+      Open(Solution(Project("a", "a.csproj", kA) + Project("b", "a.csproj", kB)))->GetProjects();
+  EXPECT_EQ(projects->GetCount(), 2);
+  EXPECT_EQ(projects->FindByPath("a.csproj")->GetName(), "a");
+}
+
 TEST_F(OpeningSolutions, WithoutASectionTheConfigurationsAreNull) {
   EXPECT_FALSE(Open(Solution(""))->GetConfigurations());
   EXPECT_EQ(Open(Solution(""))->GetProjects()->GetCount(), 0);

@@ -1,7 +1,10 @@
 #include "versioning/WebProjects.h"
 
 #include <algorithm>
+#include <ranges>
+#include <vector>
 
+#include "platform/Texts.h"
 #include "platform/files/Paths.h"
 #include "weblocation/Qxresolveiisdirectory.h"
 
@@ -12,6 +15,19 @@ namespace {
 constexpr std::int32_t kMetabase = 0;
 constexpr std::int32_t kShare = 1;
 constexpr std::int32_t kWebDav = 2;
+
+// A folder as it is asked for: slashes between the names, none behind the last, and without the names "." that
+// clients take out and servers need not know.
+std::string WithoutDots(std::string folder) {
+  std::replace(folder.begin(), folder.end(), '\\', '/');
+  std::vector<std::string_view> names;
+  for (const auto part : std::views::split(std::string_view(folder), '/')) {
+    const std::string_view name(part.begin(), part.end());
+    if (name != ".") names.push_back(name);
+  }
+  if (!names.empty() && names.back().empty()) names.pop_back();
+  return Join(names, "/");
+}
 
 }  // namespace
 
@@ -44,12 +60,10 @@ std::string WebProjects::FindProjectFile(const std::string& url) {
 bool WebProjects::AreFetched() const { return settings_.projLocationDetectMethod == kWebDav; }
 
 std::string WebProjects::RemoteFolderOf(const std::string& reference) const {
-  std::string below = FolderPart(reference);
-  std::replace(below.begin(), below.end(), '\\', '/');
   // A project file may not lead out of its own folder (docs/deliberate.md).
   if (IsAbsolute(reference))
     throw Exception("Refused to fetch \"" + reference + "\": it is no file of the project");
-  if (below.ends_with('/')) below.pop_back();
+  const std::string below = WithoutDots(FolderPart(reference));
   const bool needsSlash = !remoteBase_.empty() && !below.empty();
   return remoteBase_ + (needsSlash ? "/" : "") + below;
 }

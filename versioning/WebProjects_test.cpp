@@ -148,6 +148,29 @@ TEST_F(WebProject, RefersToNoFileOutsideOfItself) {
   }
 }
 
+TEST_F(WebProject, BelowADotIsAskedForByItsPlainName) {
+  for (const char* reference : {".\\AssemblyInfo.cpp", "./AssemblyInfo.cpp", "Sub\\.\\AssemblyInfo.cpp"}) {
+    const std::string target =
+        std::string(reference).starts_with("Sub") ? "/S/Sub/AssemblyInfo.cpp" : "/S/AssemblyInfo.cpp";
+    Serve({{"/S/A.vcproj", std::string("RelativePath=\"") + reference + "\""},
+           {target, "[assembly:AssemblyTitleAttribute(\"\")];\r\n"}});
+    WebProjects projects(source_.location);
+    projects.FindProjectFile(Url("/S/A.vcproj"));
+    EXPECT_EQ(ReadFile(projects.Fetch(reference)), files_[target]);
+    Updater({Url("/S/A.vcproj")})->UpdateAll();
+    EXPECT_EQ(files_[target], "[assembly: AssemblyTitleAttribute(\"T\")];\r\n") << reference;
+    EXPECT_EQ(server_->Requests().back().target, target);
+  }
+}
+
+TEST_F(WebProject, IsLookedForAsTheActionWasSetWhenTheUpdaterWasMade) {
+  Serve({{"/S/A.csproj", "Include=\"AssemblyInfo.cs\""}, {"/S/AssemblyInfo.cs", kOld}});
+  const auto updater = Updater({Url("/S/A.csproj")});
+  source_.location = {1, 7, "other$", "bob", [] { return std::string("other"); }};
+  updater->UpdateAll();
+  EXPECT_EQ(files_["/S/AssemblyInfo.cs"], kNew);
+}
+
 TEST_F(WebProject, IsLookedForOnTheShare) {
   WebProjects projects({1, 1, "wwwroot$", "", {}});
   EXPECT_EQ(projects.FindProjectFile("http://host/A/B/App.csproj"), "\\\\host\\wwwroot$\\A/B\\App.csproj");

@@ -45,6 +45,10 @@ TEST_F(ComMetabase, ResolvesAVirtualDirectoryAndAFolderBelowIt) {
             "D:\\Web\\Site\\Sub\\App.csproj");
 }
 
+TEST_F(ComMetabase, AsksForTheSiteOfThatNumber) {
+  EXPECT_EQ(GetPhysicalDirFromIISDir("http://localhost/Site/App.csproj", 2), "E:\\Second\\App.csproj");
+}
+
 TEST_F(ComMetabase, GoesThroughTheShareOfAnotherServer) {
   EXPECT_EQ(GetPhysicalDirFromIISDir("http://web1/Site/App.csproj", 1),
             "\\\\web1\\D$\\Web\\Site\\App.csproj");

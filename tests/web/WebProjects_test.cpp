@@ -432,5 +432,11 @@ TEST_F(WebBuild, AsksTheMetabase) {
   }
 }
 
+TEST_F(WebBuild, AsksTheMetabaseForItsSite) {
+  if (!IsWindows()) GTEST_SKIP() << "outside Windows there is no metabase to ask";
+  MakeBuild({"http://qxserver/Site/App.csproj"}, {"ProjLocationDetectMethod=useWMI", "WMIWebsiteNum=2"});
+  ExpectFailure({"ERROR : Unable to find : \\\\qxserver\\E$\\Second\\App.csproj"});
+}
+
 }  // namespace
 }  // namespace qx

@@ -5,6 +5,7 @@
 //   IIS://HOST/w3svc/1/ROOT/Site/Sub   IIsWebDirectory
 //   IIS://HOST/w3svc/1/ROOT/Wrong      IIsWebServer, which is no directory
 //   IIS://HOST/w3svc/1/ROOT            the same
+//   IIS://HOST/w3svc/2/ROOT/Site       IIsWebVirtualDir; its Path is E:\Second
 #pragma once
 
 namespace qx::test_metabase {

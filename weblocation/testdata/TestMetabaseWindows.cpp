@@ -73,6 +73,7 @@ std::wstring SitePath() {
 
 // The node behind a path, null when there is none.
 IDispatch* FindNode(const std::wstring& moniker) {
+  if (moniker.ends_with(L"/w3svc/2/ROOT/Site")) return new Node(L"IIsWebVirtualDir", L"E:\\Second");
   const std::size_t root = moniker.find(L"/w3svc/1/ROOT");
   if (!moniker.starts_with(L"IIS://") || root == std::wstring::npos) return nullptr;
   const std::wstring path = moniker.substr(root + wcslen(L"/w3svc/1/ROOT"));
