@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import datetime
 import json
 import os
 import secrets
@@ -22,7 +23,7 @@ def why_not() -> str:
     """Why there can be no farm on this machine; empty when there can."""
     if not sys.platform.startswith("linux"):
         return "a farm is tried on Linux"
-    for program in ("git", "openssl", "flock", "setpriv"):
+    for program in ("git", "flock", "setpriv"):
         if not shutil.which(program):
             return f"no {program} on this machine"
     tried = subprocess.run([PYTHON, "-c", "import buildbot.master, buildbot_worker.bot"], capture_output=True, text=True)
@@ -53,6 +54,32 @@ def repository(folder: Path, projects: Path) -> Path:
     bare = folder / "products.git"
     git(folder, "clone", "-q", "--bare", str(projects), str(bare))
     return bare
+
+
+def certificate(key_file: Path, file: Path) -> None:
+    """Makes a key and a certificate for localhost. It begins a day ago: a worker's clock may be behind."""
+    from cryptography import x509
+    from cryptography.hazmat.primitives import hashes, serialization
+    from cryptography.hazmat.primitives.asymmetric import ec
+    from cryptography.x509.oid import NameOID
+
+    key = ec.generate_private_key(ec.SECP256R1())
+    name = x509.Name([x509.NameAttribute(NameOID.COMMON_NAME, "localhost")])
+    now = datetime.datetime.utcnow()
+    made = (x509.CertificateBuilder().subject_name(name).issuer_name(name).public_key(key.public_key())
+            .serial_number(x509.random_serial_number()).not_valid_before(now - datetime.timedelta(days=1))
+            .not_valid_after(now + datetime.timedelta(days=2))
+            .add_extension(x509.SubjectAlternativeName([x509.DNSName("localhost")]), critical=False)
+            .sign(key, hashes.SHA256()))
+    plain = key.private_bytes(serialization.Encoding.PEM, serialization.PrivateFormat.PKCS8, serialization.NoEncryption())
+    secret(key_file, plain.decode())
+    file.write_bytes(made.public_bytes(serialization.Encoding.PEM))
+
+
+def secret(file: Path, text: str) -> None:
+    """Writes a file that only this user can read, from its first moment on."""
+    with open(os.open(file, os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600), "w") as out:
+        out.write(text)
 
 
 class Process:
@@ -100,17 +127,14 @@ class LocalFarm:
             shutil.copy(ROOT / "examples/farm" / file, place)
         listen = f"tcp:port={self.port}:interface=127.0.0.1"
         if self.tls:
-            subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2", "-subj", "/CN=localhost",
-                            "-addext", "subjectAltName=DNS:localhost", "-keyout", "master.key", "-out", "master.pem"],
-                           cwd=place, check=True, capture_output=True)
-            (place / "master.key").chmod(0o600)
+            certificate(place / "master.key", place / "master.pem")
             roots = self.folder / "roots"
             roots.mkdir()
             shutil.copy(place / "master.pem", roots)
             listen = f"ssl:port={self.port}:interface=127.0.0.1:privateKey={place}/master.key:certKey={place}/master.pem"
         text = [f"repository = {json.dumps(str(sources))}", f'listen = "{listen}"', 'nightly = ""', f"retries = {retries}"]
         for name, each in self.settings.items():
-            self._secret(place / f"{name}.password", secrets.token_hex(16))
+            secret(place / f"{name}.password", secrets.token_hex(16))
             text += [f"[workers.{name}]", f'password_file = "{name}.password"', f"builds = {each.get('builds', 1)}",
                      f"tags = {json.dumps(each.get('tags', ['engine']))}", f"trusted = {str(each.get('trusted', True)).lower()}",
                      f"qxhost = {json.dumps(qxhost)}"]
@@ -124,7 +148,7 @@ class LocalFarm:
         place = self.worker_folder(name)
         place.mkdir(parents=True, exist_ok=True)
         shutil.copy(ROOT / "examples/farm/worker.tac", place)
-        self._secret(place / "password", (self.master_folder / f"{name}.password").read_text())
+        secret(place / "password", (self.master_folder / f"{name}.password").read_text())
         (place / "builds" / "info").mkdir(parents=True, exist_ok=True)
         port = self.settings[name].get("port", self.port)
         master = f"tcp:host=127.0.0.1:port={port}"
@@ -132,11 +156,6 @@ class LocalFarm:
             master = f"tls:localhost:{port}:trustRoots={self.folder / 'roots'}"
         keepalive = self.settings[name].get("keepalive", 60)
         (place / "worker.json").write_text(json.dumps({"name": name, "master": master, "maxdelay": 2, "keepalive": keepalive}))
-
-    @staticmethod
-    def _secret(file: Path, text: str) -> None:
-        with open(os.open(file, os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600), "w") as out:
-            out.write(text)
 
     def worker_folder(self, name: str) -> Path:
         return self.settings[name].get("folder", self.folder / name)

@@ -84,6 +84,9 @@ class Verdicts(unittest.TestCase):
         self.assertEqual(self.judged(0, summary_of(projects=[{"name": "App", "status": "missing"}])), FAILURE)
         self.assertEqual(self.judged(0, summary_of(success=False)), FAILURE)
 
+    def test_a_program_of_which_nobody_can_tell_is_no_green(self):
+        self.assertEqual(self.judged(0, summary_of(projects=[{"name": "App", "status": "unknown"}])), WARNINGS)
+
     def test_what_the_check_alone_found_is_a_warning(self):
         stale = summary_of(success=False, projects=[{"name": "App", "status": "stale"}])
         self.assertEqual(self.judged(1, stale), WARNINGS)

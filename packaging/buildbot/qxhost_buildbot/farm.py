@@ -118,7 +118,9 @@ class _Farm:
         names = [project.name for project in self.projects]
         strangers = [each.name for each in self.builders() if each.name.endswith(STRANGERS)]
         made: list[Any] = [schedulers.Triggerable(name=_trigger(name), builderNames=[name]) for name in names]
-        made.append(schedulers.Try_Jobdir(name="orders", builderNames=[*names, *strangers, NIGHTLY], jobdir="jobs"))
+        orders = schedulers.Try_Jobdir(name="orders", builderNames=[*names, *strangers, NIGHTLY], jobdir="jobs")
+        orders.watcher.pollinterval = 1  # seconds; ten are long for whoever waits before a terminal
+        made.append(orders)
         if self.settings.nightly:
             hour, minute = self.settings.nightly.split(":")
             made.append(schedulers.Nightly(name="night", builderNames=[NIGHTLY], branch=branch, hour=int(hour), minute=int(minute)))

@@ -10,7 +10,7 @@ from typing import Any
 
 from buildbot.process import buildstep, remotecommand
 from buildbot.process.remotetransfer import FileReader
-from buildbot.process.results import CANCELLED, FAILURE, statusToString
+from buildbot.process.results import CANCELLED, FAILURE, RETRY, statusToString
 from buildbot.steps.transfer import MultipleFileUpload
 from buildbot.steps.worker import CompositeStepMixin
 from buildbot.worker.protocols.base import FileWriterImpl
@@ -58,9 +58,9 @@ class QxHost(buildstep.ShellMixin, CompositeStepMixin, buildstep.BuildStep):
     reports and the whole log are uploaded when there is a folder for them.
 
     Results: 0 succeeds, with warnings where the compilers had some; 1 fails, or is a warning when every action succeeded and
-    the check of what was built found programs that are stale or of another version (one that is missing fails); 2 fails; 3
-    and 4 are exceptions; 5 is cancelled. A run without a report, or that stamped another number than the master's, never
-    succeeds. When the worker is lost the build is retried.
+    the check of what was built found programs that are stale or of another version (one that is missing fails, one of
+    which nobody can tell is a warning); 2 fails; 3 and 4 are exceptions; 5 is cancelled. A run without a report, or that
+    stamped another number than the master's, never succeeds. When the worker is lost the build is retried.
     """
 
     name = "qxhost"
@@ -126,7 +126,10 @@ class QxHost(buildstep.ShellMixin, CompositeStepMixin, buildstep.BuildStep):
         yield self._tell(summary, number)
         if self.upload_to is not None:
             self._upload_reports()
-        return CANCELLED if command.interrupted else self.verdict.result
+        if command.interrupted:
+            # A master that ends wants its builds retried; a user who stops one does not.
+            return RETRY if self.build.results == RETRY else CANCELLED
+        return self.verdict.result
 
     def take_lines(self, data: str) -> defer.Deferred:
         """Takes whole lines of the run's log."""

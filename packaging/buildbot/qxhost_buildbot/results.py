@@ -10,9 +10,13 @@ import time
 from pathlib import Path
 from typing import Any
 
-from buildbot.process.results import Results
+from buildbot.data.resultspec import Filter
+from buildbot.process.results import RETRY, Results
 from buildbot.util.service import BuildbotService
 from twisted.internet import defer
+
+_CAUGHT_UP = 1000
+"""How many lost builds are looked at when the master starts: more than it can have been running."""
 
 
 class ResultsFile(BuildbotService):
@@ -34,6 +38,21 @@ class ResultsFile(BuildbotService):
                           (self._stepped, ("steps", None, "updated"))):
             consumer = yield self.master.mq.startConsuming(take, key)
             self._consumers.append(consumer)
+        yield self._catch_up()
+
+    # A master that was killed finds its builds cut off when it starts, before anybody listens: they are told here.
+    @defer.inlineCallbacks
+    def _catch_up(self):
+        file = Path(self.master.basedir) / self.path
+        if not file.exists():
+            return
+        records = [json.loads(line) for line in file.read_text(encoding="utf-8").splitlines() if line.startswith("{") and line.endswith("}")]
+        told = {(each["builder"], each["build"]) for each in records if each["event"] == "finished"}
+        builds = yield self.master.data.get(("builds",), filters=[Filter("results", "eq", [RETRY])], order=["-buildid"], limit=_CAUGHT_UP)
+        for build in reversed(list(builds)):
+            facts = yield self._facts(build)
+            if (facts["builder"], facts["build"]) not in told:
+                yield self._ended(("builds",), build)
 
     @defer.inlineCallbacks
     def stopService(self):

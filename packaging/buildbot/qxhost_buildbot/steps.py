@@ -96,7 +96,7 @@ class Free(buildstep.ShellMixin, buildstep.BuildStep):
         running: remotecommand.RemoteShellCommand = yield self.makeRemoteShellCommand(
             command=command, workdir=self.build.builder.config.workerbuilddir)
         yield self.runCommand(running)
-        return running.results()
+        return SUCCESS if running.rc == 0 else FAILURE
 
 
 class Number(buildstep.BuildStep):

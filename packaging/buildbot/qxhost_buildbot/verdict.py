@@ -49,6 +49,8 @@ def judge(code: int | None, progress: Progress, summary: dict[str, Any] | None, 
         return Verdict(WARNINGS, ", ".join(f"{each['name']} {each['status']}" for each in lacking))
     if code == 1 or not summary.get("success"):
         return Verdict(FAILURE, "an action failed")
+    if unknown := [each["name"] for each in summary.get("projects", []) if each["status"] == "unknown"]:
+        return Verdict(WARNINGS, "nobody can tell whether it was built: " + ", ".join(unknown))
     return Verdict(WARNINGS if summary.get("warnings") else SUCCESS, "")
 
 
