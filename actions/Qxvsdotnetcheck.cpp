@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "actions/Qxvsdotnetaction.h"
+#include "actions/SolutionVersion.h"
 #include "actions/StampCheck.h"
 #include "platform/Nearest.h"
 #include "platform/Texts.h"
@@ -18,10 +19,6 @@ namespace qx {
 namespace {
 
 using enum CheckSeverity;
-
-// By the ordinal of TVSDotNetVersion.
-constexpr SolutionFormat kFormats[] = {SolutionFormat::Vs2002, SolutionFormat::Vs2003,
-                                       SolutionFormat::Vs2005};
 
 // A damaged build project may hold a version that has no name.
 std::string NameOf(std::size_t version) {
@@ -209,13 +206,13 @@ class RunCheck {
   void CheckFormat(const std::string& file, const std::string& number) {
     Tell(Info, "Solution", file + " is of format " + number, "", file);
     const auto set = static_cast<std::size_t>(settings_.vstudioVersion);
-    const auto* const meant = std::find(std::begin(kFormats), std::end(kFormats), map_.format);
-    if (meant == std::end(kFormats)) {
+    const std::optional<TVSDotNetVersion> meant = VersionOfFormat(map_.format);
+    if (!meant) {
       return Tell(Warning, "VStudioVersion",
                   "The solution is of format " + number + ", which is none of 7.00, 8.00 and 9.00",
                   "save it in the format of Visual Studio 2002, 2003 or 2005", file);
     }
-    const auto version = static_cast<std::size_t>(meant - std::begin(kFormats));
+    const auto version = static_cast<std::size_t>(*meant);
     if (version == set) return;
     Tell(Warning, "VStudioVersion",
          "The solution is of format " + number + ", which is that of " + NameOf(version) + ", but " +

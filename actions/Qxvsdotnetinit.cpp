@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "actions/Qxvsdotnetaction.h"
+#include "actions/SolutionVersion.h"
 #include "platform/Lines.h"
 #include "platform/Nearest.h"
 #include "platform/Texts.h"
@@ -19,14 +20,6 @@
 
 namespace qx {
 namespace {
-
-struct Product {
-  SolutionFormat format;
-  TVSDotNetVersion version;
-};
-constexpr Product kProducts[] = {{SolutionFormat::Vs2002, TVSDotNetVersion::vs2002},
-                                 {SolutionFormat::Vs2003, TVSDotNetVersion::vs2003},
-                                 {SolutionFormat::Vs2005, TVSDotNetVersion::vs2005}};
 
 // What is built by default, the first that the solution has.
 constexpr std::string_view kUsualConfigurations[] = {"Release|Mixed Platforms", "Release|Any CPU",
@@ -197,9 +190,7 @@ std::string ChooseConfiguration(const SolutionMap& map, const FromFileRequest& r
 }
 
 TVSDotNetVersion ChooseProduct(const SolutionMap& map, const std::string& number, const std::string& file) {
-  for (const Product& product : kProducts) {
-    if (product.format == map.format) return product.version;
-  }
+  if (const auto version = VersionOfFormat(map.format)) return *version;
   throw Exception(file + " is of format " + (number.empty() ? "without a number" : number) +
                   "; only 7.00, 8.00 and 9.00 are built, those of Visual Studio 2002, 2003 and 2005");
 }

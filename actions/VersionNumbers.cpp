@@ -108,19 +108,22 @@ VersionParts BumpedVersion(const VersionParts& parts, VersionPart part, std::int
   return bumped;
 }
 
-std::string WhyNoVersion(std::string_view dotted, std::int32_t largest, bool takesStar) {
+std::string WhyNoPart(std::string_view part, std::size_t index, std::int32_t largest, bool takesStar) {
   static constexpr std::string_view kNames[] = {"major", "minor", "build", "revision"};
+  if (takesStar && part == "*" && index >= 2) return {};
+  if (NumberUpTo(part, largest) >= 0) return {};
+  return "the " + std::string(kNames[index]) + " part " + Quoted(part) + " is no number from 0 to " +
+         std::to_string(largest);
+}
+
+std::string WhyNoVersion(std::string_view dotted, std::int32_t largest, bool takesStar) {
   if (dotted.find_first_not_of('.') == std::string_view::npos) return "no part of it is set";
-  for (std::size_t i = 0; i < std::size(kNames); ++i) {
+  for (std::size_t i = 0; i < 4; ++i) {
     const std::size_t dot = dotted.find('.');
     const std::string_view part = dotted.substr(0, dot);
     const bool isLast = dot == std::string_view::npos;
-    if (takesStar && part == "*" && i >= 2 && isLast) return {};
-    if (NumberUpTo(part, largest) < 0) {
-      return "the " + std::string(kNames[i]) + " part " + Quoted(part) + " is no number from 0 to " +
-             std::to_string(largest);
-    }
-    if (isLast) return {};
+    std::string fault = WhyNoPart(part, i, largest, takesStar && isLast);
+    if (!fault.empty() || isLast) return fault;
     dotted.remove_prefix(dot + 1);
   }
   return "it has more than four parts";

@@ -63,6 +63,10 @@ std::array<std::int32_t, 4> ReadDottedVersion(std::string_view text, std::int32_
 VersionParts BumpedVersion(const VersionParts& parts, VersionPart part, std::int32_t largest,
                            std::string_view name);
 
+// Why the part of that index, 0 to 3, is none: it is no number up to `largest`, nor, from the third part on and where
+// `takesStar`, a "*". Empty when nothing is wrong.
+std::string WhyNoPart(std::string_view part, std::size_t index, std::int32_t largest, bool takesStar);
+
 // Why a version as it goes into a file, "1.2.0.7", is none: a part that is no number up to `largest`, or more than
 // four of them. Where `takesStar`, a "*" may end it from the third part on. Empty when nothing is wrong.
 std::string WhyNoVersion(std::string_view dotted, std::int32_t largest, bool takesStar);

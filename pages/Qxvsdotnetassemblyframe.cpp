@@ -185,4 +185,17 @@ void TVSDotNetAssemblyFrame::chkUpdateFileVersionClick() {
   chkAutoIncAssemblyFileBuild_.SetEnabled(EditsFileVersion());
 }
 
+// What a run refuses; an empty part may be on its way, and what a variable holds is known by then.
+std::string TVSDotNetAssemblyFrame::WhatIsWrongWith(const TControl& control) {
+  const auto fault = [&](const VersionRow& row, std::int32_t largest, bool takesStar) -> std::string {
+    const auto found = std::ranges::find(row, &control);
+    if (found == row.end() || !control.IsEnabled()) return {};
+    const std::string& text = (*found)->Text();
+    if (text.empty() || text.find('%') != text.npos) return {};
+    return WhyNoPart(text, static_cast<std::size_t>(found - row.begin()), largest, takesStar);
+  };
+  const std::string ofAssembly = fault(assemblyVersion_, kLargestAssemblyPart, true);
+  return ofAssembly.empty() ? fault(fileVersion_, kLargestFilePart, false) : ofAssembly;
+}
+
 }  // namespace qx

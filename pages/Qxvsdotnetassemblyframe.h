@@ -8,10 +8,11 @@
 #include "actions/Qxvsdotnetaction.h"
 #include "pages/Page.h"
 #include "pages/ProjectCheckList.h"
+#include "plugin/Qxpageadvice.h"
 
 namespace qx {
 
-class TVSDotNetAssemblyFrame final : public Page<TFrameAnswering<IVSDotNetPropertyPage>> {
+class TVSDotNetAssemblyFrame final : public Page<TFrameAnswering<IVSDotNetPropertyPage, IQXPageAdvice>> {
  public:
   TVSDotNetAssemblyFrame();
   static const TFrameClass& Class();
@@ -22,6 +23,10 @@ class TVSDotNetAssemblyFrame final : public Page<TFrameAnswering<IVSDotNetProper
   // not written, and neither is the choice of projects while all are chosen: the action keeps its own.
   void ReadActionData(TPersistent& object) override;
   void WriteActionData(TPersistent& object) override;
+  // A part of a version is no number.
+  std::string WhatIsWrongWith(const TControl& control) override;
+  PageOffer TextWasLeft(TControl&) override { return {}; }
+  std::string QuestionBeforeWriting() override { return {}; }  // the solution's page asks for this one too
   // Another solution switches the stamping off until the user asks for it again.
   void UpdateSolution(bool changed, IVSDotNetSolution& solution) override;
 

@@ -366,5 +366,27 @@ TEST_F(AssemblyPage, IsSwitchedOffByAnotherSolutionOnly) {
   EXPECT_EQ(Ticks(kPage), (Texts{"x Else"}));
 }
 
+TEST_F(AssemblyPage, TellsOfAVersionPartThatIsNoNumber) {
+  Settings().updateAssemblyInfo = true;
+  Settings().updateAttribute[static_cast<std::size_t>(AssemblyAttribute::Version)] = true;
+  Settings().updateAttribute[static_cast<std::size_t>(AssemblyAttribute::FileVersion)] = true;
+  Open();
+  auto& page = dynamic_cast<IQXPageAdvice&>(dialog->Page(kAssemblyPage));
+  const auto wrong = [&](const char* name, const char* text) {
+    auto& edit = Of<TEdit>(kAssemblyPage, name);
+    edit.SetText(text);
+    return page.WhatIsWrongWith(edit);
+  };
+  EXPECT_EQ(wrong("txtAssemblyMinor", "2x"), "the minor part \"2x\" is no number from 0 to 65534");
+  EXPECT_NE(wrong("txtAssemblyMajor", "*"), "");
+  EXPECT_NE(wrong("txtAssemblyFileBuild", "*"), "");
+  EXPECT_NE(wrong("txtAssemblyFileBuild", "65536"), "");
+  for (const char* text : {"", "0", "65534", "%NUMBER%", "*"})
+    EXPECT_EQ(wrong("txtAssemblyBuild", text), "") << text;
+  EXPECT_EQ(wrong("txtAssemblyFileMajor", "65535"), "");
+  Any(kAssemblyPage, "txtAssemblyFileMajor").SetEnabled(false);
+  EXPECT_EQ(wrong("txtAssemblyFileMajor", "x"), "");
+}
+
 }  // namespace
 }  // namespace qx

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "actions/Qxvsdotnetaction.h"
+#include "actions/SolutionVersion.h"
 #include "pages/ActionOf.h"
 #include "platform/files/Files.h"
 #include "plugin/Qxservices.h"
@@ -52,6 +53,7 @@ const TFrameClass& TVSDotNetProjectFrame::Class() {
 void TVSDotNetProjectFrame::ReadActionData(TPersistent& object) {
   const auto& action = ActionOf<TQXVSDotNetAction>(object);
   const VSDotNetSettings& settings = action.Settings();
+  selections_ = StoredSelections(settings);
   txtSolution_.SetText(action.GetSolution());
   chkUseEnv_.SetChecked(settings.useEnv);
   cboVSVersion_.SetItemIndex(static_cast<int>(settings.vstudioVersion));
@@ -105,7 +107,11 @@ void TVSDotNetProjectFrame::Refresh() {
   const Expansion solution = ExpandSolution();
   if (!solution.error.empty()) return ShowOpenError(solution.error);
   if (solution.path.empty()) return;
-  if (!FileExists(solution.path)) return QXShowMessage("Solution File not found!");
+  missing_.clear();
+  if (!FileExists(solution.path)) {
+    missing_ = txtSolution_.Text();
+    return QXShowMessage("Solution File not found!");
+  }
   RefreshConfigs(kSameSolution, solution.path);
 }
 
@@ -181,6 +187,56 @@ void TVSDotNetProjectFrame::lstProjectsClickCheck() {
   const Expansion solution = ExpandSolution();
   if (!solution.error.empty()) return ShowOpenError(solution.error);
   if (!solution.path.empty()) RefreshKeepingConfiguration(solution.path);
+}
+
+// The projects that are chosen for building and for stamping, where they are chosen one by one.
+std::vector<TVSDotNetProjectFrame::Selection> TVSDotNetProjectFrame::StoredSelections(
+    const VSDotNetSettings& settings) {
+  std::vector<Selection> stored;
+  const auto add = [&](TVSDotNetBuildType type, const TStringList& list, const char* what) {
+    if (type == TVSDotNetBuildType::btSelectedProjects && list.Count() > 0)
+      stored.push_back({what, list.Count()});
+  };
+  add(settings.buildType, settings.selectedProjects, "to build");
+  add(settings.applyAssemblyInfoTo, settings.assemblySelectedProjects, "for Assembly Info");
+  add(settings.applyResourceInfoTo, settings.resourceSelectedProjects, "for Version Info");
+  return stored;
+}
+
+std::string TVSDotNetProjectFrame::WhatIsWrongWith(const TControl& control) {
+  const bool isMissing = &control == &txtSolution_ && !missing_.empty() && missing_ == txtSolution_.Text();
+  return isMissing ? "Solution File not found: " + ExpandSolution().path : std::string();
+}
+
+PageOffer TVSDotNetProjectFrame::TextWasLeft(TControl& control) {
+  if (&control != &txtSolution_) return {};
+  missing_.clear();
+  const Expansion solution = ExpandSolution();
+  if (solution.path.empty()) return {};
+  if (!FileExists(solution.path)) {
+    missing_ = txtSolution_.Text();
+    return {};
+  }
+  RefreshConfigs(kSameSolution, solution.path);
+  const SolutionVersion found = VersionOfSolution(solution.path);
+  const int wanted = found.version ? static_cast<int>(*found.version) : -1;
+  if (wanted < 0 || wanted == cboVSVersion_.ItemIndex()) return {};
+  const auto nameOf = [this](int index) { return cboVSVersion_.Items()[static_cast<std::size_t>(index)]; };
+  return {"The solution is of format " + found.format + ", that of " + nameOf(wanted) +
+              ". Build it with that version?",
+          [this, wanted] { cboVSVersion_.UserSelect(wanted); }};
+}
+
+std::string TVSDotNetProjectFrame::QuestionBeforeWriting() {
+  if (lstProjects_.Count() > 0 || selections_.empty()) return {};
+  std::string lost;
+  for (const Selection& selection : selections_)
+    lost += (lost.empty() ? "" : ", ") + std::to_string(selection.count) + " " + selection.what;
+  const std::string& file = txtSolution_.Text();
+  return (file.empty() ? "No solution is named."
+                       : "The projects of this solution cannot be listed: " + file) +
+         "\n\nWhat is written now empties the projects that were selected (" + lost +
+         "). Write it all the same?";
 }
 
 }  // namespace qx

@@ -4,13 +4,17 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "pages/Page.h"
 #include "pages/ProjectCheckList.h"
+#include "plugin/Qxpageadvice.h"
 
 namespace qx {
 
-class TVSDotNetProjectFrame final : public Page<TFrame> {
+struct VSDotNetSettings;
+
+class TVSDotNetProjectFrame final : public Page<TFrameAnswering<IQXPageAdvice>> {
  public:
   TVSDotNetProjectFrame();
   static const TFrameClass& Class();
@@ -20,6 +24,13 @@ class TVSDotNetProjectFrame final : public Page<TFrame> {
   // Both take a TQXVSDotNetAction and raise Exception for anything else. Reading opens the solution.
   void ReadActionData(TPersistent& object) override;
   void WriteActionData(TPersistent& object) override;
+
+  // The solution's file is missing, as it was when the user left it last.
+  std::string WhatIsWrongWith(const TControl& control) override;
+  // Does for a solution that was typed what the refresh button does; offers its format's version.
+  PageOffer TextWasLeft(TControl& control) override;
+  // Projects that this page and its neighbours hold cannot be shown, and are written as they are shown.
+  std::string QuestionBeforeWriting() override;
 
  private:
   struct Expansion {
@@ -37,6 +48,15 @@ class TVSDotNetProjectFrame final : public Page<TFrame> {
   void cboVSVersionChange();
   void optBuildSelectedProjectsClick();
   void lstProjectsClickCheck();
+
+  // Stored selections, as they were read.
+  struct Selection {
+    const char* what;
+    int count;
+  };
+  static std::vector<Selection> StoredSelections(const VSDotNetSettings& settings);
+  std::vector<Selection> selections_;
+  std::string missing_;  // the text whose file was not there
 
   TLabel& grpSolution_ = Heading("grpSolution", "Solution");
   TLabel& lblSolution_ = Add<TLabel>("lblSolution", "Solution File :");

@@ -20,6 +20,7 @@
 #include "plugin/Qxfromfile.h"
 #include "plugin/Qxlanguages.h"
 #include "plugin/Qxoptions.h"
+#include "plugin/Qxpageadvice.h"
 #include "plugin/Qxprocess.h"
 #include "plugin/Qxrunplaces.h"
 #include "plugin/Qxrunreport.h"
@@ -167,6 +168,10 @@ void DumpInterfacesOfActions(Dump& dump) {
   HEAD(IQXFromFile);
   SLOT(IQXFromFile, TakesFile);
   SLOT(IQXFromFile, SetUpFromFile);
+  HEAD(IQXPageAdvice);
+  SLOT(IQXPageAdvice, WhatIsWrongWith);
+  SLOT(IQXPageAdvice, TextWasLeft);
+  SLOT(IQXPageAdvice, QuestionBeforeWriting);
   HEAD(IQXActionLogMessage);
   SLOT(IQXActionLogMessage, AppendDetail);
   SLOT(IQXActionLogMessage, SetHeading);

@@ -2,18 +2,20 @@
 stopped, and what was saved is what the command line makes of the same settings.
 
 usage: session.py FOLDER-OF-PROGRAMS FOLDER-OF-EXAMPLES SCRATCH-FOLDER NAME [EMULATOR]
-NAME is one of the functions of editing.py, building.py, looking.py and taking_back.py, without "test_"."""
+NAME is one of the functions of editing.py, forms.py, building.py, looking.py, sizes.py and taking_back.py, without "test_"."""
 
 import os
 import sys
 
 import building
 import editing
+import forms
 import looking
+import sizes
 import taking_back
 from place import Place
 
-TESTS = {name[5:]: function for module in (editing, building, looking, taking_back) for name, function in vars(module).items()
+TESTS = {name[5:]: function for module in (editing, forms, building, looking, sizes, taking_back) for name, function in vars(module).items()
          if name.startswith("test_")}
 
 

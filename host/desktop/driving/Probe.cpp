@@ -18,6 +18,7 @@
 #include <string>
 #include <thread>
 
+#include "host/desktop/driving/CutTexts.h"
 #include "host/desktop/views/Accessible.h"
 #include "host/desktop/views/WxText.h"
 
@@ -196,6 +197,7 @@ Json Answer(const std::string& question) {
   if (verb == "where") return Where(*window);
   if (verb == "rows") return RowsOf(*window);
   if (verb == "say") return Say(*window);
+  if (verb == "cut") return FindCut(*window);
   return {{"error", "no such question: " + verb}};
 }
 

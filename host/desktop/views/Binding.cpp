@@ -70,6 +70,7 @@ bool Binding::Show() {
   }
   isShowing_ = false;
   if (moves && resized) resized();
+  if (shown) shown();
   return differed;
 }
 

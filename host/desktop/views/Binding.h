@@ -40,6 +40,7 @@ class Binding {
   // Takes what a page's handler raised; shows an error unless somebody else wants it.
   std::function<void(const std::string&)> fault = QXShowError;
   std::function<void()> edited;   // the user has changed something; may be null
+  std::function<void()> shown;    // widgets and models agree again; may be null
   std::function<void()> resized;  // a caption has changed: what stands beside it moves; may be null
 
  private:

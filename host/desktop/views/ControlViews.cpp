@@ -20,6 +20,7 @@
 #include "host/desktop/views/ButtonEdit.h"
 #include "host/desktop/views/GridView.h"
 #include "host/desktop/views/TextField.h"
+#include "host/desktop/views/Wheel.h"
 #include "host/desktop/views/WxText.h"
 #include "platform/Texts.h"
 
@@ -124,6 +125,7 @@ Made MakeEditable(TComboBox& box, wxWindow& parent, Binding& binding) {
   auto* widget =
       new wxComboBox(&parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, 0, nullptr, wxCB_DROPDOWN);
   widget->SetMinSize(CharactersWide(*widget, 2 * kShortText));
+  LeaveWheelToPage(*widget);
   widget->Bind(wxEVT_TEXT, [&box, &binding, widget](wxCommandEvent&) {
     binding.Perform(Effect::Edits, [&] { box.UserType(FromWx(widget->GetValue())); });
   });
@@ -144,6 +146,7 @@ bool ShowPicked(const TComboBox& box, wxChoice& widget) {
 Made Make(TComboBox& box, wxWindow& parent, Binding& binding) {
   if (box.style == TComboStyle::Editable) return MakeEditable(box, parent, binding);
   auto* widget = new wxChoice(&parent, wxID_ANY);
+  LeaveWheelToPage(*widget);
   widget->Bind(wxEVT_CHOICE, [&box, &binding](wxCommandEvent& event) {
     binding.Perform(Effect::Edits, [&] { box.UserSelect(event.GetSelection()); });
   });
@@ -255,6 +258,7 @@ Made Make(TSpinEdit& spin, wxWindow& parent, Binding& binding) {
   auto* widget = new wxSpinCtrl(&parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxSP_ARROW_KEYS,
                                 spin.Min(), spin.Max(), spin.Value());
   widget->SetMinSize(CharactersWide(*widget, CharactersOf(spin) + 1));
+  LeaveWheelToPage(*widget);
   const auto typing = std::make_shared<Typing>();
   widget->Bind(wxEVT_TEXT, [&spin, &binding, widget, typing](wxCommandEvent&) {
     const std::string text = FromWx(widget->GetTextValue());

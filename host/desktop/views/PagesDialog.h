@@ -6,6 +6,7 @@
 
 #include <functional>
 
+#include "host/desktop/views/Advice.h"
 #include "host/pages/Pages.h"
 
 namespace qx::desktop {
@@ -17,6 +18,9 @@ struct PagesDialogTexts {
   std::function<void()> written;
   // Shows the help of the page's topic over the dialog, which is its parent; null: no Help button.
   std::function<void(wxWindow* parent, int helpContext)> help;
+  // Asks the user over the dialog, which is its parent; null: nobody is there to be asked, and pages do what they
+  // do without advice.
+  std::function<bool(wxWindow* parent, Question kind, const std::string& text)> ask;
 };
 
 // Shows it and returns when it is closed; the page of `page` is in front. False when the user gave up after

@@ -12,6 +12,7 @@
 
 #include "host/desktop/views/Accessible.h"
 #include "host/desktop/views/ControlViews.h"
+#include "host/desktop/views/FaultColour.h"
 #include "host/desktop/views/WxText.h"
 
 namespace qx::desktop {
@@ -32,7 +33,9 @@ PagesWindow::PagesWindow(wxWindow* parent, PageDialog& pages, int page, const Pa
     : wxDialog(parent, wxID_ANY, texts.title, wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER),
       pages_(pages),
-      texts_(texts) {
+      texts_(texts),
+      advice_([this](Question kind, const std::string& text) { return texts_.ask(this, kind, text); },
+              binding_) {
   auto* column = new wxBoxSizer(wxVERTICAL);
   auto* row = new wxBoxSizer(wxHORIZONTAL);
   const int margin = GetCharHeight() * 3 / 4;
@@ -48,6 +51,13 @@ PagesWindow::PagesWindow(wxWindow* parent, PageDialog& pages, int page, const Pa
   MakePages();
   row->Add(book_, wxSizerFlags(1).Expand());
   column->Add(row, wxSizerFlags(1).Expand());
+  if (advice_.IsGiven()) {
+    wrong_ = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_MIDDLE);
+    wrong_->SetName("wrong");
+    wrong_->SetForegroundColour(FaultColour());
+    wrong_->SetMinSize({1, wrong_->GetCharHeight() * 5 / 4});
+    column->Add(wrong_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, margin));
+  }
   column->Add(new wxStaticLine(this), wxSizerFlags().Expand());
   MakeButtons(*column);
   SetSizer(column);
@@ -83,6 +93,10 @@ void PagesWindow::MakePages() {
     for (PageView* view : views_) view->Rearrange();
   };
   binding_.edited = [this] { apply_->Enable(); };
+  if (!texts_.ask) return;
+  for (int i = 0; i < pages_.Count(); ++i)
+    advice_.Watch(pages_.Page(i), *views_[static_cast<std::size_t>(i)]);
+  binding_.shown = [this] { ShowAdvice(); };
 }
 
 void PagesWindow::MakeButtons(wxSizer& column) {
@@ -124,8 +138,18 @@ void PagesWindow::GoTo(int page) {
   binding_.Show();
 }
 
+void PagesWindow::ShowAdvice() {
+  advice_.Mark();
+  if (wrong_ == nullptr || PageInFront() < 0) return;
+  const wxString text = ToWx(advice_.WrongOn(pages_.Page(PageInFront())));
+  if (wrong_->GetLabelText() == text) return;
+  wrong_->SetLabelText(text);
+  wrong_->SetToolTip(text);
+}
+
 bool PagesWindow::Write() {
   FinishEditing(*book_);
+  if (!advice_.MayWrite()) return false;
   isWhole_ = false;
   try {
     pages_.Write();

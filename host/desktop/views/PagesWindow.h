@@ -5,9 +5,11 @@
 #include <wx/dialog.h>
 #include <wx/listbox.h>
 #include <wx/simplebook.h>
+#include <wx/stattext.h>
 
 #include <vector>
 
+#include "host/desktop/views/Advice.h"
 #include "host/desktop/views/Binding.h"
 #include "host/desktop/views/PageView.h"
 #include "host/desktop/views/PagesDialog.h"
@@ -37,15 +39,18 @@ class PagesWindow final : public wxDialog {
   void MakeButtons(wxSizer& column);
   // False when a page, or who saves, has raised; it is shown then.
   bool Write();
+  void ShowAdvice();
   void OnKey(wxKeyEvent& event);
   void ShowHelp();
 
   PageDialog& pages_;
   const PagesDialogTexts& texts_;
   Binding binding_;
+  Advice advice_;
   wxListBox* list_ = nullptr;
   wxSimplebook* book_ = nullptr;
   wxWindow* apply_ = nullptr;
+  wxStaticText* wrong_ = nullptr;  // what is wrong on the page in front; null where no page tells
   std::vector<PageView*> views_;
   bool isWhole_ = true;
 };

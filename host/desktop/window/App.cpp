@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "host/HostArguments.h"
@@ -35,6 +36,13 @@ std::string Usage() {
          "Opens a build project in a window. The options are those of qxhost.\n"
          "  --probe    " +
          std::string(kProbeOption.help) + "\n";
+}
+
+// Without the program's own name.
+std::vector<std::string> WordsOf(int count, wxChar** arguments) {
+  std::vector<std::string> words;
+  for (int i = 1; i < count; ++i) words.push_back(FromWx(arguments[i]));
+  return words;
 }
 
 struct Request {
@@ -78,6 +86,16 @@ std::string SettingsFile() {
 
 class App final : public wxApp {
  public:
+  // Words that want no window want no display either, which the toolkit looks for first.
+  bool Initialize(int& count, wxChar** arguments) override {
+    try {
+      const Request request = RequestOf(WordsOf(count, arguments));
+      if (!request.print.empty() && Print(stdout, request.print)) std::exit(0);
+    } catch (const std::exception&) {  // told of once there is a window for it
+    }
+    return wxApp::Initialize(count, arguments);
+  }
+
   bool OnInit() override {
     SetAppName("qxhost");
     SetAppDisplayName("qxhost");
@@ -118,9 +136,7 @@ class App final : public wxApp {
   bool ExitNow() { return isDone_ = true; }
 
   bool Begin() {
-    std::vector<std::string> words;
-    for (int i = 1; i < argc; ++i) words.push_back(FromWx(argv[i]));
-    Request request = RequestOf(words);
+    Request request = RequestOf(WordsOf(argc, argv));
     if (!request.print.empty()) {
       Tell(stdout, request.print, wxICON_INFORMATION);
       return ExitNow();

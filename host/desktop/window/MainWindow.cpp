@@ -34,6 +34,9 @@ std::vector<std::string> FoldersOf(Host& host) {
   return folders;
 }
 
+// What the first side of each splitter, from outside to inside, takes at most of it where there is little room.
+constexpr std::array kLargestShares{0.62, 0.45, 0.6, 0.6};
+
 LogStore& AddStore(ActionLog& log) {
   return static_cast<LogStore&>(log.AddSink(std::make_unique<LogStore>()));
 }
@@ -102,13 +105,13 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
       folders_(FoldersOf(host)),
       timer_(this) {
   SetName("mainWindow");
+  const wxSize screen = wxDisplay(this).GetClientArea().GetSize();
+  SetSize(std::min(Scaled(1240), screen.x), std::min(Scaled(780), screen.y));
   SetIcons(wxIconBundle(PictureOf(Picture::Action, 32).GetIcon(FromDIP(wxSize(32, 32)))));
   MakeMenus();
   CreateStatusBar(2)->SetName("status");
   const int widths[] = {-2, -1};
   SetStatusWidths(2, widths);
-  const wxSize screen = wxDisplay(this).GetClientArea().GetSize();
-  SetSize(std::min(Scaled(1240), screen.x), std::min(Scaled(780), screen.y));
   Centre();
   MakeParts();
   BindParts();
@@ -130,6 +133,7 @@ void MainWindow::MakeMenus() {
   auto* bar = new wxMenuBar;
   wxToolBar* tools = CreateToolBar(wxTB_HORIZONTAL | wxTB_FLAT);
   tools->SetName("tools");
+  const int size = ToDIP(Scaled(20));
   std::map<std::string, wxMenu*> menus;
   std::string lastMenu;
   for (const Command& command : Commands()) {
@@ -150,8 +154,8 @@ void MainWindow::MakeMenus() {
     lastMenu = command.menu;
     wxString tip = item->GetItemLabelText();
     if (const std::unique_ptr<wxAcceleratorEntry> key{item->GetAccel()}) tip += " (" + key->ToString() + ")";
-    tools->AddTool(item->GetId(), item->GetItemLabelText(), PictureOf(*command.picture, 20),
-                   PictureOf(*command.picture, 20, PictureLook::Disabled), wxITEM_NORMAL, tip);
+    tools->AddTool(item->GetId(), item->GetItemLabelText(), PictureOf(*command.picture, size),
+                   PictureOf(*command.picture, size, PictureLook::Disabled), wxITEM_NORMAL, tip);
   }
   tools->Realize();
   recent_ = new wxMenu;
@@ -203,7 +207,11 @@ void MainWindow::PlaceParts() {
   const std::array<int, 4> defaults{Scaled(410), Scaled(440), Scaled(200), Scaled(460)};
   for (std::size_t i = 0; i < splitters_.size(); ++i) {
     const long place = settings_.Number(SashName(i), defaults.at(i));
-    splitters_[i]->SetSashPosition(static_cast<int>(place));
+    const wxSplitterWindow& splitter = *splitters_[i];
+    const wxSize size = splitter.GetClientSize();
+    const int whole = splitter.GetSplitMode() == wxSPLIT_VERTICAL ? size.x : size.y;
+    splitters_[i]->SetSashPosition(
+        std::min(static_cast<int>(place), static_cast<int>(whole * kLargestShares.at(i))));
     splitters_[i]->UpdateSize();
   }
   properties_->FitCaptions();

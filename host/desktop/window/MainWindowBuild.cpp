@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "host/desktop/views/WxText.h"
+#include "host/desktop/window/AboutBox.h"
 #include "host/desktop/window/ActionsPanel.h"
 #include "host/desktop/window/Counted.h"
 #include "host/desktop/window/DiffDialog.h"
@@ -121,11 +122,6 @@ void MainWindow::SaveLog() { logPanel_->Save(); }
 void MainWindow::CopyLog() { logPanel_->Copy(); }
 void MainWindow::ShowHelp() { help_->SetFocus(); }
 
-void MainWindow::ShowAbout() {
-  wxMessageBox("qxhost-desktop " QXHOST_VERSION
-               "\n\nRuns build projects with the actions of packages, and edits them.\n"
-               "The command line of the same host is qxhost.",
-               "About", wxOK | wxICON_INFORMATION, this);
-}
+void MainWindow::ShowAbout() { ShowAboutBox(this); }
 
 }  // namespace qx::desktop

@@ -1,5 +1,6 @@
 // The main window's edits: the actions of the project, their properties and pages, the options.
 #include <wx/menu.h>
+#include <wx/msgdlg.h>
 #include <wx/textentry.h>
 
 #include "host/desktop/views/PagesDialog.h"
@@ -19,6 +20,14 @@ wxTextEntryBase* FocusedText() { return dynamic_cast<wxTextEntryBase*>(wxWindow:
 
 // The action that a step was about; the one that is selected where it was about none.
 int Chosen(int ofStep, int selected) { return ofStep < 0 ? selected : ofStep; }
+
+bool AskOverPages(wxWindow* pages, Question kind, const std::string& text) {
+  const bool loses = kind == Question::Loss;
+  wxMessageDialog question(pages, ToWx(text), "Question",
+                           wxYES_NO | (loses ? wxNO_DEFAULT | wxICON_WARNING : wxICON_QUESTION));
+  if (loses) question.SetYesNoLabels("&Write", "&Go back");
+  return question.ShowModal() == wxID_YES;
+}
 
 }  // namespace
 
@@ -127,6 +136,7 @@ void MainWindow::OpenPagesFor(const PublishedProperty* property) {
     texts.help = [&](wxWindow* dialog, int) {
       ShowHelpDialog(dialog, folders_, document_.Action(index)->GetQuickHelpFilename());
     };
+    texts.ask = AskOverPages;
     isWhole = ShowPagesDialog(this, *pages, page, texts);
   });
   if (!isWhole) Guarded("The action was not put back", [this] { document_.DropOutsideEdits(); });

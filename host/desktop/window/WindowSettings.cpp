@@ -41,6 +41,16 @@ void PlaceWhenShown(wxTopLevelWindow& window) {
   });
 }
 
+// Screens come and go: the place on the one it is on mostly, else on the first, as large as that one allows.
+wxRect FittedIntoScreens(wxRect place) {
+  const int number = wxDisplay::GetFromPoint(place.GetPosition() + place.GetSize() / 2);
+  const wxRect area = wxDisplay(number == wxNOT_FOUND ? 0u : static_cast<unsigned>(number)).GetClientArea();
+  place.SetSize({std::min(place.width, area.width), std::min(place.height, area.height)});
+  place.x = std::clamp(place.x, area.x, area.x + area.width - place.width);
+  place.y = std::clamp(place.y, area.y, area.y + area.height - place.height);
+  return place;
+}
+
 }  // namespace
 
 // A lock file or a broken one must not bother anybody: the toolkit's log is silent here.
@@ -91,13 +101,7 @@ void WindowSettings::Restore(const wxString& name, wxTopLevelWindow& window) con
   const wxRect place(
       static_cast<int>(Number(group + "Left", -1)), static_cast<int>(Number(group + "Top", -1)),
       static_cast<int>(Number(group + "Width", 0)), static_cast<int>(Number(group + "Height", 0)));
-  if (place.width > 0 && place.height > 0) {
-    const bool visible = wxDisplay::GetFromPoint(place.GetPosition() + wxPoint(50, 10)) != wxNOT_FOUND;
-    if (visible)
-      window.SetSize(place);
-    else
-      window.SetSize(place.GetSize());
-  }
+  if (place.width > 0 && place.height > 0) window.SetSize(FittedIntoScreens(place));
   if (Number(group + "Maximized", 0) != 0) return window.Maximize();
   PlaceWhenShown(window);
 }
