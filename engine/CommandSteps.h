@@ -1,6 +1,7 @@
 // Custom build steps and build events: commands for Windows' own command line, which Wine's cmd runs.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,9 +10,17 @@
 
 namespace qx {
 
+// A batch file, all ASCII: Wine reads it in a code page that has few letters. What else its commands hold comes
+// in variables of its environment, for which Wine has to run where LC_ALL is kWineLocale.
+struct Batch {
+  std::string text;                              // empty: there is nothing to run
+  std::map<std::string, std::string> variables;  // name and value
+};
+inline constexpr const char* kWineLocale = "C.UTF-8";
+
 // The commands as a batch file that runs in `folder` (a path of this system), stops at the first that fails
-// and answers with its code. Empty: there is nothing to run.
-std::string BatchText(std::string_view commands, const std::string& folder);
+// and answers with its code.
+Batch BatchFor(std::string_view commands, const std::string& folder);
 
 // The commands one by one, for printing them before they run.
 std::vector<std::string> CommandLines(std::string_view commands);

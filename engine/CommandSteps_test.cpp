@@ -15,10 +15,21 @@ TEST(CommandSteps, AreOneCommandALine) {
 }
 
 TEST(CommandSteps, BecomeABatchFileThatStopsAtTheFirstFailure) {
-  EXPECT_EQ(BatchText("copy a b\ndel c", "/code/x y"),
+  EXPECT_EQ(BatchFor("copy a b\ndel c", "/code/x y").text,
             "@echo off\r\ncd /d \"Z:\\code\\x y\"\r\ncopy a b\r\nif errorlevel 1 goto failed\r\ndel c\r\n"
             "if errorlevel 1 goto failed\r\nexit 0\r\n:failed\r\nexit 1\r\n");
-  EXPECT_EQ(BatchText(" \n", "/code"), "");
+  EXPECT_EQ(BatchFor(" \n", "/code").text, "");
+}
+
+// Wine reads a batch file in a code page that has few letters.
+TEST(CommandSteps, PassLettersBesideAsciiInVariables) {
+  const Batch batch = BatchFor("copy größe 日本\ndel größe", "/ö");
+  EXPECT_EQ(batch.text,
+            "@echo off\r\ncd /d \"Z:\\%QX_TEXT1%\"\r\ncopy gr%QX_TEXT2%e %QX_TEXT3%\r\nif errorlevel 1 goto "
+            "failed\r\n"
+            "del gr%QX_TEXT2%e\r\nif errorlevel 1 goto failed\r\nexit 0\r\n:failed\r\nexit 1\r\n");
+  EXPECT_EQ(batch.variables, (std::map<std::string, std::string>{
+                                 {"QX_TEXT1", "ö"}, {"QX_TEXT2", "öß"}, {"QX_TEXT3", "日本"}}));
 }
 
 TEST(CommandSteps, DoNothingWithoutCommands) {
@@ -42,6 +53,13 @@ TEST(CommandSteps, RunThroughWine) {
   EXPECT_TRUE(console.Text().starts_with("Performing Post-Build Event...\ncopy in.txt out.txt\necho done\n"));
   EXPECT_NE(console.Text().find("done\n", 60), std::string::npos);
   EXPECT_EQ(folder.Read("größe & so/out.txt"), "text");
+  const std::string elsewhere = WinePath(folder / "größe 日");
+  EXPECT_EQ(RunCommandStep({"t", "mkdir \"" + elsewhere + "\"\ncopy in.txt \"" + elsewhere + "\\öut.txt\"",
+                            place, folder / "event.bat"},
+                           console),
+            "")
+      << console.Text();
+  EXPECT_EQ(folder.Read("größe 日/öut.txt"), "text");
   EXPECT_EQ(RunCommandStep({"t", "copy gone.txt out.txt\necho never", place, place + "/event.bat"}, console),
             "a command returned code 1");
   unsetenv("WINEPREFIX");

@@ -31,7 +31,7 @@ class MonoBuild {
   BuiltProject Run() {
     const bool isBasic = project_.language == NetLanguage::VisualBasic;
     compiler_ = FindProgram(isBasic ? "vbnc" : "mcs");
-    if (compiler_.empty()) return Failed(isBasic ? kNoBasicCompiler : kNoCompiler);
+    if (compiler_.empty()) return isBasic ? Failed(kNoBasicCompiler, "vb") : Failed(kNoCompiler);
     if (!project_.hasConfiguration) return Failed(NoConfiguration());
     folders_ = SystemAssemblyFolders(compiler_);
     MakePlan();
@@ -42,7 +42,8 @@ class MonoBuild {
     std::string reason = Build();
     const WhenToRun when = WhenPostBuildEventRuns(project_);
     const bool runsEvent =
-        when == WhenToRun::Always || (reason.empty() && (when == WhenToRun::OnBuildSuccess || changed_));
+        when == WhenToRun::Always ||
+        (reason.empty() && (when == WhenToRun::OnBuildSuccess || changed_ || IsEventOwed()));
     if (runsEvent) {
       const std::string event = RunEvent("PostBuildEvent");
       if (reason.empty()) reason = event;
@@ -127,7 +128,7 @@ class MonoBuild {
   }
 
   bool IsUpToDate() const {
-    if (!plan_.CanBeCompiled() || !IsCompiled()) return false;
+    if (!plan_.CanBeCompiled() || !IsCompiled() || IsEventOwed()) return false;
     for (const PlannedResource& resource : plan_.resources) {
       if (resource.IsCompiled() && !IsFresh(resource.embedded, InputsOfResource(resource))) return false;
     }
@@ -152,6 +153,8 @@ class MonoBuild {
     built.output = plan_.output;
     return built;
   }
+
+  bool IsEventOwed() const { return IsPostBuildEventOwed(project_, task_, plan_.intermediate); }
 
   // Empty: it succeeded.
   std::string RunEvent(const char* name) {

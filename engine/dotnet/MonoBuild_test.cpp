@@ -236,6 +236,10 @@ TEST_F(MonoBuild, RunsBuildEvents) {
       << run.printed;
   EXPECT_NE(run.printed.find("Performing Post-Build Event...\ncopy Shop.Data.dll copy.dll\n"),
             std::string::npos);
+  EXPECT_EQ(BuildLibrary("Debug").built.status, Status::Failed) << "what failed is not up to date";
+  folder_.Write("Library/bin/Debug/gone.dll", "");
+  EXPECT_EQ(BuildLibrary("Debug").built.status, Status::Succeeded);
+  EXPECT_EQ(BuildLibrary("Debug").built.status, Status::UpToDate);
   unsetenv("WINEPREFIX");
   Output({"env", "WINEPREFIX=" + prefix, "wineserver", "-k"});
 }

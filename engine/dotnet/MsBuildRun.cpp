@@ -106,6 +106,26 @@ class Corrector {
     changed_ = true;
   }
 
+  // As Rename, and the resource's own name, which is made of where the project shows it, stays.
+  void RenameResource(const std::string& from, const std::string& to) {
+    const std::string attribute = "Include=\"" + Escaped(from) + "\"";
+    const std::string link = "<Link>" + Escaped(from) + "</Link>";
+    constexpr std::string_view kElement = "EmbeddedResource";
+    for (std::size_t at = 0; (at = text_.find(attribute, at)) != std::string::npos; at += attribute.size()) {
+      const std::size_t begin = text_.rfind('<', at);
+      const std::size_t end = text_.find('>', at);
+      if (begin == std::string::npos || end == std::string::npos ||
+          !std::string_view(text_).substr(begin + 1).starts_with(kElement))
+        continue;
+      if (text_[end - 1] == '/') {
+        text_.replace(end - 1, 2, ">" + link + "</EmbeddedResource>");
+      } else {
+        text_.insert(end + 1, link);
+      }
+    }
+    Rename(from, to);
+  }
+
   // `<Reference Include="NAME, Version=...">` of that simple name.
   void PointReference(const std::string& name, const std::string& path) {
     for (std::size_t at = 0; (at = text_.find("<Reference", at)) != std::string::npos;) {
@@ -170,7 +190,7 @@ class MsBuildRun {
     if (!engine) return Failed(kNoEngine);
     const bool isXbuild = FilePart(engine->program) == "xbuild";
     if (isXbuild && project_.language == NetLanguage::VisualBasic && FindProgram("vbnc").empty()) {
-      return Failed(kNoBasicCompiler);
+      return Failed(kNoBasicCompiler, "vb");
     }
     output_ = WhereOutputLies(project_).path;
     if (std::string reason = RunEvent("PreBuildEvent"); !reason.empty()) return Failed(reason);
@@ -189,7 +209,9 @@ class MsBuildRun {
       case WhenToRun::OnBuildSuccess:
         return built.status != BuiltProject::Status::Failed;
       case WhenToRun::OnOutputUpdated:
-        return built.status == BuiltProject::Status::Succeeded;
+        return built.status == BuiltProject::Status::Succeeded ||
+               (built.status == BuiltProject::Status::UpToDate &&
+                IsPostBuildEventOwed(project_, task_, Intermediate()));
     }
     return false;
   }
@@ -200,9 +222,10 @@ class MsBuildRun {
     if (output_.empty() && !(project_.preBuildEvent + project_.postBuildEvent).empty()) {
       return std::string(name) + ": where the output lies is not known: " + WhereOutputLies(project_).reason;
     }
-    const std::string intermediate = WithTrailingDelimiter(NetPath(project_, "obj"));
-    return RunBuildEvent(name, project_, task_, output_, intermediate, console_);
+    return RunBuildEvent(name, project_, task_, output_, Intermediate(), console_);
   }
+
+  std::string Intermediate() const { return WithTrailingDelimiter(NetPath(project_, "obj")); }
 
   // The output's time and size: another one, or none, tells that it was made anew.
   std::string Stamp() const {
@@ -298,7 +321,13 @@ std::optional<std::string> CorrectedProject(const std::string& text, const NetPr
                                             const ProjectTask& task, const AssemblyFolders& folders) {
   Corrector corrector(text);
   for (const NetFile& file : project.files) {
-    if (const auto name = OtherName(project, file.path)) corrector.Rename(file.path, *name);
+    const auto name = OtherName(project, file.path);
+    if (!name) continue;
+    if (SameText(file.action, "EmbeddedResource") && file.place == file.path) {
+      corrector.RenameResource(file.path, *name);
+    } else {
+      corrector.Rename(file.path, *name);
+    }
   }
   for (const NetReference& reference : project.references) {
     if (const auto name = OtherName(project, reference.projectFile))

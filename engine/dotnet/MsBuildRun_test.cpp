@@ -124,8 +124,33 @@ TEST_F(MsBuildRun, RunsBuildEventsThroughWine) {
   const NetRun run = BuildLibrary("Debug");
   EXPECT_EQ(run.built.status, Status::Succeeded) << run.printed << run.built.reason;
   EXPECT_EQ(folder_.Read("Library/bin/Debug/Debug.copy"), folder_.Read("Library/bin/Debug/Shop.Data.dll"));
+  Change("Library/Library.csproj", "$(Configuration).copy</PostBuildEvent>",
+         "other.copy&#xd;&#xa;copy gone.dll x.dll</PostBuildEvent>"
+         "<RunPostBuildEvent>OnOutputUpdated</RunPostBuildEvent>");
+  EXPECT_EQ(BuildLibrary("Debug").built.status, Status::Failed);
+  EXPECT_EQ(BuildLibrary("Debug").built.status, Status::Failed) << "what failed is tried again";
   unsetenv("WINEPREFIX");
   Output({"env", "WINEPREFIX=" + prefix, "wineserver", "-k"});
+}
+
+// A resource is named after what the project says, and not after the folder on disk.
+TEST_F(MsBuildRun, NamesOfResourcesKeepTheirLetterCase) {
+  const std::string resx =
+      "<root><resheader name=\"resmimetype\"><value>text/microsoft-resx</value></resheader><resheader "
+      "name=\"version\"><value>1.3</value></resheader><resheader "
+      "name=\"reader\"><value>System.Resources.ResXResourceReader, System.Windows.Forms</value></resheader>"
+      "<resheader name=\"writer\"><value>System.Resources.ResXResourceWriter, "
+      "System.Windows.Forms</value></resheader></root>";
+  folder_.Write("Library/more/labels.resx", resx);
+  folder_.Write("Library/more/plain.txt", "x");
+  Change("Library/Library.csproj", "</Project>",
+         "<ItemGroup><EmbeddedResource Include=\"More\\Labels.resx\" /><EmbeddedResource "
+         "Include=\"More\\Plain.txt\"><SubType>x</SubType></EmbeddedResource></ItemGroup></Project>");
+  const NetRun run = BuildLibrary("Debug");
+  ASSERT_EQ(run.built.status, Status::Succeeded) << run.printed << run.built.reason;
+  const std::string bytes = folder_.Read("Library/bin/Debug/Shop.Data.dll");
+  EXPECT_NE(bytes.find("More.Labels.resources"), std::string::npos);
+  EXPECT_NE(bytes.find("More.Plain.txt"), std::string::npos);
 }
 
 // An engine that answers 0 and does nothing.

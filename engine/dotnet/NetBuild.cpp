@@ -12,14 +12,15 @@ bool IsOnServer(const std::string& file) { return file.find("://") != std::strin
 
 BuiltProject BuildDotNet(const ProjectTask& task, Console& console) {
   if (IsOnServer(task.file)) {
-    return Failed("it is on a web server (" + task.file + "); only projects on disk can be built here");
+    return Failed("it is on a web server (" + task.file + "); only projects on disk can be built here",
+                  "web");
   }
   if (!NetLanguageOf(task.file)) return Failed("it is no project of C#, Visual Basic or J#: " + task.file);
   try {
     const NetProject project =
         ReadNetProject(task.file, {task.configuration, task.platform, task.properties, task.solutionFile});
     if (project.language == NetLanguage::JSharp)
-      return Failed("J# cannot be compiled here: there is no compiler for it");
+      return Failed("J# cannot be compiled here: there is no compiler for it", "jsharp");
     return project.form == NetForm::Attributes ? BuildWithMono(project, task, console)
                                                : BuildWithMsBuild(project, task, console);
   } catch (const Exception& error) {

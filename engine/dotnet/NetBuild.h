@@ -12,8 +12,10 @@ BuiltProject BuildWithMono(const NetProject& project, const ProjectTask& task, C
 // Projects of 2005, with the MSBuild engine on the PATH.
 BuiltProject BuildWithMsBuild(const NetProject& project, const ProjectTask& task, Console& console);
 
-inline BuiltProject Failed(std::string reason) {
+// `limit`: as in BuiltProject.
+inline BuiltProject Failed(std::string reason, std::string limit = {}) {
   BuiltProject built;
+  built.limit = std::move(limit);
   built.status = BuiltProject::Status::Failed;
   built.reason = std::move(reason);
   return built;

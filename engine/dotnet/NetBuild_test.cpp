@@ -31,10 +31,14 @@ TEST_F(NetBuild, RefusesAProjectOfAServer) {
 TEST_F(NetBuild, RefusesVisualBasicWithoutACompiler) {
   if (Has("vbnc") || Has("msbuild") || Has("dotnet")) GTEST_SKIP() << "a Visual Basic compiler is installed";
   folder_.Write("B.vbproj", kBasic2003);
-  EXPECT_EQ(Build("B.vbproj", "Debug").built.reason, kNoBasicCompiler);
+  BuiltProject built = Build("B.vbproj", "Debug").built;
+  EXPECT_EQ(built.reason, kNoBasicCompiler);
+  EXPECT_EQ(built.limit, "vb");
   QX_NEEDS("xbuild");
   folder_.Write("B.vbproj", kBasic2005);
-  EXPECT_EQ(Build("B.vbproj", "Debug").built.reason, kNoBasicCompiler);
+  built = Build("B.vbproj", "Debug").built;
+  EXPECT_EQ(built.reason, kNoBasicCompiler);
+  EXPECT_EQ(built.limit, "vb");
 }
 
 // A compiler that writes down what it is asked.

@@ -1,5 +1,6 @@
 #include "engine/dotnet/NetEvents.h"
 
+#include <algorithm>
 #include <map>
 
 #include "engine/CommandSteps.h"
@@ -39,6 +40,13 @@ Macros MacrosOf(const NetProject& project, const ProjectTask& task, const std::s
   return macros;
 }
 
+// There from an event's beginning to its good end.
+std::string DueFile(const ProjectTask& task, const std::string& intermediate) {
+  std::string configuration = task.configuration;
+  std::replace_if(configuration.begin(), configuration.end(), IsDelimiter, '_');
+  return intermediate + "PostBuildEvent." + configuration + ".due";
+}
+
 }  // namespace
 
 WhenToRun WhenPostBuildEventRuns(const NetProject& project) {
@@ -57,8 +65,17 @@ std::string RunBuildEvent(const char* name, const NetProject& project, const Pro
   const CommandStep step{isFirst ? "Performing Pre-Build Event..." : "Performing Post-Build Event...",
                          ExpandEventMacros(commands, project, task, output), FolderPart(output),
                          intermediate + name + ".bat"};
+  const std::string due = isFirst ? std::string() : DueFile(task, intermediate);
+  if (!due.empty()) ReplaceFile(due, "");
   const std::string reason = RunCommandStep(step, console);
-  return reason.empty() ? reason : std::string(name) + ": " + reason;
+  if (!reason.empty()) return std::string(name) + ": " + reason;
+  if (!due.empty()) RemoveFile(due);
+  return {};
+}
+
+bool IsPostBuildEventOwed(const NetProject& project, const ProjectTask& task,
+                          const std::string& intermediate) {
+  return !TrimView(project.postBuildEvent).empty() && FileExists(DueFile(task, intermediate));
 }
 
 std::string ExpandEventMacros(std::string_view commands, const NetProject& project, const ProjectTask& task,

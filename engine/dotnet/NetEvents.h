@@ -19,6 +19,11 @@ WhenToRun WhenPostBuildEventRuns(const NetProject& project);
 std::string RunBuildEvent(const char* name, const NetProject& project, const ProjectTask& task,
                           const std::string& output, const std::string& intermediate, Console& console);
 
+// Whether the post-build event was begun and did not succeed since: it failed, or the build was stopped in it. What
+// it was to do is still to be done, however new the output is.
+bool IsPostBuildEventOwed(const NetProject& project, const ProjectTask& task,
+                          const std::string& intermediate);
+
 // $(TargetPath) and its like, letter case aside, as Windows' command line knows the files; what is no macro stays.
 std::string ExpandEventMacros(std::string_view commands, const NetProject& project, const ProjectTask& task,
                               const std::string& output);

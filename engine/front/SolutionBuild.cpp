@@ -23,6 +23,8 @@ using Status = BuiltProject::Status;
 
 // Of every error and warning that is the engine's own and no tool's.
 constexpr const char* kCode = "QXE0001";
+// Of the warning that a project is skipped by the user's wish, with the project's file: by it the host knows.
+constexpr const char* kSkipCode = "QXE0002";
 // Projects that are built at the same time: enough to keep every processor at work while one of them links.
 constexpr int kMostAtOnce = 8;
 
@@ -199,7 +201,7 @@ class SolutionRun {
   void Complain(const PlannedProject& project, BuiltProject& built, Console& console) const {
     const std::string text = project.name + ": " + built.reason;
     if (IsSkipped(built)) {
-      console.Warning(project.file, 0, kCode,
+      console.Warning(project.file, 0, kSkipCode,
                       text + " (skipped, as the setting for \"" + built.limit + "\" asks)");
       built.status = Status::Skipped;
     } else if (console.Counted().errors > 0) {

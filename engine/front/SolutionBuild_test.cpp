@@ -152,7 +152,7 @@ TEST_F(SolutionBuildTest, SkipsSuchProjectsWhereTheUserAsksForIt) {
   status_["B"] = Status::Failed;
   EXPECT_TRUE(
       Build(SolutionText("8.00", {{"A", "A.vdproj", {}}, {"B", "B.vcproj", {"A"}}, {"C", "C.vcproj", {}}})));
-  EXPECT_TRUE(Says((folder_ / "A.vdproj") + " : warning QXE0001: A: setup projects need Visual Studio itself "
+  EXPECT_TRUE(Says((folder_ / "A.vdproj") + " : warning QXE0002: A: setup projects need Visual Studio itself "
                                             "(skipped, as the setting for \"setup\" asks)"));
   EXPECT_TRUE(Says("    Build: 1 succeeded, 0 failed, 2 skipped"));
 }

@@ -30,7 +30,6 @@ constexpr std::array kChoices = {
     Choice{"EnableEnhancedInstructionSet", "1", {"-msse"}},
     Choice{"EnableEnhancedInstructionSet", "2", {"-msse2"}},
     Choice{"FloatingPointModel", "2", {"-ffast-math"}},
-    Choice{"CallingConvention", "2", {"-mrtd"}},
     Choice{"InlineFunctionExpansion", "0", {"-fno-inline"}},
 };
 
@@ -102,6 +101,10 @@ VcLanguage LanguageOf(const VcSettings& settings, const VcFile& file) {
   return HasExtension(file.path, ".c") ? VcLanguage::C : VcLanguage::Cpp;
 }
 
+bool IsStdcallByDefault(const VcSettings& settings, const VcFile* file) {
+  return settings.Place().platform == "Win32" && settings.Text(kCompiler, "CallingConvention", file) == "2";
+}
+
 std::vector<std::string> IncludeFolders(const VcSettings& settings, std::string_view tool,
                                         const VcFile* file) {
   std::vector<std::string> written =
@@ -167,7 +170,6 @@ std::vector<std::string> CompilerArguments(const VcSettings& settings, const VcF
   if (!isC) arguments.insert(arguments.end(), kCppAlways.begin(), kCppAlways.end());
   arguments.insert(arguments.end(), kAlways.begin(), kAlways.end());
   for (const Choice& choice : kChoices) {
-    if (choice.attribute == "CallingConvention" && settings.Place().platform != "Win32") continue;
     if (settings.Text(kCompiler, choice.attribute, &file) != choice.value) continue;
     for (const std::string_view option : choice.options) {
       if (!option.empty()) arguments.emplace_back(option);
@@ -177,6 +179,8 @@ std::vector<std::string> CompilerArguments(const VcSettings& settings, const VcF
     if (settings.Flag(kCompiler, each.attribute, &file) == each.value) arguments.emplace_back(each.option);
   }
   if (!isC && settings.Flag(kCompiler, "RuntimeTypeInfo", &file) == false) arguments.push_back("-fno-rtti");
+  // A function that others call by its address has to say that it is __stdcall; of C++ gcc minds that anyway.
+  if (isC && IsStdcallByDefault(settings, &file)) arguments.push_back("-Werror=incompatible-pointer-types");
   for (const std::string& define : Defines(settings, kCompiler, &file)) arguments.push_back("-D" + define);
   for (const std::string& name :
        settings.List(kCompiler, "UndefinePreprocessorDefinitions", VcList::Defines, &file)) {

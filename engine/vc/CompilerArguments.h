@@ -19,6 +19,10 @@ VcLanguage LanguageOf(const VcSettings& settings, const VcFile& file);
 std::vector<std::string> CompilerArguments(const VcSettings& settings, const VcFile& file,
                                            const std::string& overlay);
 
+// Whether functions that name no calling convention are to be __stdcall (/Gz). gcc's own switch for it, -mrtd, is
+// of no use: it calls memset and everything else of the run-time library so as well, which is __cdecl.
+bool IsStdcallByDefault(const VcSettings& settings, const VcFile* file);
+
 // The folders in which a source's headers are looked for, in their order, as they are named on disk, with
 // their delimiters.
 std::vector<std::string> IncludeFolders(const VcSettings& settings, std::string_view tool,

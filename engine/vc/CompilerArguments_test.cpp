@@ -66,9 +66,17 @@ TEST_F(Arguments, FollowSwitches) {
       For("",
           "Optimization=\"2\" DebugInformationFormat=\"3\" WarningLevel=\"0\" "
           "RuntimeTypeInfo=\"FALSE\" DefaultCharIsUnsigned=\"TRUE\" CallingConvention=\"2\"");
-  for (const char* each : {"-O2", "-g", "-w", "-fno-rtti", "-funsigned-char", "-mrtd"})
+  for (const char* each : {"-O2", "-g", "-w", "-fno-rtti", "-funsigned-char"})
     EXPECT_TRUE(Has(all, each)) << each;
   EXPECT_FALSE(Has(For("", "", "a.c"), "-fno-rtti"));
+}
+
+// With -mrtd gcc would call the run-time library in that convention too, which has another one.
+TEST_F(Arguments, LeaveTheCallingConventionAlone) {
+  EXPECT_FALSE(Has(For("", "CallingConvention=\"2\"", "a.c"), "-mrtd"));
+  EXPECT_TRUE(Has(For("", "CallingConvention=\"2\"", "a.c"), "-Werror=incompatible-pointer-types"));
+  EXPECT_FALSE(Has(For("", "CallingConvention=\"2\""), "-Werror=incompatible-pointer-types"));
+  EXPECT_FALSE(Has(For("", "", "a.c"), "-Werror=incompatible-pointer-types"));
 }
 
 }  // namespace

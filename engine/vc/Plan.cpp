@@ -135,6 +135,16 @@ void ScanIncludes(Planner& planner) {
   planner.wideEntry = scan.HasWideMain() || (unicode && scan.HasGenericMain());
 }
 
+// Empty: the linker writes none.
+std::string MapFile(const VcSettings& settings) {
+  const bool links = settings.Type() == VcType::Application || settings.Type() == VcType::DynamicLibrary;
+  if (!links || !settings.Flag("VCLinkerTool", "GenerateMapFile").value_or(false)) return {};
+  const std::string name = settings.Text("VCLinkerTool", "MapFileName");
+  if (!name.empty()) return settings.FullPath(name);
+  const std::string output = settings.OutputFile();
+  return output.substr(0, output.size() - ExtensionOf(output).size()) + ".map";
+}
+
 }  // namespace
 
 std::string Planner::UniqueName(const std::string& stem, const std::string& extension) {
@@ -166,13 +176,21 @@ void FindSources(Planner& planner) {
   if (!missing.empty()) planner.plan.errors.push_back("no such source: " + Joined(missing, 5));
 }
 
+std::vector<std::string> VcPlaces::Files() const {
+  std::vector<std::string> files;
+  for (const std::string& file : {output, importLibrary, map}) {
+    if (!file.empty()) files.push_back(file);
+  }
+  return files;
+}
+
 VcPlaces PlacesOf(const VcSettings& settings) {
   PathFinder finder;
   const auto onDisk = [&](const std::string& path) { return path.empty() ? path : NameOnDisk(finder, path); };
   std::string name = settings.ProjectName();
   std::replace_if(name.begin(), name.end(), IsDelimiter, '_');  // or it would name a folder elsewhere
   return {onDisk(settings.IntermediateFolder()) + name + ".objects/", onDisk(settings.OutputFile()),
-          onDisk(settings.ImportLibrary())};
+          onDisk(settings.ImportLibrary()), onDisk(MapFile(settings))};
 }
 
 VcPlan PlanVisualCpp(const VcSettings& settings, const VcPlaces& places, const ProjectTask& task,

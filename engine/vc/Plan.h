@@ -18,6 +18,10 @@ namespace qx {
 struct VcPlaces {
   std::string folder;                 // the project's own, in the intermediate one; with its delimiter
   std::string output, importLibrary;  // empty: none
+  std::string map;                    // the linker's map file; empty: none
+
+  // What is written besides the folder.
+  std::vector<std::string> Files() const;
 };
 VcPlaces PlacesOf(const VcSettings& settings);
 

@@ -164,14 +164,8 @@ std::vector<std::string> LinkCommand(Planner& planner) {
   if (!planner.plan.places.importLibrary.empty()) {
     AddLinkerOption(command, {"--out-implib", planner.plan.places.importLibrary});
   }
-  if (settings.Flag(kLinker, "GenerateMapFile").value_or(false)) {
-    const std::string name = settings.Text(kLinker, "MapFileName");
-    const std::string& output = planner.plan.places.output;
-    const std::string map = name.empty()
-                                ? output.substr(0, output.size() - ExtensionOf(output).size()) + ".map"
-                                : settings.FullPath(name);
-    AddLinkerOption(command, {"-Map", map});
-  }
+  const std::string& map = planner.plan.places.map;
+  if (!map.empty()) AddLinkerOption(command, {"-Map", map});
   const std::string stack = settings.Text(kLinker, "StackReserveSize");
   if (!stack.empty() && stack != "0") AddLinkerOption(command, {"--stack", stack});
   if (settings.Text(kLinker, "LargeAddressAware") == "2") AddLinkerOption(command, {"--large-address-aware"});

@@ -164,15 +164,18 @@ void PlanCustomSteps(Planner& planner) {
       return;
     }
     if (!ruled) {
-      planner.ninja.Rule("custom", {{"command", "WINEDEBUG=-all " + Description(ShellQuoted(WineProgram())) +
-                                                    " cmd /c $batch"},
-                                    {"restat", "1"}});
+      planner.ninja.Rule("custom",
+                         {{"command", "LC_ALL=" + std::string(kWineLocale) + " WINEDEBUG=-all $variables " +
+                                          Description(ShellQuoted(WineProgram())) + " cmd /c $batch"},
+                          {"restat", "1"}});
       ruled = true;
     }
     const std::string commands =
         settings.Said("VCCustomBuildTool", "CommandLine", source.file, VcPaths::ForCommands).value_or("");
-    const std::string batch =
-        planner.Write(planner.UniqueName("step", ".bat"), BatchText(commands, settings.ProjectFolder()));
+    const Batch step = BatchFor(commands, settings.ProjectFolder());
+    const std::string batch = planner.Write(planner.UniqueName("step", ".bat"), step.text);
+    std::string variables;
+    for (const auto& [name, value] : step.variables) variables += name + "=" + ShellQuoted(value) + " ";
     std::vector<std::string> outputs, needed{batch};
     for (const std::string& each :
          settings.List("VCCustomBuildTool", "Outputs", VcList::Folders, source.file)) {
@@ -193,6 +196,7 @@ void PlanCustomSteps(Planner& planner) {
          needed,
          {},
          {{"batch", batch},
+          {"variables", Description(variables)},
           {"description", Description("Performing Custom Build Step on " + source.file->path)}}});
     planner.generated.insert(planner.generated.end(), outputs.begin(), outputs.end());
     planner.plan.made.insert(planner.plan.made.end(), outputs.begin(), outputs.end());

@@ -4,6 +4,7 @@
 #include "engine/CommandSteps.h"
 #include "engine/Project.h"
 #include "engine/vc/BuildRecord.h"
+#include "engine/vc/CompilerArguments.h"
 #include "engine/vc/DefFile.h"
 #include "engine/vc/Diagnostics.h"
 #include "engine/vc/Plan.h"
@@ -121,9 +122,10 @@ bool Builder::IsManaged() const {
 
 // Why it cannot be built here whatever its sources say; empty: it can.
 std::string Builder::Hindrance() const {
-  for (const std::string& path : {places_.output, places_.folder}) {
-    if (!path.empty() && path[0] != '/')
-      return "\"" + path + "\" lies on a drive, which there is none of here";
+  std::vector<std::string> paths = places_.Files();
+  paths.push_back(places_.folder);
+  for (const std::string& path : paths) {
+    if (path[0] != '/') return "\"" + path + "\" lies on a drive, which there is none of here";
   }
   return {};
 }
@@ -159,9 +161,7 @@ bool Builder::RunsCommands() const {
 void Builder::Announce() const {
   if (task_.neighbours == nullptr) return;
   Neighbours::Intent intent{RunsCommands(), {places_.folder}};
-  for (const std::string& file : {places_.output, places_.importLibrary}) {
-    if (!file.empty()) intent.makes.push_back(file);
-  }
+  for (std::string& file : places_.Files()) intent.makes.push_back(std::move(file));
   task_.neighbours->Announce(intent);
 }
 
@@ -217,10 +217,15 @@ void Builder::Prepare() {
     console_.Warning(task_.name, 0, "PRJ0018", "environment variable $(" + macro + ") was not found");
   }
   for (const std::string& note : plan_.notes) console_.Line(note);
+  if (IsStdcallByDefault(*settings_, nullptr)) {
+    console_.Warning(task_.name, 0, "PRJ0041",
+                     "/Gz is left out: functions that name no calling convention are __cdecl here");
+  }
   const std::string root = FolderPart(task_.solutionFile.empty() ? task_.file : task_.solutionFile);
-  for (const std::string& file : {places_.output, places_.importLibrary}) {
-    if (file.empty()) continue;
-    if (!file.starts_with(root)) console_.Line("Output: " + file);  // for everybody to see where it goes
+  // For everybody to see where it goes.
+  if (!places_.folder.starts_with(root)) console_.Line("Intermediate files: " + places_.folder);
+  for (const std::string& file : places_.Files()) {
+    if (!file.starts_with(root)) console_.Line("Output: " + file);
     CreateFolders(FolderPart(file));
   }
   RemoveFile(places_.folder + kRecord);
@@ -329,9 +334,7 @@ void Builder::Clean() {
   std::error_code ignored;
   // A folder that an engine has not made is not the engine's to remove.
   if (FileExists(places_.folder + "build.ninja")) fs::remove_all(places_.folder, ignored);
-  for (const std::string& file : {places_.output, places_.importLibrary}) {
-    if (!file.empty()) fs::remove(file, ignored);
-  }
+  for (const std::string& file : places_.Files()) fs::remove(file, ignored);
 }
 
 BuiltProject Builder::RunMakefile() {

@@ -1,6 +1,8 @@
 // The commands `run` and `validate`.
+#include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <span>
 
 #include "host/cli/Commands.h"
 #include "host/cli/RunLog.h"
@@ -11,8 +13,10 @@
 #include "host/project/RunKeeper.h"
 #include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
+#include "host/settings/Engine.h"
 #include "host/settings/HostSettings.h"
 #include "host/system/HostProgram.h"
+#include "platform/Texts.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
 
@@ -89,6 +93,28 @@ class LastWords {
   StopGuard& guard_;
 };
 
+// Whether that file is the one that a solution names by a path from its own folder.
+bool IsNamedBy(std::string_view file, std::string path) {
+  std::replace(path.begin(), path.end(), '\\', '/');
+  while (path.starts_with("../")) path.erase(0, 3);
+  path.insert(0, "/");
+  return file.size() >= path.size() && SameText(file.substr(file.size() - path.size()), path);
+}
+
+// What the user had the engine skip, no program is looked for of it.
+void TakeSkipped(RunReport& report, int action, std::span<const Diagnostic> told) {
+  for (const Diagnostic& diagnostic : told) {
+    if (diagnostic.action != action || diagnostic.code != kEngineSkipCode) continue;
+    for (auto& project : report.projects) {
+      if (project.status == "ok" || project.name != diagnostic.project) continue;
+      if (!IsNamedBy(diagnostic.file, project.path)) continue;
+      project.status = "skipped";
+      project.reason = diagnostic.message;
+      project.isFault = false;
+    }
+  }
+}
+
 // Tells at the log's end what the actions that began report of the run. The outcome, which faults of programs
 // turn red where `check` is "fail".
 RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const std::string& check,
@@ -99,7 +125,9 @@ RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const 
   summary.known = counts.known;
   for (const int number : begun) {
     IQXRunReport* report = RunReportOf(*project.Action(number - 1));
-    if (report != nullptr) summary.reports.emplace_back(number, report->ReportRun(check != "off"));
+    if (report == nullptr) continue;
+    summary.reports.emplace_back(number, report->ReportRun(check != "off"));
+    TakeSkipped(summary.reports.back().second, number, log.Diagnostics().Kept());
   }
   if (outcome == RunOutcome::Succeeded && HasFaults(summary)) {
     const bool fails = check == "fail";

@@ -101,6 +101,20 @@ look 1
 expect differs Banner
 says 'says 1.2.0.70000'
 
+what="a project that the engine was asked to skip"
+cp Hello/Banner/Banner.cpp good
+echo '#include <afxwin.h>' >>Hello/Banner/Banner.cpp
+code=0
+"${host[@]}" run Hello.build.xml >run.log 2>&1 || code=$?
+[ "$code" = 1 ] || { cat run.log; echo "FAILED: $what: without the setting the run ended with $code, wanted 1"; exit 1; }
+rm -f "$banner"
+"${host[@]}" options Engine.Skip=mfc >/dev/null
+run
+grep -qF 'warning QXE0002: Banner: it needs MFC' run.log || { cat run.log; echo "FAILED: $what: the run is silent"; exit 1; }
+if grep -q '^Banner: ' run.log; then cat run.log; echo "FAILED: $what: it is looked for"; exit 1; fi
+"${host[@]}" options Engine.Skip= >/dev/null
+cp good/Banner.cpp Hello/Banner
+
 what="an engine that does nothing and succeeds"
 run
 look 0
