@@ -4,6 +4,8 @@
 
 #include <filesystem>
 #include <functional>
+#include <set>
+#include <string>
 
 #include "host/testing/TestFolder.h"
 #include "host/testing/TestLog.h"
@@ -79,6 +81,20 @@ class StampingPlaces : public testing::Test {
  private:
   std::string projects_;
 };
+
+// Whoever replaces a file under the name by which another file speaks of it renames it.
+TEST_F(StampingPlaces, AFileKeepsTheLettersOfItsOwnName) {
+  AddProject("P");
+  std::filesystem::remove(folder / "tree/P/AssemblyInfo.cs");
+  folder.Write("tree/P/assemblyinfo.CS", kOld);
+  EXPECT_EQ(Stamp(), "");
+  std::set<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder / "tree/P"))
+    names.insert(entry.path().filename().string());
+  EXPECT_TRUE(names.contains("assemblyinfo.CS")) << testing::PrintToString(names);
+  EXPECT_FALSE(names.contains("AssemblyInfo.cs")) << testing::PrintToString(names);
+  EXPECT_NE(folder.Read("tree/P/assemblyinfo.CS"), kOld);
+}
 
 TEST_F(StampingPlaces, AReferenceThatOnlyPassesByTheNameLeadsNowhere) {
   AddProject("P", "AssemblyInfo.\\..\\..\\..\\out\\victim.txt");

@@ -5,12 +5,27 @@
 
 #include "platform/Lines.h"
 #include "platform/Texts.h"
+#include "platform/VisibleText.h"
 #include "platform/files/Paths.h"
 
 namespace qx {
 namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
+
+// A text as a terminal may show it. A lone CR is a line end to all of these systems, and theirs to escape.
+std::string Shown(std::string_view text) {
+  const std::string valid = AsValidUtf8(text);
+  if (!HasHiddenCharacters(valid)) return valid;
+  std::string shown;
+  for (std::size_t at = 0; at <= valid.size();) {
+    const std::size_t end = std::min(valid.find('\r', at), valid.size());
+    shown += VisibleText(std::string_view(valid).substr(at, end - at));
+    if (end < valid.size()) shown += '\r';
+    at = end + 1;
+  }
+  return shown;
+}
 
 bool IsSeen(char c) { return c > ' ' && c < '\x7F'; }
 
@@ -24,7 +39,7 @@ std::size_t NextSeen(std::string_view text, std::size_t at) {
 // for "##[" and "##vso[" anywhere, and compare by rules that pass over characters that nobody sees: such a pair
 // is parted by a blank whatever else stands within it.
 std::string Guarded(std::string_view line) {
-  std::string text = AsValidUtf8(line);
+  std::string text = Shown(line);
   if (text.find('[') != kNone && text.find('#') != text.rfind('#')) {
     std::string parted;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -64,7 +79,7 @@ struct Escape {
 template <std::size_t kCount>
 std::string Escaped(std::string_view text, const std::array<Escape, kCount>& escapes) {
   std::string out;
-  for (const char c : AsValidUtf8(text)) {
+  for (const char c : Shown(text)) {
     const auto found = std::find_if(escapes.begin(), escapes.end(),
                                     [c](const Escape& escape) { return escape.character == c; });
     if (found == escapes.end()) {
@@ -113,7 +128,7 @@ void AppendTeamCity(std::string& out, std::string_view message, std::string_view
 void TeamCityLine(std::string& out, std::string_view text) {
   if (LowerCase(text).find("##teamcity") != kNone) return AppendTeamCity(out, "message", "text", text);
   if (text.empty()) out += '\n';
-  ForEachLine(text, [&out](std::string_view line) { (out += AsValidUtf8(line)) += '\n'; });
+  ForEachLine(text, [&out](std::string_view line) { (out += Shown(line)) += '\n'; });
 }
 
 void TeamCityDiagnostic(std::string& out, std::string_view line, const Diagnostic& diagnostic,

@@ -47,6 +47,25 @@ TEST(ServiceMessages, LeaveAPlainLineAsItIs) {
   }
 }
 
+// Somebody may read the log in a terminal, and a service's own page is no place for them either.
+TEST(ServiceMessages, ShowControlCharactersAsEscapes) {
+  const std::string hostile =
+      "a\x1B]0;title\x07\xE2\x80\xAE"
+      "b";
+  const std::string shown = "a\\u001B]0;title\\u0007\\u202Eb";
+  for (const std::string_view system : {"teamcity", "github", "azure"}) {
+    EXPECT_EQ(Line(system, hostile), shown + "\n") << system;
+    std::string told = Told(system, Made(Severity::Error, hostile, hostile));
+    System(system).problem(told, hostile);
+    System(system).open(told, hostile);
+    System(system).version(told, hostile, hostile, true);
+    EXPECT_EQ(told.find('\x1B'), std::string::npos) << told;
+    EXPECT_EQ(told.find("|0x001b"), std::string::npos) << told;
+    EXPECT_EQ(told.find("|0x202e"), std::string::npos) << told;
+    EXPECT_NE(told.find("\\u001B"), std::string::npos) << told;
+  }
+}
+
 TEST(ServiceMessages, MakeHostileLinesText) {
   EXPECT_EQ(Line("teamcity", "x ##teamcity[buildNumber '9']"),
             "##teamcity[message text='x ##teamcity|[buildNumber |'9|'|]']\n");
@@ -72,7 +91,7 @@ TEST(ServiceMessages, TellTeamCity) {
             "##teamcity[message text='LINE' status='WARNING']\n");
   std::string out;
   System("teamcity").open(out, "it's |\r\n\x1b\xC3\xA4\xF0\x9F\x98\x80\xE2\x80\xA8");
-  EXPECT_EQ(out, "##teamcity[blockOpened name='it|'s |||r|n|0x001b|0x00e4|0xd83d|0xde00|0x2028']\n");
+  EXPECT_EQ(out, "##teamcity[blockOpened name='it|'s |||r|n\\u001B|0x00e4|0xd83d|0xde00\\u2028']\n");
   out.clear();
   System("teamcity").version(out, "FileVersion", "1.2.3.4", true);
   System("teamcity").version(out, "AssemblyVersion", "9", false);

@@ -1,9 +1,10 @@
 // Starts a program and ends it at one of its system calls, or has that call fail:
 //   kill_at kill N PROGRAM ARGUMENT...         before its Nth call
-//   kill_at fail ERRNO N PROGRAM ARGUMENT...   its Nth call that writes, makes, names or flushes gets the error
+//   kill_at fail ERRNO N PROGRAM ARGUMENT...   its Nth call that writes, makes, names or flushes files gets the error
 // The calls of all its threads count, in the order in which they come, none of its children's. Prints how many there
 // were when the program ended by itself; exits as it did, or with 137 when it was killed.
 #include <sys/ptrace.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/user.h>
 #include <sys/wait.h>
@@ -23,6 +24,23 @@ namespace {
 constexpr std::array<long, 14> kWriting{SYS_write,  SYS_pwrite64,  SYS_writev, SYS_fsync,    SYS_fdatasync,
                                         SYS_openat, SYS_linkat,    SYS_rename, SYS_renameat, SYS_renameat2,
                                         SYS_unlink, SYS_ftruncate, SYS_mkdir,  SYS_fchmod};
+
+// Those of them that are given a descriptor: no disk is ever full for a pipe or an event, and who waits at its other
+// end would wait for ever.
+constexpr std::array<long, 7> kByDescriptor{SYS_write,     SYS_pwrite64,  SYS_writev, SYS_fsync,
+                                            SYS_fdatasync, SYS_ftruncate, SYS_fchmod};
+
+// Whether the call can meet a full disk.
+bool MeetsTheDisk(pid_t thread, const user_regs_struct& registers) {
+  const long number = static_cast<long>(registers.orig_rax);
+  if (std::find(kWriting.begin(), kWriting.end(), number) == kWriting.end()) return false;
+  if (std::find(kByDescriptor.begin(), kByDescriptor.end(), number) == kByDescriptor.end()) return true;
+  char name[64];
+  std::snprintf(name, sizeof name, "/proc/%d/fd/%d", static_cast<int>(thread),
+                static_cast<int>(registers.rdi));
+  struct stat about {};
+  return stat(name, &about) == 0 && (S_ISREG(about.st_mode) || S_ISDIR(about.st_mode));
+}
 
 struct Order {
   bool kills = true;
@@ -70,10 +88,8 @@ class Tracer {
     if (!enters) inside_.erase(thread);
     user_regs_struct registers;
     if (ptrace(PTRACE_GETREGS, thread, 0, &registers) != 0) return;
-    const long number = static_cast<long>(registers.orig_rax);
     if (enters) {
-      const bool counts =
-          order_.kills || std::find(kWriting.begin(), kWriting.end(), number) != kWriting.end();
+      const bool counts = order_.kills || MeetsTheDisk(thread, registers);
       if (!counts || ++count_ != order_.at) return;
       if (order_.kills) {
         kill(program_, SIGKILL);
