@@ -14,12 +14,14 @@
 #include "host/keeping/WebServers.h"
 #include "host/settings/HostSettings.h"
 #include "host/system/HostProgram.h"
+#include "host/system/Stopping.h"
 #include "platform/files/Paths.h"
 
 namespace qx::cli {
 namespace {
 
 constexpr int kNotAll = 1;
+constexpr int kStopped = 5;
 
 std::string InUtc(std::int64_t seconds) {
   const std::time_t time = seconds;
@@ -223,9 +225,14 @@ int RestoreRun(Session& session, const Invocation& invocation) {
     if (force) files = PlanRestore(history, run, true);
   } else {
     ForcedKeeper keeper(history, std::move(changed));
-    {
+    try {
       const WritesObserved observed(keeper);
       files = RestoreWithLogins(session, invocation, history, run, files);
+    } catch (const Exception&) {
+      if (!StopIsAsked()) throw;
+      keeper.End();
+      Session::Complain(file + ": stopped by the user; qxhost restore goes on where it ended");
+      return kStopped;
     }
     keeper.End();
   }

@@ -1,6 +1,7 @@
 #include "host/history/Restore.h"
 
 #include "host/history/Digest.h"
+#include "host/system/Stopping.h"
 #include "platform/files/Files.h"
 #include "plugin/Qxtypes.h"
 
@@ -62,6 +63,7 @@ class Restoring {
       restored.step = StepFor(file, Sha256(way_->servers->Read(file.path)), force_);
       if (restored.step == RestoreStep::Restored) way_->servers->Put(file.path, *content);
     } catch (const Exception& fault) {
+      if (StopIsAsked()) throw;
       restored = {file.path, RestoreStep::Aside, fault.Message(), WriteAside(file.path, *content)};
     }
     return restored;

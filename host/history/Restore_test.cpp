@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/system/StopRequests.h"
 #include "host/testing/TestFolder.h"
 #include "platform/files/Files.h"
 
@@ -135,6 +136,15 @@ TEST_F(RestoringOnServers, WritesAsideWhatNoServerTakes) {
   EXPECT_EQ(folder.Read("a.cs.before-run-1"), "another one");
   EXPECT_EQ(Restored(), "A") << "once more it is the same file";
   EXPECT_FALSE(folder.Has("a.cs.before-run-1.3"));
+}
+
+// Nobody has given up on the server: the next restoring goes on.
+TEST_F(RestoringOnServers, AStopWritesNothingAside) {
+  StopRequests requests;
+  requests.Stop();
+  server.isAway = true;
+  EXPECT_THROW(Restored(), Exception);
+  EXPECT_FALSE(folder.Has("a.cs.before-run-1"));
 }
 
 TEST_F(RestoringOnServers, AreNotAskedForACount) {

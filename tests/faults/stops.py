@@ -102,7 +102,9 @@ def main():
     rounds = int(sys.argv[3]) if len(sys.argv) > 3 else 12
     seed = int(sys.argv[4]) if len(sys.argv) > 4 else random.randrange(10**9)
     rng = random.Random(seed)
-    print(f"seed {seed}")
+    print(f"seed {seed}", flush=True)
+    # A shell starts what it leaves in the background deaf to Ctrl-C, and what that starts would be deaf, too.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
     slowest, done, good = 0.0, {}, True
     with tempfile.TemporaryDirectory(prefix="qx-faults-") as folder:
         folder = os.path.realpath(folder)
