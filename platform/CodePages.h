@@ -1,4 +1,4 @@
-// Texts into the code pages that old source files are written in.
+// Texts into the code pages that old source files are written in, and out of them.
 #pragma once
 
 #include <cstdint>
@@ -17,5 +17,8 @@ std::optional<std::uint32_t> SystemCodePage();
 // A UTF-8 text in the bytes of a Windows code page (1252, 932, 65001). None when the page has no place for one
 // of its characters (nothing is replaced by something like it), or when the system does not know the page.
 std::optional<std::string> EncodeInCodePage(std::string_view utf8, std::uint32_t codePage);
+
+// The same way back, as UTF-8. None when the bytes are no text of the page, or when the system does not know it.
+std::optional<std::string> DecodeFromCodePage(std::string_view bytes, std::uint32_t codePage);
 
 }  // namespace qx

@@ -23,4 +23,15 @@ std::optional<std::string> EncodeInCodePage(std::string_view utf8, std::uint32_t
   return out;
 }
 
+std::optional<std::string> DecodeFromCodePage(std::string_view bytes, std::uint32_t codePage) {
+  if (codePage == kUtf8CodePage || bytes.empty())
+    return IsValidUtf8(bytes) ? std::optional(std::string(bytes)) : std::nullopt;
+  const int length = static_cast<int>(bytes.size());
+  const int size = MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), length, nullptr, 0);
+  if (size <= 0) return std::nullopt;
+  std::wstring wide(static_cast<std::size_t>(size), L'\0');
+  MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes.data(), length, wide.data(), size);
+  return system::FromWide(wide);
+}
+
 }  // namespace qx

@@ -153,6 +153,16 @@ TEST(CodePagesTest, ConvertsExactlyOrNotAtAll) {
   EXPECT_EQ(EncodeInCodePage("\xE7\xBF\xBB\xE8\xAF\x91", 936), "\xB7\xAD\xD2\xEB");
 }
 
+TEST(CodePagesTest, ConvertsBackExactlyOrNotAtAll) {
+  EXPECT_EQ(DecodeFromCodePage("\x80", 1252), "\xE2\x82\xAC");
+  EXPECT_EQ(DecodeFromCodePage("\xE2\x82\xAC", 65001), "\xE2\x82\xAC");
+  EXPECT_EQ(DecodeFromCodePage("\xE2", 65001), std::nullopt);
+  EXPECT_EQ(DecodeFromCodePage("", 932), "");
+  EXPECT_EQ(DecodeFromCodePage("\x83\x5C", 932), "\xE3\x82\xBD");
+  EXPECT_EQ(DecodeFromCodePage("\xFF\xFF", 932), std::nullopt);
+  EXPECT_EQ(DecodeFromCodePage("a", 4711), std::nullopt);
+}
+
 TEST(LinesTest, KnowsWhatNeedsNoChange) {
   for (const char* text : {"", "\r\n", "a\r\n", "a\r\n\r\nb\r\n"}) {
     EXPECT_TRUE(HasOnlyCrLf(text));

@@ -189,8 +189,8 @@ constexpr std::array kCommands{
     CommandRow{"set", kSetOperands, kSetOptions, "set properties of an action",
                "Properties are set in the order given, all of them or none. A list takes its items separated "
                "by \";\".",
-               "qxhost set nightly.xml --action 2 Title=Nightly", "changes one property of the second action",
-               SetProperties},
+               "qxhost set nightly.xml --action 2 OutputFileName=tests.trx",
+               "changes one property of the second action", SetProperties},
     CommandRow{
         "version", kVersionOperands, kVersionOptions, "show, set or raise an action's version numbers",
         "Without VERSION and --bump shows the numbers as they stand. VERSION has four parts and is given to "
@@ -249,9 +249,11 @@ constexpr std::array kCommands{
         "is written beside the build project. The backups beside the files stay. Numbers "
         "stay raised without --numbers: a number that was given once may be in the world.",
         "qxhost restore nightly.xml --dry-run", "says what would be put back", RestoreRun},
-    CommandRow{"show", kRunOperands, kShowOptions, "show a build project's actions and properties",
-               "Properties come in the order of declaration; a secret is shown as ***.",
-               "qxhost show nightly.xml --all", "lists the hidden properties too", ShowProject},
+    CommandRow{
+        "show", kRunOperands, kShowOptions, "show a build project's actions and properties",
+        "Properties come in the order of declaration; a secret is shown as ***. Of the hidden ones, which "
+        "pages edit, those are shown that were set.",
+        "qxhost show nightly.xml --all", "lists the hidden properties too", ShowProject},
     CommandRow{
         "edit",
         kOptionalFile,
@@ -289,8 +291,8 @@ constexpr std::array kCommands{
     CommandRow{"expand", kExpandOperands, kExpandOptions, "print a text with its variables expanded",
                "%NAME% is replaced by --set, the project's variables or the environment, in this order; %% "
                "is one percent sign.",
-               "qxhost expand '%ROOT%/App.sln' --project nightly.xml", "shows the path that a build will use",
-               ExpandText},
+               "qxhost expand \"%ROOT%/App.sln\" --project nightly.xml",
+               "shows the path that a build will use", ExpandText},
     CommandRow{
         "drive", kOptionalFile, kDriveOptions, "drive an action's property pages without a screen",
         "Fills the pages, then reads one command a line from standard input and answers each with one line "

@@ -70,7 +70,10 @@ std::string ProgramHelp() {
   text += "\nGlobal options:\n" + OptionRows(TheProgram().options) + "\nExit codes:\n";
   for (const ExitCodeRow& row : ExitCodes()) text += Row(std::to_string(row.code), row.meaning);
   return text +
-         "\nThe first three commands of a project:\n"
+         "\nFrom a solution, in two commands:\n"
+         "  qxhost init App.sln --stamp\n"
+         "  qxhost run App.build.xml\n"
+         "\nBy hand, in three:\n"
          "  qxhost new nightly.xml\n"
          "  qxhost add nightly.xml ACTION NAME=VALUE   (qxhost actions lists the actions)\n"
          "  qxhost run nightly.xml\n\nSee qxhost help COMMAND for more.\n";

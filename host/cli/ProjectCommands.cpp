@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/HostArguments.h"
+#include "host/actions/ActionHost.h"
 #include "host/actions/PropertyText.h"
 #include "host/cli/Commands.h"
 #include "host/cli/Report.h"
@@ -61,6 +62,13 @@ TStringList HiddenOf(TQXAction& action) {
   return hidden;
 }
 
+// Hidden properties that somebody set: those that a new action has otherwise. Internal ones, whose names begin with "_",
+// speak of others that are shown.
+bool IsSet(TQXAction& action, TQXAction& fresh, const PublishedProperty& property) {
+  if (property.storage != PropertyStorage::Stored || property.name.starts_with('_')) return false;
+  return PropertyToText(property, property.get(action)) != PropertyToText(property, property.get(fresh));
+}
+
 std::string ActionAsText(const OpenProject& project, int index, bool all) {
   std::string text = std::to_string(index + 1) + " " + project.ActionType(index) +
                      (project.IsEnabled(index) ? "\n" : " (disabled)\n");
@@ -68,8 +76,10 @@ std::string ActionAsText(const OpenProject& project, int index, bool all) {
   if (action == nullptr)
     return text + "    (no loaded package has this action; its properties are only kept)\n";
   const TStringList hidden = HiddenOf(*action);
+  const std::unique_ptr<TQXAction> fresh = MakeAction(*action->GetActionClass(), {});
   for (const PublishedProperty& property : action->GetActionClass()->properties) {
-    if (all || !IsHidden(hidden, property.name)) text += PropertyLine(*action, property);
+    if (all || !IsHidden(hidden, property.name) || IsSet(*action, *fresh, property))
+      text += PropertyLine(*action, property);
   }
   return text;
 }

@@ -104,6 +104,14 @@ TEST_F(ProjectCommands, ShowHidesWhatIsHiddenAndMasksSecrets) {
   EXPECT_TRUE(Holds(Content("p.xml"), "<Property name=\"_Password\">qx"));
 }
 
+TEST_F(ProjectCommands, ShowTellsOfAHiddenPropertyThatWasSet) {
+  Project("p.xml", {{"Seconds=7"}, {"Seconds=60", "Password=hush"}});
+  const std::string shown = Host({"show", "p.xml"}).out;
+  EXPECT_TRUE(Holds(shown, "    Count=0\n    Seconds=7\n    Deed=tdSucceed\n")) << shown;
+  EXPECT_FALSE(Holds(shown, "Seconds=60")) << shown;
+  EXPECT_FALSE(Holds(shown, "_Password")) << shown;
+}
+
 TEST_F(ProjectCommands, ShowAsJsonHasTypesOrderAndDynamicProperties) {
   Project("p.xml", {{"Password=hush", "Lines=a;b"}});
   const auto shown = nlohmann::ordered_json::parse(Host({"show", "p.xml", "--json", "--all"}).out);

@@ -1,10 +1,20 @@
 #include "host/cli/RunLog.h"
 
+#include "host/diagnostics/DiagnosticLine.h"
 #include "host/report/ServiceLog.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
 
 namespace qx::cli {
+namespace {
+
+LineTone ToneOf(std::string_view line) {
+  const auto diagnostic = MayBeDiagnostic(line) ? ReadDiagnostic(line) : std::nullopt;
+  if (!diagnostic) return LineTone::Plain;
+  return diagnostic->severity == Severity::Error ? LineTone::Error : LineTone::Warning;
+}
+
+}  // namespace
 
 KnownDiagnostics::KnownDiagnostics(const Invocation& invocation, const std::string& folder)
     : file_(invocation.Value("--baseline").value_or("")),
@@ -67,6 +77,7 @@ void RunLog::Add(LogFile file, const std::string& style, ColourChoice colour) {
   } else {
     sink = std::make_unique<StreamSink>(std::move(file), style == "json" ? LogStyle::Json : LogStyle::Text,
                                         colour);
+    sink->SetTones(&ToneOf);
   }
   sinks_.push_back(sink.get());
   log_.AddSink(std::move(sink));

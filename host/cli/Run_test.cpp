@@ -125,6 +125,15 @@ TEST_F(RunCommand, CountsErrorsAndWarnings) {
   EXPECT_TRUE(json.out.ends_with(",\"errors\":2,\"warnings\":1}\n")) << json.out;
 }
 
+TEST_F(RunCommand, ColoursErrorsAndWarningsOfCompilers) {
+  Project("p.xml", {{"Lines=a.cpp(1) : error C1: x;b.c:2:1: warning: y;plain"}});
+  const std::string out = Host({"--color", "always", "run", "p.xml"}).out;
+  EXPECT_TRUE(Holds(
+      out, "\x1b[31m    a.cpp(1) : error C1: x\x1b[0m\n\x1b[33m    b.c:2:1: warning: y\x1b[0m\n    plain\n"))
+      << out;
+  EXPECT_FALSE(Holds(Host({"--color", "never", "run", "p.xml"}).out, "\x1b"));
+}
+
 TEST_F(RunCommand, CountsOnlyWhatTheBaselineDoesNotHold) {
   Project("p.xml", {{"Lines=a.cpp(1) : error C1: x;b.c:2:1: warning: y"}});
   EXPECT_EQ(Host({"run", "p.xml", "--update-baseline"}).code, 2);

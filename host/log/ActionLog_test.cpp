@@ -130,6 +130,20 @@ TEST_F(LogFiles, ColourOnDemandOnly) {
   EXPECT_EQ(Written(LogStyle::Json, ColourChoice::Always, write).find('\x1b'), std::string::npos);
 }
 
+TEST_F(LogFiles, LinesOfATonePaintThemselvesWhereThereIsColour) {
+  std::string text = "before: error\n";
+  const std::string before = text;
+  const ToneOfLine toneOf = [](std::string_view line) {
+    if (line.find("error") != std::string_view::npos) return LineTone::Error;
+    return line.find("warning") != std::string_view::npos ? LineTone::Warning : LineTone::Plain;
+  };
+  text += "a\n    an error\n\n\x1b[1mits own error\x1b[0m\na warning\n";
+  PaintLines(text, before.size(), toneOf);
+  EXPECT_EQ(text, before +
+                      "a\n\x1b[31m    an error\x1b[0m\n\n\x1b[1mits own error\x1b[0m\n"
+                      "\x1b[33ma warning\x1b[0m\n");
+}
+
 TEST_F(LogFiles, ATerminalObeysNothingInATextOfTheBuild) {
   const auto write = [](ActionLog& log) {
     log.AddMessage(1, "\x1b]0;title\x07 \x1b[31mred\x1b[0m \u202Eright");

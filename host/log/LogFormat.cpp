@@ -15,10 +15,11 @@ namespace {
 constexpr std::string_view kIndent = "    ";
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
-// Select Graphic Rendition of ECMA-48: bold, red, green, back to normal.
+// Select Graphic Rendition of ECMA-48: bold, red, green, yellow, back to normal.
 constexpr std::string_view kBold = "\x1b[1m";
 constexpr std::string_view kRed = "\x1b[31m";
 constexpr std::string_view kGreen = "\x1b[32m";
+constexpr std::string_view kYellow = "\x1b[33m";
 constexpr std::string_view kNormal = "\x1b[0m";
 
 void AppendLine(std::string& out, std::string_view text, std::string_view paint, LogColour colour) {
@@ -148,6 +149,21 @@ bool IsVisible(const LogRecord& record) {
     if (HasHiddenCharacters(record.details[i])) return false;
   }
   return true;
+}
+
+void PaintLines(std::string& text, std::size_t begin, const ToneOfLine& toneOf) {
+  while (begin < text.size()) {
+    const std::string_view line = std::string_view(text).substr(begin, text.find('\n', begin) - begin);
+    std::size_t end = begin + line.size();
+    const LineTone tone = line.find('\x1b') == std::string_view::npos ? toneOf(line) : LineTone::Plain;
+    if (tone != LineTone::Plain) {
+      const std::string_view paint = tone == LineTone::Error ? kRed : kYellow;
+      text.insert(end, kNormal);
+      text.insert(begin, paint);
+      end += paint.size() + kNormal.size();
+    }
+    begin = end + 1;
+  }
 }
 
 // Messages of several lines have CR between them; alone it would lead a terminal back over what it has shown.

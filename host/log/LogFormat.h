@@ -2,6 +2,7 @@
 // the streams and the list in memory share it.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,14 @@ void AppendAsText(std::string& out, const LogRecord& record, LogColour colour);
 
 // Whether a terminal may get the record's texts as they are. Fast: of a build's lines nearly all are such.
 bool IsVisible(const LogRecord& record);
+// What a line of a build's output is to whoever looks at it.
+enum class LineTone { Plain, Warning, Error };
+using ToneOfLine = std::function<LineTone(std::string_view line)>;
+
+// Paints the lines of a text, each ended by LF, from `begin` on: errors red, warnings yellow. A line that brings colours of
+// its own keeps them.
+void PaintLines(std::string& text, std::size_t begin, const ToneOfLine& toneOf);
+
 // A record with everything in its texts visible (platform/VisibleText.h), as it may go to a terminal.
 class VisibleRecord {
  public:

@@ -51,6 +51,8 @@ void StreamSink::Take(const LogRecord& record) {
     } else {
       AppendAsText(buffer_, VisibleRecord(record, sequences_).Get(), colour_);
     }
+    const bool isOutput = record.kind == LogKind::Message || record.kind == LogKind::Status;
+    if (isOutput && toneOf_ && colour_ == LogColour::On) PaintLines(buffer_, begin, toneOf_);
     // A file keeps the bytes as they came; a terminal would be garbled by them.
     if (file_.IsTerminal() && !IsValidUtf8(std::string_view(buffer_).substr(begin))) {
       buffer_.replace(begin, std::string::npos, AsValidUtf8(std::string_view(buffer_).substr(begin)));

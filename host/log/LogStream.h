@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/log/ActionLog.h"
 #include "host/log/LogFormat.h"
@@ -64,6 +65,9 @@ class StreamSink : public LogSink {
   StreamSink(LogFile file, LogStyle style, ColourChoice colour);
   StreamSink(LogFile file, AppendRecord append);
 
+  // Asked for each line of a build's output where there is colour.
+  void SetTones(ToneOfLine toneOf) { toneOf_ = std::move(toneOf); }
+
   void Take(const LogRecord& record) override;
   void Flush() override;
   bool IsBuffered() const override { return true; }
@@ -75,7 +79,8 @@ class StreamSink : public LogSink {
   LogStyle style_ = LogStyle::Text;
   LogColour colour_ = LogColour::Off;
   ColourSequences sequences_ = ColourSequences::Escaped;  // of the build's programs
-  AppendRecord append_;                                   // takes the place of both
+  ToneOfLine toneOf_;
+  AppendRecord append_;  // takes the place of both
   std::string buffer_;
   std::string error_;
 };

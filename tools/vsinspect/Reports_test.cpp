@@ -124,6 +124,31 @@ TEST_F(Reports, AVersionResourceAsTextIsReadable) {
                 "locale    1033\ncodePage  1252\nkeys\n    CompanyName=ACME\n");
 }
 
+// "Japanese" in code page 932, whose second bytes may be ASCII's (5C, a backslash), and a German word in 1252.
+TEST_F(Reports, TextsOfACodePageComeOutRight) {
+  const auto script = [](const std::string& head, const std::string& value) {
+    std::string text = head + kBlock;
+    return text.replace(text.find("ACME"), 4, value);
+  };
+  const struct {
+    std::string script;
+    const char* wanted;
+  } rows[] = {
+      {script("#pragma code_page(932)\r\n", "\x93\xFA\x96\x7B\x95\x5C"), "CompanyName=\u65E5\u672C\u8868"},
+      {script("#pragma code_page(1252)\r\n", "M\xFCller"), "CompanyName=M\u00FCller"},
+      {script("", "M\xFCller"), "CompanyName=M\u00FCller"},  // the page of the strings, 1252
+      {script("", "M\xC3\xBCller"), "CompanyName=M\u00FCller"},
+      {"\xEF\xBB\xBF" + script("#pragma code_page(932)\r\n", "M\xC3\xBCller"), "CompanyName=M\u00FCller"},
+      {script("#pragma code_page(932)\r\n", "\xFF\xFF"), "CompanyName=\uFFFD\uFFFD"},
+  };
+  for (const auto& row : rows) {
+    const std::string file = folder.Write("a.rc", row.script);
+    EXPECT_EQ(Json::parse(VersionInfoReport(file, Form::AsJson))["keys"][0], row.wanted);
+    if (std::string_view(row.wanted).find("\uFFFD") != std::string_view::npos) continue;  // the bytes, there
+    EXPECT_NE(VersionInfoReport(file, Form::AsText).find(row.wanted), std::string::npos) << row.wanted;
+  }
+}
+
 TEST_F(Reports, AProgramAsJsonHoldsEveryFieldInItsOrder) {
   const std::string file =
       folder.Write("a.exe", MakeProgram({0x14C, false, MetadataOf("Acme", {1, 2, 1, 0}, "de"),

@@ -1,9 +1,13 @@
 #include <array>
 
+#include "platform/CodePages.h"
 #include "platform/Texts.h"
+#include "platform/files/Files.h"
+#include "platform/files/TextFile.h"
 #include "tools/vsinspect/Json.h"
 #include "tools/vsinspect/Reports.h"
 #include "versioning/Qxvc7versioninfo.h"
+#include "versioning/VersionBlock.h"
 
 namespace qx {
 namespace {
@@ -66,6 +70,29 @@ constexpr std::array<TruthField, 5> kFlags = {{{"isDebug", &IQXVC7VersionInfo::G
 constexpr std::array<NumberField, 2> kLanguage = {
     {{"locale", &IQXVC7VersionInfo::GetLocale}, {"codePage", &IQXVC7VersionInfo::GetCodePage}}};
 
+// The page that a script's bytes are written in: the one that it names before its block, else the system's, else that
+// of its strings where this can be one of bytes.
+std::optional<std::uint32_t> PageOf(std::string_view script, const std::string& file,
+                                    std::int32_t ofStrings) {
+  constexpr std::int32_t kUtf16 = 1200;
+  if (const auto named = NamedCodePage(script.substr(0, FindVersionBlock(script, file).begin))) return named;
+  if (IsValidUtf8(script)) return kUtf8CodePage;
+  if (const auto system = SystemCodePage()) return system;
+  if (ofStrings <= 0 || ofStrings == kUtf16) return std::nullopt;
+  return static_cast<std::uint32_t>(ofStrings);
+}
+
+// The reader gives texts as the bytes that they stand in; whoever looks at them wants to read them.
+void DecodeKeys(IQXVC7VersionInfo& info, const std::string& file) {
+  const std::string script = ReadFile(file);
+  if (EncodingOf(script) != TextEncoding::Bytes) return;
+  const auto page = PageOf(script, file, info.GetCodePage());
+  if (!page) return;
+  std::vector<std::string> keys = SplitLines(info.GetVersionInfoKeys());
+  for (std::string& key : keys) key = DecodeFromCodePage(key, *page).value_or(key);
+  info.SetVersionInfoKeys(JoinLines(keys));
+}
+
 std::string AsJson(IQXVC7VersionInfo& info) {
   Json json;
   for (const NumberField& field : kVersions) json[field.name] = (info.*field.get)();
@@ -99,6 +126,7 @@ std::string Text(IQXVC7VersionInfo& info, const std::string& file) {
 std::string VersionInfoReport(const std::string& file, Form form) {
   const auto info = MakeInterface<VersionInfo>();
   GetVersionInfoParser(InterfacePtr<IQXApplicationServices>(), file)->ReadVersionInfo(*info);
+  DecodeKeys(*info, file);
   return form == Form::AsJson ? AsJson(*info) : Text(*info, file);
 }
 
