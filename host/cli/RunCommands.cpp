@@ -179,6 +179,16 @@ std::vector<std::string> FilesOf(Session& session, const Invocation& invocation,
   return files;
 }
 
+// Whatever the run writes besides what its actions do.
+void RefuseInputsAsOutputs(Session& session, const Invocation& invocation, const OpenProject& project,
+                           const RunReports& reports, const KnownDiagnostics& known,
+                           const std::optional<std::string>& logFile) {
+  std::vector<std::string> outputs = reports.Files();
+  if (logFile) outputs.push_back(*logFile);
+  if (invocation.Has("--update-baseline")) outputs.push_back(known.File());
+  for (const std::string& output : outputs) RefuseInputAsOutput(output, project, session.Store().File());
+}
+
 }  // namespace
 
 int RunProject(Session& session, const Invocation& invocation) {
@@ -200,7 +210,7 @@ int RunProject(Session& session, const Invocation& invocation) {
   session.WarnOfUnusedSettings(project);
   reports.RefuseFilesOf(project);
   SetCurrentFolder(FolderPart(file));
-  if (logFile) RefuseInputAsOutput(*logFile, project, session.Store().File());
+  RefuseInputsAsOutputs(session, invocation, project, reports, known, logFile);
   if (logFile) log.AddFile(*logFile);
   std::vector<std::string> folders;
   if (!dry) folders = WorkFolders(project);

@@ -88,6 +88,12 @@ void RunReports::RefuseFilesOf(const OpenProject& project) const {
   }
 }
 
+std::vector<std::string> RunReports::Files() const {
+  std::vector<std::string> files;
+  for (const Report& report : reports_) files.push_back(report.file);
+  return files;
+}
+
 bool RunReports::Write(const RunRecord& record) const {
   bool written = true;
   for (const Report& report : reports_) {

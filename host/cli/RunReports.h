@@ -21,6 +21,9 @@ class RunReports {
   // action names.
   void RefuseFilesOf(const OpenProject& project) const;
 
+  // The files that are written, absolute.
+  std::vector<std::string> Files() const;
+
   // Each whole or not at all; false, with a complaint each, where one cannot be written.
   bool Write(const RunRecord& record) const;
 

@@ -210,6 +210,22 @@ TEST_F(BothRuns, OfTwoProjectsOnOneSolutionOneIsRefused) {
   EXPECT_EQ(Litter(), "");
 }
 
+// Reports and logs are written over nothing that a run reads, whatever name leads to it.
+TEST_F(BothRuns, ReportsAndLogsOverWhatIsReadAreRefused) {
+  Begin();
+  fs::create_symlink(Source(0), Work() / "link.json");
+  for (const std::string words :
+       {"--report json=P0/AssemblyInfo.cs", "--report html=P1/P1.csproj", "--report sarif=link.json",
+        "--report junit=all.sln", "--log-file P0/AssemblyInfo.cs", "--log-file link.json"}) {
+    const auto refused = Host("run p.xml " + words);
+    EXPECT_EQ(refused.code, 2) << words << refused.out;
+    EXPECT_NE(refused.out.find("name another file"), std::string::npos) << refused.out;
+    EXPECT_EQ(ReadAll(Source(0)), Old(0)) << words;
+    EXPECT_EQ(ReadAll(Work() / "P1/P1.csproj"), "Include=\"AssemblyInfo.cs\"") << words;
+  }
+  EXPECT_EQ(Host("run p.xml --report json=" + (folder_ / "state/qxhost/x.json").string()).code, 2);
+}
+
 TEST_F(StampingFaults, AFullDiskAtEachWrite) {
   Begin();
   const auto whole = Traced("fail 28 0 " + HostCommand() + "run p.xml 2>/dev/null | tail -n 1");
