@@ -96,6 +96,30 @@ TEST(Documents, TheFilesOfTheOdditiesAreThoseThatNameTheirPage) {
     EXPECT_TRUE(named.contains(fs::path(name).stem().string())) << kOddities << " does not name " << name;
 }
 
+TEST(Documents, PicturesOfTheReadmeAreThereAndSmall) {
+  static const std::regex picture(R"(docs/pictures/[\w-]+\.(?:png|svg))");
+  const std::string readme = TextOf(kRoot / "README.md");
+  int count = 0;
+  for (std::sregex_iterator at(readme.begin(), readme.end(), picture), end; at != end; ++at) {
+    const fs::path file = kRoot / at->str();
+    ASSERT_TRUE(fs::exists(file)) << file;
+    EXPECT_LT(fs::file_size(file), 1'000'000u) << file;
+    ++count;
+  }
+  EXPECT_GT(count, 10) << "the test lost its way: too few pictures were found";
+}
+
+// The terminals' pictures end with what was read back from the programs.
+TEST(Documents, PicturesOfTerminalsEndWithTheVersionsThatWereReadBack) {
+  const std::string played = TextOf(kRoot / "docs/pictures/two-commands.svg");
+  const std::string still = TextOf(kRoot / "docs/pictures/log.svg");
+  for (const char* typed : {">$ qxhost init Tally.sln --stamp<", ">$ qxhost run Tally.build.xml<"})
+    EXPECT_NE(played.find(typed), std::string::npos) << typed;
+  EXPECT_NE(played.find(">assembly version  1.0.1.0</text>\n</svg>"), std::string::npos);
+  EXPECT_NE(still.find("Tally/bin/Release/Tally.exe "), std::string::npos);
+  EXPECT_NE(still.find(">This is version 1.2.1.0.</text>\n</svg>"), std::string::npos);
+}
+
 TEST(Documents, NewcomersAreSentToFilesThatExist) {
   int count = 0;
   for (const auto& row : TableRows("docs/architecture.md")) {
