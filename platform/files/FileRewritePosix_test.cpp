@@ -6,9 +6,13 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
+#include <memory>
+#include <vector>
 
 #include "platform/files/FileRewrite.h"
+#include "platform/files/StagedFile.h"
 #include "platform/files/WriteObserver.h"
 #include "plugin/Qxtypes.h"
 
@@ -270,6 +274,38 @@ TEST_F(FileRewritePosix, AMissingFileIsNamed) {
   const std::string path = (folder / "none").string();
   EXPECT_EQ(Commit(path, BackupRule::EveryTime, "new").rfind("Cannot read " + path + ": ", 0), 0U);
   EXPECT_TRUE(fs::is_empty(folder));
+}
+
+// One call writes what many files hold, or says that it did not; they stand whole in their places either way.
+TEST_F(FileRewritePosix, ManyFilesAreFlushedByOneCallOrEach) {
+  std::vector<std::unique_ptr<system::StagedFile>> files;
+  std::vector<system::StagedFile*> staged;
+  std::string reason;
+  const std::string_view bytes = "whole";
+  for (int i = 0; i < 40; ++i) {
+    files.push_back(
+        system::Stage((folder / std::to_string(i)).string(), {&bytes, 1}, nullptr, false, reason));
+    ASSERT_NE(files.back(), nullptr) << reason;
+    staged.push_back(files.back().get());
+  }
+  std::cout << (system::FlushTogether(staged) ? "by one call" : "each") << "\n";
+  std::size_t failed = 0;
+  EXPECT_TRUE(system::FlushAll(staged, failed, reason)) << reason;
+  for (const auto& file : files) EXPECT_TRUE(file->Place(reason)) << reason;
+  for (int i = 0; i < 40; ++i) EXPECT_EQ(Read(std::to_string(i)), bytes);
+}
+
+TEST_F(FileRewritePosix, FilesOfTwoFileSystemsAreFlushedEach) {
+  std::string reason;
+  const std::string_view bytes = "whole";
+  const auto here = system::Stage((folder / "a").string(), {&bytes, 1}, nullptr, false, reason);
+  const auto there =
+      system::Stage("/dev/shm/rewrite-" + std::to_string(getpid()), {&bytes, 1}, nullptr, false, reason);
+  if (there == nullptr) GTEST_SKIP() << "there is no second file system: " << reason;
+  system::StagedFile* const both[] = {here.get(), there.get()};
+  EXPECT_FALSE(system::FlushTogether(both));
+  system::StagedFile* const inMemory[] = {there.get()};
+  EXPECT_FALSE(system::FlushTogether(inMemory));
 }
 
 }  // namespace

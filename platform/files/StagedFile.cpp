@@ -15,6 +15,8 @@ using Clock = std::chrono::steady_clock;
 // together.
 constexpr std::chrono::microseconds kSlow{200};
 constexpr std::size_t kThreads = 8;
+// One call for all waits for the disk about as often as for a few files.
+constexpr std::size_t kWorthOneCall = 8;
 
 }  // namespace
 
@@ -27,6 +29,8 @@ bool FlushAll(std::span<StagedFile* const> files, std::size_t& failed, std::stri
     ++first;
     if (Clock::now() - begin > kSlow) break;
   }
+  if (files.size() - first >= kWorthOneCall && FlushTogether(files.subspan(first))) return true;
+
   std::atomic<std::size_t> next{first};
   std::mutex mutex;
   failed = files.size();

@@ -30,7 +30,10 @@ class StagedFile {
 std::unique_ptr<StagedFile> Stage(const std::string& target, std::span<const std::string_view> pieces,
                                   const FileFacts* model, bool leaveToWrite, std::string& reason);
 
-// Flushes all of them, on several threads where the disk is slow. False, with the first that failed.
+// Flushes all of them with one call of the system, where that is known to do what Flush does and costs less. False:
+// not known to be on the disk, each is to be flushed.
+bool FlushTogether(std::span<StagedFile* const> files);
+// Flushes all of them, together or on several threads where the disk is slow. False, with the first that failed.
 bool FlushAll(std::span<StagedFile* const> files, std::size_t& failed, std::string& reason);
 
 // Stage, Flush and Place.

@@ -101,6 +101,9 @@ std::unique_ptr<StagedFile> Stage(const std::string& target, std::span<const std
   return file;
 }
 
+// It takes an administrator to flush a volume.
+bool FlushTogether(std::span<StagedFile* const>) { return false; }
+
 void RemoveLeftover(const std::string& target) { DeleteFileW(HiddenName(target).c_str()); }
 
 }  // namespace qx::system
