@@ -83,10 +83,11 @@ def secret(file: Path, text: str) -> None:
 
 
 class Process:
-    """A child with its own group; ends when it is told to, at the latest by force."""
+    """A child with its own group; ends when it is told to, at the latest by force, and when its starter dies."""
 
     def __init__(self, words: list[str], folder: Path, environment: dict[str, str]) -> None:
-        self.child = subprocess.Popen(words, cwd=folder, env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+        self.child = subprocess.Popen(["setpriv", "--pdeathsig", "TERM", *words], cwd=folder, env=environment,
+                                      stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                                       stderr=open(folder / "stderr.log", "a"), start_new_session=True)
 
     def end(self, how: int = signal.SIGTERM) -> None:
@@ -189,11 +190,10 @@ class LocalFarm:
 
     def order(self, *builders: str, variables: dict[str, str] | None = None, branch: str = "") -> None:
         """Orders a build of each builder, as a user does."""
-        for builder in builders:
-            words = [PYTHON, "-m", "qxhost_buildbot.ask", str(self.master_folder), builder]
-            words += [word for name, value in (variables or {}).items() for word in ("--set", f"{name}={value}")]
-            words += ["--branch", branch] if branch else []
-            subprocess.run(words, env=self.environment, check=True)
+        words = [PYTHON, "-m", "qxhost_buildbot.ask", str(self.master_folder), *builders]
+        words += [word for name, value in (variables or {}).items() for word in ("--set", f"{name}={value}")]
+        words += ["--branch", branch] if branch else []
+        subprocess.run(words, env=self.environment, check=True)
 
     def events(self, event: str = "", builder: str = "") -> list[dict]:
         """What results.jsonl tells so far, of one kind or of all."""

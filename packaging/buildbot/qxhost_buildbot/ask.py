@@ -15,11 +15,11 @@ from pathlib import Path
 from .qxhost import VARIABLE_PREFIX
 
 
-def ask(master: str | os.PathLike[str], builders: list[str], variables: dict[str, str], branch: str = "") -> str:
-    """Orders one build of each builder and gives the order's name. Raises OSError."""
+def ask(master: str | os.PathLike[str], builder: str, variables: dict[str, str], branch: str = "") -> str:
+    """Orders a build and gives the order's name. Raises OSError."""
     name = uuid.uuid4().hex
     order = {"jobid": name, "branch": branch, "baserev": "", "patch_level": 0, "patch_body": "", "repository": "", "project": "",
-             "who": "", "comment": "", "builderNames": builders,
+             "who": "", "comment": "", "builderNames": [builder],
              "properties": {VARIABLE_PREFIX + key: value for key, value in variables.items()}}
     body = json.dumps(order).encode()
     jobs = Path(master) / "jobs"
@@ -38,7 +38,8 @@ def main() -> None:
     parser.add_argument("--branch", default="", help="the branch to build (default: the trusted one)")
     words = parser.parse_args()
     variables = dict(each.split("=", 1) if "=" in each else parser.error(f"--set {each}: NAME=VALUE is wanted") for each in words.set)
-    ask(words.master, words.builder, variables, words.branch)
+    for builder in words.builder:
+        ask(words.master, builder, variables, words.branch)
 
 
 if __name__ == "__main__":
