@@ -33,13 +33,12 @@ OFF = '[projects.Many]\ncheck_built = "off"\n'
 
 
 class Proxy:
-    """Stands between worker and master. cut() breaks every connection; hush() swallows what is sent, without a word."""
+    """Stands between worker and master. cut() drops every connection, and refuses new ones until heal()."""
 
     def __init__(self, port: int) -> None:
         self.port = port
         self.target = 0
         self.open: list[socket.socket] = []
-        self.quiet: set[socket.socket] = set()
         self.down = False
         self.ear = socket.create_server(("127.0.0.1", port))
         threading.Thread(target=self._listen, daemon=True).start()
@@ -63,12 +62,10 @@ class Proxy:
     def _carry(self, one: socket.socket, other: socket.socket) -> None:
         with contextlib.suppress(OSError):
             while data := one.recv(65536):
-                if one not in self.quiet:
-                    other.sendall(data)
+                other.sendall(data)
         for each in (one, other):
-            if each not in self.quiet:
-                with contextlib.suppress(OSError):
-                    each.shutdown(socket.SHUT_RDWR)
+            with contextlib.suppress(OSError):
+                each.shutdown(socket.SHUT_RDWR)
 
     def cut(self) -> None:
         self.down = True
@@ -76,9 +73,6 @@ class Proxy:
             with contextlib.suppress(OSError):
                 each.shutdown(socket.SHUT_RDWR)
         self.open.clear()
-
-    def hush(self) -> None:
-        self.quiet |= set(self.open)
 
     def heal(self) -> None:
         self.down = False
