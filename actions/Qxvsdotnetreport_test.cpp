@@ -136,8 +136,9 @@ TEST_F(RunReportOfAction, NamesAConfigurationThatIsNotThere) {
   ASSERT_EQ(report.projects.size(), 1u);
   EXPECT_EQ(Told(report.projects[0]), "App.sln missing");
   EXPECT_TRUE(report.projects[0].isFault);
-  EXPECT_EQ(report.projects[0].reason,
-            solution() + " has no configuration \"Relese|Any CPU\": it has Release|Any CPU");
+  EXPECT_EQ(report.projects[0].reason, solution() +
+                                           " has no configuration \"Relese|Any CPU\": it has Release|Any CPU "
+                                           "(nearest: Release|Any CPU)");
 }
 
 }  // namespace

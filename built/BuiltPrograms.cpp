@@ -5,6 +5,7 @@
 #include <map>
 
 #include "built/WrittenSources.h"
+#include "platform/Nearest.h"
 #include "platform/Texts.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
@@ -125,9 +126,9 @@ std::string ConfigurationMeant(const SolutionMap& map, const std::string& soluti
   if (!found.empty()) return found;
   const std::string lacks = solutionFile + " has no configuration \"" + asked + "\": it has ";
   if (map.configurations.empty()) throw Exception(lacks + "none at all");
-  std::string known;
-  for (const std::string& name : map.configurations) known += (known.empty() ? "" : ", ") + name;
-  throw UnknownConfiguration(lacks + known);
+  const std::string nearest = NearestName(asked, map.configurations);
+  throw UnknownConfiguration(lacks + Join(map.configurations, ", ") +
+                             (nearest.empty() ? "" : " (nearest: " + nearest + ")"));
 }
 
 }  // namespace

@@ -207,8 +207,12 @@ TEST_F(BuiltPrograms, AreLookedForWhereTheEngineWasTold) {
 }
 
 TEST_F(BuiltPrograms, OfAnUnknownConfigurationAreRefused) {
-  EXPECT_EQ(MessageOf([&] { LookAtBuiltPrograms(solution, "Relase|Win32"); }),
-            solution + " has no configuration \"Relase|Win32\": it has Release|Mixed Platforms");
+  EXPECT_EQ(MessageOf([&] { LookAtBuiltPrograms(solution, "Nightly"); }),
+            solution + " has no configuration \"Nightly\": it has Release|Mixed Platforms");
+  EXPECT_EQ(MessageOf([&] { LookAtBuiltPrograms(solution, "Relase|Mixed Platforms"); }),
+            solution +
+                " has no configuration \"Relase|Mixed Platforms\": it has Release|Mixed Platforms "
+                "(nearest: Release|Mixed Platforms)");
   EXPECT_EQ(LookAtBuiltPrograms(solution, "release").size(), 3u);
 }
 

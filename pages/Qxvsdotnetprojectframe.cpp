@@ -85,6 +85,7 @@ void TVSDotNetProjectFrame::WriteActionData(TPersistent& object) {
   settings.useMSBuild = chkUseMSBuild_.Checked();
   settings.solutionConfiguration = cboConfigs_.Text();
   settings.buildAction = Chosen(cboAction_, settings.buildAction);
+  // As the list is shown, which without the solution's file is empty (docs/deliberate.md).
   settings.selectedProjects.Clear();
   if (optBuildAllProjects_.Checked()) {
     settings.buildType = TVSDotNetBuildType::btAllProjects;

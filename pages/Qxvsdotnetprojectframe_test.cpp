@@ -152,6 +152,22 @@ TEST_F(SolutionPage, FindsSelectedProjectsInAnyLetterCaseAndDropsUnknownOnes) {
   EXPECT_EQ(Settings().selectedProjects, TStringList({kLibrary}));
 }
 
+// On all three pages: what is not shown is not written.
+TEST_F(SolutionPage, WithoutTheSolutionsFileWritesEmptyLists) {
+  action->SetSolution(folder / "Missing.sln");
+  Settings().buildType = TVSDotNetBuildType::btSelectedProjects;
+  Settings().applyAssemblyInfoTo = TVSDotNetBuildType::btSelectedProjects;
+  Settings().applyResourceInfoTo = TVSDotNetBuildType::btSelectedProjects;
+  Settings().selectedProjects = TStringList({kLibrary});
+  Settings().assemblySelectedProjects = TStringList({kLibrary});
+  Settings().resourceSelectedProjects = TStringList({kLibrary});
+  Open();
+  Write();
+  EXPECT_EQ(Settings().selectedProjects, TStringList());
+  EXPECT_EQ(Settings().assemblySelectedProjects, TStringList());
+  EXPECT_EQ(Settings().resourceSelectedProjects, TStringList());
+}
+
 TEST_F(SolutionPage, WritesEveryControl) {
   Open();
   EXPECT_EQ(File().UserType("%ROOT%\\Other.sln"), TUserAnswer::Done);

@@ -229,7 +229,7 @@ int RunProject(Session& session, const Invocation& invocation) {
   bool saved = true;
   if (record.outcome == RunOutcome::Succeeded) {
     if (project.ActionCount() == 0) Session::Warn(file + " holds no action");
-    Session::ForetellRun(project);
+    record.findings = Session::ForetellRun(project);
     std::unique_ptr<RunKeeper> keeper;
     if (!dry) keeper = KeeperFor(project, record, std::move(folders), saves);
     runner.SetWriteObserver(keeper.get());

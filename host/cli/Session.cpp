@@ -81,13 +81,15 @@ void Session::WarnOfUnusedSettings(const OpenProject& project) {
     Warn("--set " + name + ": nothing in " + project.File() + " uses %" + name + "%");
 }
 
-void Session::ForetellRun(const OpenProject& project) {
-  for (const auto& [action, finding] : AskChecks(project).findings) {
-    if (finding.severity == CheckSeverity::Info) continue;
+std::vector<std::pair<int, CheckFinding>> Session::ForetellRun(const OpenProject& project) {
+  auto findings = AskChecks(project).findings;
+  std::erase_if(findings, [](const auto& one) { return one.second.severity == CheckSeverity::Info; });
+  for (const auto& [action, finding] : findings) {
     const std::string line = "action " + std::to_string(action) + ": " + LineOf(finding);
     if (finding.severity == CheckSeverity::Warning) Warn(line);
     if (finding.severity == CheckSeverity::Error) Complain(line);
   }
+  return findings;
 }
 
 void Session::Save(OpenProject& project) {

@@ -8,6 +8,7 @@
 #include "host/log/LogStream.h"
 #include "host/system/StopGuard.h"
 #include "platform/commandline/Invocation.h"
+#include "plugin/Qxcheck.h"
 
 namespace qx::cli {
 
@@ -43,8 +44,8 @@ class Session : public Host {
   // The names of each --set that nothing in the project uses.
   std::vector<std::string> UnusedSettings(const OpenProject& project);
   void WarnOfUnusedSettings(const OpenProject& project);
-  // What the actions' own checks find: a word before the run, which goes on all the same.
-  static void ForetellRun(const OpenProject& project);
+  // The errors and warnings that the actions' own checks find: a word before the run, which goes on all the same.
+  static std::vector<std::pair<int, CheckFinding>> ForetellRun(const OpenProject& project);
   // Puts --set and, when one is given, a project's own variables in force.
   void UseVariables(const Invocation& invocation, const BuildProject* project);
 

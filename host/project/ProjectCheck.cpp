@@ -11,8 +11,6 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::array<const char*, 3> kSeverities{"error", "warning", "info"};
 
-const char* NameOf(CheckSeverity severity) { return kSeverities.at(static_cast<std::size_t>(severity)); }
-
 void AddError(ProjectCheck& check, int number, const std::string& subject, const std::string& message) {
   check.findings.emplace_back(number, CheckFinding{CheckSeverity::Error, subject, message, "", ""});
 }
@@ -78,6 +76,8 @@ bool ProjectCheck::HasErrors() const {
 
 ProjectCheck AskChecks(const OpenProject& project) { return Check(project, false); }
 ProjectCheck CheckProject(const OpenProject& project) { return Check(project, true); }
+
+std::string_view NameOf(CheckSeverity severity) { return kSeverities.at(static_cast<std::size_t>(severity)); }
 
 std::string LineOf(const CheckFinding& finding) {
   return finding.subject + ": " + finding.message + (finding.hint.empty() ? "" : " (" + finding.hint + ")");

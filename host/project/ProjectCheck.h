@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -31,6 +32,8 @@ ProjectCheck CheckProject(const OpenProject& project);
 std::string CheckAsJson(const ProjectCheck& check);
 // A line a finding, errors first, then which projects are built and which files stamped.
 std::string CheckAsText(const ProjectCheck& check);
+// "error", "warning", "info"
+std::string_view NameOf(CheckSeverity severity);
 // "SUBJECT: MESSAGE (HINT)"
 std::string LineOf(const CheckFinding& finding);
 

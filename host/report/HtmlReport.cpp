@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/project/ProjectCheck.h"
 #include "host/report/Markup.h"
 #include "host/report/Reports.h"
 #include "platform/Texts.h"
@@ -132,6 +133,22 @@ void AppendValidation(Page& page, const RunRecord& record) {
     page.Cell(std::to_string(fault.action));
     page.Cell(fault.subject);
     page.Cell(fault.message);
+    page.EndRow();
+  }
+  page.EndTable();
+}
+
+void AppendFindings(Page& page, const RunRecord& record) {
+  if (record.findings.empty()) return;
+  page.Heading("Known before the run");
+  page.Table({"Action", "Kind", "Subject", "What is so", "What to do"});
+  for (const auto& [action, finding] : record.findings) {
+    page.Row();
+    page.Cell(std::to_string(action));
+    page.Cell(NameOf(finding.severity), NameOf(finding.severity));
+    page.Cell(finding.subject);
+    page.Cell(finding.message);
+    page.Cell(finding.hint);
     page.EndRow();
   }
   page.EndTable();
@@ -321,6 +338,7 @@ std::string HtmlReport(const RunRecord& record) {
   AppendHeader(page, record);
   page.Markup("<main>\n");
   AppendValidation(page, record);
+  AppendFindings(page, record);
   if (!record.diagnostics.empty()) page.Heading("Errors and warnings");
   AppendDiagnostics(page, record, false);
   AppendDiagnostics(page, record, true);

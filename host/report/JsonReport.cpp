@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "host/project/ProjectCheck.h"
 #include "host/report/Reports.h"
 #include "platform/Texts.h"
 #include "platform/VisibleText.h"
@@ -97,6 +98,20 @@ Json NotificationsOf(const RunRecord& record) {
   return all;
 }
 
+// What was known to be wrong before the run.
+Json ConfigurationNotificationsOf(const RunRecord& record) {
+  Json all = Json::array();
+  for (const auto& [action, finding] : record.findings) {
+    Json one = {{"level", NameOf(finding.severity)}, {"message", {{"text", LineOf(finding)}}}};
+    if (!finding.file.empty()) {
+      const Json place = {{"artifactLocation", {{"uri", AddressOf(finding.file)}}}};
+      one["locations"] = Json::array({{{"physicalLocation", place}}});
+    }
+    all.push_back(std::move(one));
+  }
+  return all;
+}
+
 }  // namespace
 
 std::string JsonReport(const RunRecord& record) {
@@ -130,6 +145,7 @@ std::string JsonReport(const RunRecord& record) {
                   {"diagnosticsAreCut", record.diagnosticsAreCut},
                   {"actions", actions},
                   {"validation", validation},
+                  {"findings", Json::parse(CheckAsJson({record.findings, {}, {}})).at("findings")},
                   {"tests", tests}});
 }
 
@@ -145,7 +161,8 @@ std::string SarifReport(const RunRecord& record) {
                      {"exitCode", static_cast<int>(record.outcome)},
                      {"startTimeUtc", TimeText(record.started)},
                      {"endTimeUtc", TimeText(record.started, record.summary.seconds)},
-                     {"toolExecutionNotifications", NotificationsOf(record)}};
+                     {"toolExecutionNotifications", NotificationsOf(record)},
+                     {"toolConfigurationNotifications", ConfigurationNotificationsOf(record)}};
   const Json tool = {{"driver", {{"name", "qxhost"}, {"version", record.hostVersion}, {"rules", rules}}}};
   const Json run = {{"tool", tool}, {"invocations", Json::array({invocation})}, {"results", results}};
   return Written({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <iterator>
 
+#include "host/project/ProjectCheck.h"
 #include "host/report/Markup.h"
 #include "host/report/Reports.h"
 
@@ -22,6 +23,7 @@ struct Case {
 struct Suite {
   std::string name;
   std::vector<Case> cases;
+  std::string warnings;  // lines; of what was known before the run
 };
 
 std::string SecondsText(double seconds) {
@@ -41,6 +43,14 @@ std::string ErrorLines(const std::vector<const Diagnostic*>& errors) {
   std::string text;
   for (std::size_t i = 0; i < std::min(errors.size(), kMostErrors); ++i) (text += LineOf(*errors[i])) += '\n';
   if (errors.size() > kMostErrors) text += std::to_string(errors.size() - kMostErrors) + " more\n";
+  return text;
+}
+
+std::string FindingLines(const RunRecord& record, int number) {
+  std::string text;
+  for (const auto& [action, finding] : record.findings) {
+    if (action == number) text += std::string(NameOf(finding.severity)) + ": " + LineOf(finding) + "\n";
+  }
   return text;
 }
 
@@ -95,11 +105,11 @@ Case CaseOf(const TestCase& test, const std::string& suite) {
 std::vector<Suite> SuitesOf(const RunRecord& record) {
   std::vector<Suite> suites;
   for (const ActionRecord& action : record.actions) {
-    Suite suite{std::to_string(action.number) + ". " + action.name, {}};
+    Suite suite{std::to_string(action.number) + ". " + action.name, {}, FindingLines(record, action.number)};
     suite.cases.push_back(CaseOf(record, action, suite.name));
     for (const ProjectRecord& project : ProjectsOf(record, action.number))
       suite.cases.push_back(CaseOf(project, suite.name));
-    Suite tests{suite.name + ": tests", {}};
+    Suite tests{suite.name + ": tests", {}, ""};
     for (const TestCase& test : action.tests) tests.cases.push_back(CaseOf(test, tests.name));
     suites.push_back(std::move(suite));
     if (!tests.cases.empty()) suites.push_back(std::move(tests));
@@ -154,6 +164,8 @@ std::string JunitReport(const RunRecord& record) {
     inside += "  <testsuite name=\"" + MarkupText(suite.name) + "\"" + Attributes(totals) + " timestamp=\"" +
               TimeText(record.started).substr(0, 19) + "\">\n";
     for (const Case& one : suite.cases) AppendCase(inside, one);
+    if (!suite.warnings.empty())
+      inside += "    <system-err>" + MarkupText(suite.warnings) + "</system-err>\n";
     inside += "  </testsuite>\n";
   }
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites name=\"qxhost\"" + Attributes(all) + ">\n" +

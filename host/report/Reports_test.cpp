@@ -212,5 +212,32 @@ TEST(Markup, ShowsWhatMarkupCannotHold) {
             "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBDx");
 }
 
+TEST_F(Reports, TellWhatWasKnownBeforeTheRun) {
+  record_.findings = {
+      {1, {CheckSeverity::Warning, "AssemblyInfo.cs", "lacks <a> title", "/src/a b.cs", "add one"}},
+      {2, {CheckSeverity::Error, "Solution", "is not there", "", ""}}};
+  const Json json = Json::parse(JsonReport(record_)).at("findings");
+  ASSERT_EQ(json.size(), 2u);
+  EXPECT_EQ(json[0].at("subject"), "AssemblyInfo.cs");
+  EXPECT_EQ(json[0].at("severity"), "warning");
+  EXPECT_EQ(json[1].at("action"), 2);
+  const Json told =
+      Json::parse(SarifReport(record_))["runs"][0]["invocations"][0]["toolConfigurationNotifications"];
+  ASSERT_EQ(told.size(), 2u);
+  EXPECT_EQ(told[0]["level"], "warning");
+  EXPECT_EQ(told[0]["message"]["text"], "AssemblyInfo.cs: lacks <a> title (add one)");
+  EXPECT_EQ(told[0]["locations"][0]["physicalLocation"]["artifactLocation"]["uri"], "file:///src/a%20b.cs");
+  EXPECT_FALSE(told[1].contains("locations"));
+  pugi::xml_document junit;
+  ASSERT_TRUE(junit.load_string(JunitReport(record_).c_str()));
+  const pugi::xml_node suite = junit.child("testsuites").child("testsuite");
+  EXPECT_STREQ(suite.child("system-err").text().get(),
+               "warning: AssemblyInfo.cs: lacks <a> title (add one)\n");
+  EXPECT_STREQ(suite.next_sibling().child("system-err").text().get(), "error: Solution: is not there\n");
+  const std::string page = HtmlReport(record_);
+  EXPECT_NE(page.find("Known before the run"), std::string::npos);
+  EXPECT_NE(page.find("lacks &lt;a&gt; title"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace qx

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/actions/TestResults.h"
@@ -13,6 +14,7 @@
 #include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
 #include "host/project/UnifiedDiff.h"
+#include "plugin/Qxcheck.h"
 
 namespace qx {
 
@@ -56,6 +58,8 @@ struct RunRecord {
   RunSummary summary;
   std::vector<ActionRecord> actions;  // all of the build project, in its order
   std::vector<ValidationRecord> validation;
+  std::vector<std::pair<int, CheckFinding>>
+      findings;  // errors and warnings of the actions' checks before the run
   std::span<const Diagnostic> diagnostics;
   bool diagnosticsAreCut = false;  // more were told than these
   std::vector<DiagnosticLog::Project> projects;

@@ -93,6 +93,7 @@ code=0
 "$bin/vsinspect" built Hello/Hello.sln --configuration 'Relese|Win32' >built.txt 2>&1 || code=$?
 [ "$code" = 2 ] || fail "$what: exit code $code"
 says 'has no configuration "Relese|Win32": it has Debug|Any CPU'
+says '(nearest: Release|Win32)'
 
 what="a version part that is too large"
 sed -i 's/FILEVERSION 1,2,0,9/FILEVERSION 1,2,0,70000/' Hello/Banner/Banner.rc
