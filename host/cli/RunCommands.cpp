@@ -56,20 +56,13 @@ bool SaveAfterwards(Session& session, OpenProject& project, const RunKeeper* kee
   }
 }
 
-// What a run of these files keeps; nothing for a dry run, which changes none.
-std::unique_ptr<RunKeeper> KeeperFor(OpenProject& project, const RunRecord& record,
-                                     std::vector<std::string> folders, bool saves) {
-  return std::make_unique<RunKeeper>(
-      project, RunKeeper::Settings{saves, CurrentHostSettings().history,
-                                   record.started.time_since_epoch().count(), std::move(folders)});
-}
-
-void EndKeeping(RunKeeper& keeper, const RunRecord& record) {
-  KeptResult result = KeptResult::Failed;
-  if (record.outcome == RunOutcome::Succeeded) result = KeptResult::Succeeded;
-  if (record.outcome == RunOutcome::Stopped) result = KeptResult::Stopped;
-  keeper.End(result, record.summary.seconds, VersionsOf(record.summary));
-  for (const std::string& warning : keeper.Warnings()) Session::Warn(warning);
+// What a run of these files keeps.
+RunKeeper::Settings KeptBy(OpenProject& project, const RunRecord& record, std::vector<std::string> folders,
+                           bool saves) {
+  RunKeeper::Settings settings{
+      {}, CurrentHostSettings().history, record.started.time_since_epoch().count(), std::move(folders)};
+  if (saves) settings.saveNumbers = [&project] { return project.Save(); };
+  return settings;
 }
 
 const char* WhoStopped(const StopGuard& guard) {
@@ -123,19 +116,10 @@ RunOutcome Summarise(OpenProject& project, const std::vector<int>& begun, const 
   summary.errors = counts.errors;
   summary.warnings = counts.warnings;
   summary.known = counts.known;
-  for (const int number : begun) {
-    IQXRunReport* report = RunReportOf(*project.Action(number - 1));
-    if (report == nullptr) continue;
-    summary.reports.emplace_back(number, report->ReportRun(check != "off"));
-    TakeSkipped(summary.reports.back().second, number, log.Diagnostics().Kept());
-  }
-  if (outcome == RunOutcome::Succeeded && HasFaults(summary)) {
-    const bool fails = check == "fail";
-    if (fails) outcome = RunOutcome::ActionFailed;
-    summary.verdict = fails ? "The run failed: not every program is as it should be"
-                            : "warning: not every program is as it should be";
-  }
-  summary.success = outcome == RunOutcome::Succeeded;
+  const auto amend = [&log](RunReport& report, int number) {
+    TakeSkipped(report, number, log.Diagnostics().Kept());
+  };
+  outcome = AddReports(summary, project, begun, check, outcome, amend);
   log.Log().AddSummary(SummaryAsText(summary), log.IsText() ? "" : SummaryAsJson(summary));
   return outcome;
 }
@@ -231,7 +215,8 @@ int RunProject(Session& session, const Invocation& invocation) {
     if (project.ActionCount() == 0) Session::Warn(file + " holds no action");
     record.findings = Session::ForetellRun(project);
     std::unique_ptr<RunKeeper> keeper;
-    if (!dry) keeper = KeeperFor(project, record, std::move(folders), saves);
+    if (!dry)
+      keeper = std::make_unique<RunKeeper>(project, KeptBy(project, record, std::move(folders), saves));
     runner.SetWriteObserver(keeper.get());
     const std::vector<int> begun = Execute(runner, project, log, guard.Requests(), record);
     const std::string check = invocation.Value("--check-built").value_or(CurrentHostSettings().checkBuilt);
@@ -240,7 +225,10 @@ int RunProject(Session& session, const Invocation& invocation) {
       saved = known.Update(log.Diagnostics(), record.outcome);
     }
     if (saves) saved = SaveAfterwards(session, project, keeper.get()) && saved;
-    if (keeper) EndKeeping(*keeper, record);
+    if (keeper) {
+      EndKeeping(*keeper, record.outcome, record.summary);
+      for (const std::string& warning : keeper->Warnings()) Session::Warn(warning);
+    }
   }
   log.Finish();
   saved = Report(reports, log, record) && saved;

@@ -113,6 +113,13 @@ std::vector<KeptVersion> VersionsOf(const RunSummary& summary) {
   return versions;
 }
 
+void EndKeeping(RunKeeper& keeper, RunOutcome outcome, const RunSummary& summary) {
+  KeptResult result = KeptResult::Failed;
+  if (outcome == RunOutcome::Succeeded) result = KeptResult::Succeeded;
+  if (outcome == RunOutcome::Stopped) result = KeptResult::Stopped;
+  keeper.End(result, summary.seconds, VersionsOf(summary));
+}
+
 std::string TimeForPeople(std::int64_t seconds) {
   const bool isToday = Formatted("%Y-%m-%d", seconds) == Formatted("%Y-%m-%d", std::time(nullptr));
   return Formatted(isToday ? "%H:%M" : "%Y-%m-%d %H:%M", seconds);

@@ -10,7 +10,9 @@
 
 #include "host/history/KeptRun.h"
 #include "host/project/OpenProject.h"
+#include "host/project/RunKeeper.h"
 #include "host/project/RunSummary.h"
+#include "host/project/Runner.h"
 #include "platform/commandline/Invocation.h"
 #include "platform/files/Files.h"
 
@@ -35,6 +37,9 @@ void RefuseInputAsOutput(const std::string& output, const OpenProject& project,
 
 // The versions of a summary, as they are kept.
 std::vector<KeptVersion> VersionsOf(const RunSummary& summary);
+
+// Ends what a run kept: how it went and what it says of itself.
+void EndKeeping(RunKeeper& keeper, RunOutcome outcome, const RunSummary& summary);
 
 // What is to be said of a run that was killed while it stamped, and empty otherwise. Takes away what it left
 // beside its files.

@@ -58,6 +58,11 @@ std::vector<OpenProject::State> OpenProject::States() const {
 
 bool OpenProject::IsChanged() const { return States() != saved_; }
 
+void OpenProject::CountChangesFromHere() {
+  opened_ = States();
+  saved_ = opened_;
+}
+
 std::vector<KeptNumber> OpenProject::ChangedNumbers() const {
   std::vector<KeptNumber> numbers;
   const std::vector<State> now = States();

@@ -62,7 +62,9 @@ class OpenProject {
 
   // Whether a stored property of an action is another than when the project was opened or saved.
   bool IsChanged() const;
-  // The text properties that are others than when the project was opened.
+  // What ChangedNumbers and IsChanged tell counts from here on: a run begins with a project that was edited.
+  void CountChangesFromHere();
+  // The text properties that are others than when the project was opened, or than there.
   std::vector<KeptNumber> ChangedNumbers() const;
 
   // Bytes of the project's file as people may see them: "***" for a secret that stands there in clear text.

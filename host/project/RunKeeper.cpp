@@ -33,8 +33,8 @@ void RunKeeper::BeforeWrites(std::span<const PlannedWrite> writes) {
   }
   if (lasting.empty()) return;
   if (journal_) journal_->Keep(lasting, project_.ChangedNumbers());
-  if (!settings_.savesNumbers || !project_.IsChanged()) return;
-  for (const std::string& warning : project_.Save()) Warn(warning);
+  if (!settings_.saveNumbers || !project_.IsChanged()) return;
+  for (const std::string& warning : settings_.saveNumbers()) Warn(warning);
 }
 
 void RunKeeper::End(KeptResult result, double seconds, const std::vector<KeptVersion>& versions) {

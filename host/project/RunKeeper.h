@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,7 +18,8 @@ namespace qx {
 class RunKeeper final : public WriteObserver {
  public:
   struct Settings {
-    bool savesNumbers = true;          // false: the project is not saved, whatever is raised
+    // Saves the project with the numbers that were raised, and returns warnings; null: it is not saved.
+    std::function<std::vector<std::string>()> saveNumbers;
     int history = 20;                  // runs that are kept; 0: none, and this one is not either
     std::int64_t started = 0;          // seconds since 1970
     std::vector<std::string> folders;  // that the run works in

@@ -82,6 +82,25 @@ bool HasFaults(const RunSummary& summary) {
   });
 }
 
+RunOutcome AddReports(RunSummary& summary, const OpenProject& project, const std::vector<int>& begun,
+                      const std::string& checkBuilt, RunOutcome outcome,
+                      const std::function<void(RunReport& report, int action)>& amend) {
+  for (const int number : begun) {
+    IQXRunReport* report = RunReportOf(*project.Action(number - 1));
+    if (report == nullptr) continue;
+    summary.reports.emplace_back(number, report->ReportRun(checkBuilt != "off"));
+    if (amend) amend(summary.reports.back().second, number);
+  }
+  if (outcome == RunOutcome::Succeeded && HasFaults(summary)) {
+    const bool fails = checkBuilt == "fail";
+    if (fails) outcome = RunOutcome::ActionFailed;
+    summary.verdict = fails ? "The run failed: not every program is as it should be"
+                            : "warning: not every program is as it should be";
+  }
+  summary.success = outcome == RunOutcome::Succeeded;
+  return outcome;
+}
+
 std::string SummaryAsJson(const RunSummary& summary) {
   Json versions = Json::array(), files = Json::array(), projects = Json::array();
   for (const auto& [action, report] : summary.reports) {

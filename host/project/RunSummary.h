@@ -3,10 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "host/project/OpenProject.h"
+#include "host/project/Runner.h"
 #include "plugin/Qxrunreport.h"
 
 namespace qx {
@@ -22,6 +25,12 @@ struct RunSummary {
 
 // Whether any program is not as the run should have made it.
 bool HasFaults(const RunSummary& summary);
+// Adds what the actions that began (by their 1-based numbers) report of the run; looks at programs, unless
+// `checkBuilt`, the setting of that name, is "off". The outcome, which faults of programs turn red where it is "fail".
+// `amend` may change each report before it is judged.
+RunOutcome AddReports(RunSummary& summary, const OpenProject& project, const std::vector<int>& begun,
+                      const std::string& checkBuilt, RunOutcome outcome,
+                      const std::function<void(RunReport& report, int action)>& amend = {});
 
 // {"kind":"summary",...} and LF. What is not UTF-8 becomes U+FFFD.
 std::string SummaryAsJson(const RunSummary& summary);

@@ -19,6 +19,8 @@ class Place:
         shutil.rmtree(scratch, ignore_errors=True)
         os.makedirs(scratch)
         shutil.copytree(examples, self.path("work"))
+        os.environ["XDG_STATE_HOME"] = self.path("state")  # what runs keep
+        os.environ["LOCALAPPDATA"] = self.seen(self.path("state"))
 
     def path(self, *names):
         return os.path.join(self.folder, *names)

@@ -9,6 +9,9 @@
 #include <thread>
 #include <utility>
 
+#include "host/keeping/Keeping.h"
+#include "host/project/RunKeeper.h"
+#include "host/settings/HostSettings.h"
 #include "host/system/HostProgram.h"
 #include "platform/files/Paths.h"
 
@@ -52,7 +55,11 @@ struct BuildThread::State {
   // Of one build, from Start to Finish.
   BuildKind kind = BuildKind::Validate;
   Document* document = nullptr;
-  std::unique_ptr<FileLock> lock;     // of a run
+  std::unique_ptr<FileLock> lock;  // of a run, and so are these
+  std::vector<std::string> folders;
+  std::vector<std::unique_ptr<FileLock>> folderLocks;
+  std::optional<RunKeeper> keeper;
+  std::vector<int> begun;
   std::unique_ptr<OpenProject> copy;  // of any other
   std::optional<DryRun> rehearsal;
   std::optional<StopRequests> requests;
@@ -73,9 +80,13 @@ struct BuildThread::State {
   void Prepare();
   void PrepareRun();
   void Work();
+  void Execute();
+  void Summarise();
+  void KeepRun();
   void Rehearsed();
   void End();
   void Save();
+  void TakeWarnings(const std::vector<std::string>& warnings);
   void Clear();
   void Observe(int number, ActionEvent event);
 };
@@ -104,6 +115,10 @@ void BuildThread::State::Prepare() {
     project = copy.get();
   }
   if (!document->File().empty()) SetCurrentFolder(FolderPart(document->File()));
+  if (kind == BuildKind::Run) {
+    folders = WorkFolders(*project);
+    folderLocks = LockFolders(folders, document->File(), {});
+  }
   requests.emplace();
   runner.emplace(*project, log, host.Stopping());
   runner->SetObserver([this](int number, ActionEvent event) { Observe(number, event); });
@@ -116,12 +131,37 @@ void BuildThread::State::Work() {
     result.outcome = runner->Validate();
     if (result.outcome == RunOutcome::Succeeded && kind != BuildKind::Validate) {
       executed = true;
-      result.outcome = runner->Execute(*requests, std::nullopt);
+      Execute();
     }
     if (rehearsal) Rehearsed();
   } catch (const std::exception& fault) {
     result.error = fault.what();
   }
+}
+
+void BuildThread::State::Execute() {
+  if (kind == BuildKind::Run) KeepRun();
+  const Clock::time_point from = Clock::now();
+  result.outcome = runner->Execute(*requests, std::nullopt);
+  result.summary.seconds = std::chrono::duration<double>(Clock::now() - from).count();
+  if (kind == BuildKind::Run) Summarise();
+}
+
+// The document was edited since it was opened: what the run raises is counted from here.
+void BuildThread::State::KeepRun() {
+  OpenProject& project = document->Project();
+  project.CountChangesFromHere();
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  keeper.emplace(project,
+                 RunKeeper::Settings{[this] { return document->SaveDuringRun(*lock); },
+                                     CurrentHostSettings().history, now.time_since_epoch().count(), folders});
+  runner->SetWriteObserver(&*keeper);
+}
+
+void BuildThread::State::Summarise() {
+  result.outcome = AddReports(result.summary, document->Project(), begun, CurrentHostSettings().checkBuilt,
+                              result.outcome);
+  log.AddSummary(SummaryAsText(result.summary), SummaryAsJson(result.summary));
 }
 
 // The project's own file is among what a run would have written.
@@ -136,6 +176,7 @@ void BuildThread::State::Rehearsed() {
 
 void BuildThread::State::Observe(int number, ActionEvent event) {
   const std::lock_guard guard(mutex);
+  if (event == ActionEvent::Begins) begun.push_back(number);
   if (kind == BuildKind::Validate || event == ActionEvent::Begins) progress.action = number;
   states[static_cast<std::size_t>(number - 1)] = StateAfter(event, kind);
 }
@@ -158,13 +199,21 @@ void BuildThread::State::Save() {
   try {
     document->TakeEdit("Run");
     if (!executed) return;
-    for (std::string& warning : document->SaveLocked(*lock)) {
-      if (std::find(result.warnings.begin(), result.warnings.end(), warning) == result.warnings.end())
-        result.warnings.push_back(std::move(warning));
-    }
+    TakeWarnings(document->SaveLocked(*lock));
     host.Catalogue().SaveOptions();
   } catch (const std::exception& fault) {
     result.error = fault.what();
+  }
+  if (!keeper) return;
+  EndKeeping(*keeper, result.outcome, result.summary);
+  TakeWarnings(keeper->Warnings());
+}
+
+// Each once.
+void BuildThread::State::TakeWarnings(const std::vector<std::string>& warnings) {
+  for (const std::string& warning : warnings) {
+    if (std::find(result.warnings.begin(), result.warnings.end(), warning) == result.warnings.end())
+      result.warnings.push_back(warning);
   }
 }
 
@@ -174,6 +223,10 @@ void BuildThread::State::Clear() {
   runner.reset();
   requests.reset();
   copy.reset();
+  keeper.reset();
+  begun.clear();
+  folders.clear();
+  folderLocks.clear();
   lock.reset();
   document = nullptr;
   host.Stopping() = false;

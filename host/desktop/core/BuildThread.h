@@ -9,6 +9,7 @@
 
 #include "host/desktop/core/Document.h"
 #include "host/project/DryRun.h"
+#include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
 
 namespace qx::desktop {
@@ -19,6 +20,7 @@ enum class ActionState { NotRun, Running, Succeeded, Failed, Invalid };
 
 struct BuildResult {
   RunOutcome outcome = RunOutcome::Succeeded;  // of what began; look at `error` first
+  RunSummary summary;                          // of a run that executed: what it did
   DryRunResult dryRun;                         // what a run would do; of a dry run
   std::vector<std::string> warnings;           // of saving, once a run has ended
   std::string error;                           // why it could not begin, or could not save; empty
@@ -47,8 +49,10 @@ class BuildThread {
   BuildThread(const BuildThread&) = delete;
   BuildThread& operator=(const BuildThread&) = delete;
 
-  // Raises Exception when one was started and not finished. A run holds the lock on the project's file until
-  // Finish, as the command line's does; a run that somebody else holds is the result's error, and so is all
+  // Raises Exception when one was started and not finished. A run holds the project's file and the folders that its
+  // actions work in until Finish, keeps what it changes for `qxhost restore`, saves raised numbers before the first
+  // file is stamped, and looks at the programs it made, all as the command line's does. A run that somebody else holds is
+  // the result's error, and so is all
   // else that keeps it from beginning. The document is saved before and after a run (the caller has asked
   // what there is to ask), before it when it is modified; a dry run changes nothing on disk nor in the
   // document, and its diff of the project's file holds the edits that are not saved yet.

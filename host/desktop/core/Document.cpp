@@ -82,12 +82,21 @@ std::vector<std::string> Document::Save(Overwrite overwrite) {
   return SaveLocked(lock, overwrite);
 }
 
-std::vector<std::string> Document::SaveLocked(const FileLock&, Overwrite overwrite) {
-  TakeEdit(kOutsideEdit);
+void Document::Write(const std::string& text, Overwrite overwrite) {
   if (overwrite == Overwrite::No && IsChangedOnDisk())
     throw ChangedOnDisk(file_ + " was changed by somebody else since it was opened; it is not overwritten");
-  ReplaceFile(file_, *text_);
-  onDisk_ = *text_;
+  ReplaceFile(file_, text);
+  onDisk_ = text;
+}
+
+std::vector<std::string> Document::SaveDuringRun(const FileLock&) {
+  Write(project_->TextToSave(), Overwrite::No);
+  return project_->Warnings();
+}
+
+std::vector<std::string> Document::SaveLocked(const FileLock&, Overwrite overwrite) {
+  TakeEdit(kOutsideEdit);
+  Write(*text_, overwrite);
   saved_ = text_;
   std::vector<std::string> warnings = project_->Warnings();
   if (!clearTextWarning_.empty()) warnings.push_back(std::exchange(clearTextWarning_, {}));

@@ -45,6 +45,9 @@ class Document {
   std::vector<std::string> Save(Overwrite overwrite = Overwrite::No);
   // The same for who holds the lock on File() already.
   std::vector<std::string> SaveLocked(const FileLock& lock, Overwrite overwrite = Overwrite::No);
+  // On the thread of a run that goes on: what its actions are now, without a step of the history. Raises what
+  // SaveLocked raises.
+  std::vector<std::string> SaveDuringRun(const FileLock& lock);
   // A file of that name is replaced.
   std::vector<std::string> SaveAs(const std::string& file);
   class ChangedOnDisk;
@@ -106,6 +109,7 @@ class Document {
   };
 
   std::string Name() const;
+  void Write(const std::string& text, Overwrite overwrite);
   void NeedAction(int index) const;
   std::unique_ptr<OpenProject> Make(BuildProject project);
   template <class MakeNext>

@@ -16,13 +16,19 @@
 #include "host/system/HostProgram.h"
 #include "host/testing/TestFolder.h"
 #include "platform/files/Paths.h"
+#include "plugin/Qxrunplaces.h"
+#include "plugin/Qxrunreport.h"
 #include "tests/support/RunProgram.h"
 
 namespace qx::desktop {
 
 // An action whose setters meddle with their neighbours, and which does what the test says.
-class Probe : public TQXAction {
+class Probe : public AnswersUncounted<IQXRunPlaces, IQXRunReport>, public TQXAction {
  public:
+  std::vector<std::string> GetWorkFolders() override { return folders; }
+  std::vector<std::string> GetInputFiles() override { return {}; }
+  RunReport ReportRun(bool) override { return report; }
+
   const std::string& GetName() const { return name_; }
   void SetName(const std::string& value) {
     name_ = value;
@@ -45,6 +51,8 @@ class Probe : public TQXAction {
   static inline std::function<bool(Probe&)> validate;
   static inline std::function<bool(Probe&)> execute;
   static inline std::atomic<int> terminated{0};
+  static inline std::vector<std::string> folders;
+  static inline RunReport report;
 
  private:
   std::string name_;

@@ -8,6 +8,7 @@
 #include "host/desktop/window/LogPanel.h"
 #include "host/desktop/window/MainWindow.h"
 #include "host/desktop/window/PropertiesPanel.h"
+#include "host/keeping/Keeping.h"
 #include "platform/files/Files.h"
 #include "platform/files/Paths.h"
 
@@ -42,6 +43,10 @@ void MainWindow::OpenFile(const std::string& file) {
   if (opened) ForgetBuild();
   ShowDocument(document_.ActionCount() > 0 ? 0 : -1);
   if (!opened) return;
+  if (const std::string note = NoteOfCutOffRun(document_.File()); !note.empty()) {
+    warnings_ = {note};
+    TellWarnings();
+  }
   settings_.AddRecentFile(document_.File());
   FillRecentMenu();
 }
