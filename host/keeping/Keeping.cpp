@@ -125,10 +125,16 @@ std::string TimeForPeople(std::int64_t seconds) {
   return Formatted(isToday ? "%H:%M" : "%Y-%m-%d %H:%M", seconds);
 }
 
-std::string NoteOfCutOffRun(const std::string& projectFile) try {
+std::optional<KeptRun> LastKeptRun(const std::string& projectFile) try {
   const RunHistory history(projectFile);
   const std::vector<int> runs = history.Numbers();
-  const auto record = runs.empty() ? std::nullopt : history.Read(runs.front());
+  return runs.empty() ? std::nullopt : history.Read(runs.front());
+} catch (const Exception&) {
+  return std::nullopt;
+}
+
+std::string NoteOfCutOffRun(const std::string& projectFile) try {
+  const std::optional<KeptRun> record = LastKeptRun(projectFile);
   if (!record || record->result != KeptResult::CutOff) return "";
   try {
     const FileLock lock(projectFile);

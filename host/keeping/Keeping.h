@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -40,6 +41,9 @@ std::vector<KeptVersion> VersionsOf(const RunSummary& summary);
 
 // Ends what a run kept: how it went and what it says of itself.
 void EndKeeping(RunKeeper& keeper, RunOutcome outcome, const RunSummary& summary);
+
+// The newest run of a build project that is kept; none when there is none, or it cannot be read.
+std::optional<KeptRun> LastKeptRun(const std::string& projectFile);
 
 // What is to be said of a run that was killed while it stamped, and empty otherwise. Takes away what it left
 // beside its files.

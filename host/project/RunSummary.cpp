@@ -24,52 +24,55 @@ Json ProjectAsJson(int action, const RunProject& project) {
           {"found", VersionsAsJson(project.found)}};
 }
 
-void AppendVersions(const RunReport& report, std::string& out) {
-  const auto changed = std::count_if(report.files.begin(), report.files.end(),
-                                     [](const RunFile& file) { return file.changed; });
-  for (const RunVersion& version : report.versions) {
-    out += version.name + ": ";
-    out += version.from == version.to ? version.to : version.from + " -> " + version.to;
-    out += "\n";
-  }
-  if (report.files.empty()) return;
-  out += std::to_string(report.files.size()) + (report.files.size() == 1 ? " file" : " files") +
-         " stamped, " + std::to_string(changed) + " changed\n";
-}
-
 std::string Counted(std::int64_t count, std::string_view what) {
   return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
 }
 
-// How many programs were built as they should be, and a line for each that was not.
-std::pair<std::string, std::string> ProjectLines(const RunSummary& summary) {
+void AddVersions(const RunReport& report, std::vector<SummaryLine>& lines) {
+  const auto changed = std::count_if(report.files.begin(), report.files.end(),
+                                     [](const RunFile& file) { return file.changed; });
+  for (const RunVersion& version : report.versions) {
+    const bool isSame = version.from == version.to;
+    lines.push_back({version.name + ": " + (isSame ? "" : version.from + " -> ") + version.to});
+  }
+  if (report.files.empty()) return;
+  lines.push_back(
+      {Counted(std::ssize(report.files), "file") + " stamped, " + std::to_string(changed) + " changed"});
+}
+
+// How many programs were built as they should be.
+void AddCountOfProjects(const RunSummary& summary, std::vector<SummaryLine>& lines) {
   std::size_t wanted = 0, good = 0, all = 0;
-  std::string others;
   for (const auto& [action, report] : summary.reports) {
     all += report.projects.size();
     for (const RunProject& project : report.projects) {
-      if (project.status == "skipped") continue;
-      ++wanted;
-      if (project.status == "ok") {
-        ++good;
-        continue;
-      }
-      others += project.name + ": " + project.status + ": ";
-      if (!project.output.empty()) others += project.output + ": ";
-      others += project.reason + "\n";
+      wanted += project.status != "skipped";
+      good += project.status == "ok";
     }
   }
-  if (all == 0) return {};
-  return {std::to_string(good) + " of " + std::to_string(wanted) + " projects were built as they should be\n",
-          others};
+  if (all == 0) return;
+  lines.push_back(
+      {std::to_string(good) + " of " + std::to_string(wanted) + " projects were built as they should be"});
 }
 
-std::string CountsLine(const RunSummary& summary) {
+void AddCountOfProblems(const RunSummary& summary, std::vector<SummaryLine>& lines) {
   const bool isTold = summary.errors + summary.warnings + summary.known > 0;
-  if (summary.reports.empty() && !isTold) return {};
+  if (summary.reports.empty() && !isTold) return;
   std::string line = Counted(summary.errors, "error") + ", " + Counted(summary.warnings, "warning");
   if (summary.known > 0) line += "; " + std::to_string(summary.known) + " in the baseline not counted";
-  return line + "\n";
+  lines.push_back({std::move(line), summary.errors > 0});
+}
+
+// A line for each program that was not built as it should be, or of which that is not known.
+void AddOtherProjects(const RunSummary& summary, std::vector<SummaryLine>& lines) {
+  for (const auto& [action, report] : summary.reports) {
+    for (const RunProject& project : report.projects) {
+      if (project.status == "ok" || project.status == "skipped") continue;
+      const std::string place = project.output.empty() ? "" : project.output + ": ";
+      lines.push_back(
+          {project.name + ": " + project.status + ": " + place + project.reason, project.isFault});
+    }
+  }
 }
 
 }  // namespace
@@ -128,11 +131,18 @@ std::string SummaryAsJson(const RunSummary& summary) {
   return whole.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
+std::vector<SummaryLine> SummaryLines(const RunSummary& summary) {
+  std::vector<SummaryLine> lines;
+  for (const auto& [action, report] : summary.reports) AddVersions(report, lines);
+  AddCountOfProjects(summary, lines);
+  AddCountOfProblems(summary, lines);
+  AddOtherProjects(summary, lines);
+  return lines;
+}
+
 std::string SummaryAsText(const RunSummary& summary) {
   std::string out;
-  for (const auto& [action, report] : summary.reports) AppendVersions(report, out);
-  const auto [built, others] = ProjectLines(summary);
-  out += built + CountsLine(summary) + others;
+  for (const SummaryLine& line : SummaryLines(summary)) out += line.text + "\n";
   if (!summary.verdict.empty()) out += summary.verdict + "\n";
   return out;
 }

@@ -34,6 +34,13 @@ RunOutcome AddReports(RunSummary& summary, const OpenProject& project, const std
 
 // {"kind":"summary",...} and LF. What is not UTF-8 becomes U+FFFD.
 std::string SummaryAsJson(const RunSummary& summary);
+// One of the last lines of the log; `isBad` when it tells of a fault of a program or of an error.
+struct SummaryLine {
+  std::string text;  // without a line end
+  bool isBad = false;
+};
+// Those lines but the verdict.
+std::vector<SummaryLine> SummaryLines(const RunSummary& summary);
 // The last lines of the log: versions and files, programs, errors and warnings, and each project that is neither
 // ok nor skipped. Empty when no action reported anything and no program told of an error or a warning.
 std::string SummaryAsText(const RunSummary& summary);

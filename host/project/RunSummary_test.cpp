@@ -66,6 +66,12 @@ TEST(RunSummary, AsTextNamesVersionsFilesAndWhatIsNotOk) {
             "because\nThe end\n");
 }
 
+TEST(RunSummary, LinesTellWhichOfThemAreBad) {
+  std::string bad;
+  for (const SummaryLine& line : SummaryLines(Summary())) bad += line.isBad ? line.text + "|" : "";
+  EXPECT_EQ(bad, "1 error, 2 warnings|Old: stale: /out/Old.dll: because|");
+}
+
 TEST(RunSummary, OfActionsThatTellNothingIsNoTextAndAnEmptyObject) {
   EXPECT_EQ(SummaryAsText({true, 1, "", {}, 0, 0, 0}), "");
   EXPECT_EQ(SummaryAsJson({false, 1, "", {}, 0, 0, 0}),

@@ -1,12 +1,13 @@
 """Sessions that build: running, stopping, rehearsing, and the states that are left."""
 
 import os
+import re
 import shutil
 import subprocess
 
 from person import hands, in_front, wait_for
 from place import (
-    expect, expect_same_file, answer_file_dialog, wait_for_state, expect_log, states, tiny_project)
+    ACTION, expect, expect_same_file, answer_file_dialog, wait_for_state, expect_log, states, tiny_project)
 
 
 def test_running_the_example(place):
@@ -18,6 +19,12 @@ def test_running_the_example(place):
         desktop.key("F5")
         wait_for_state(desktop, "Succeeded", patience=120)
         expect_log(desktop, "Build VS.Net Solution: succeeded")
+        wait_for("the verdict", lambda: re.fullmatch(r"Succeeded at \d\d:\d\d in \d+\.\d s",
+                                                               desktop.say("runVerdict") or ""))
+        lines = run_lines(desktop)
+        expect(f"the versions in {lines}", any("AssemblyVersion: 1.2.0.0 -> 1.2.1.0" in line for line in lines), True)
+        expect(f"the programs in {lines}", any("projects were built as they should be" in line for line in lines), True)
+        expect(f"the counts in {lines}", any("0 errors" in line for line in lines), True)
         expect("the exit code", desktop.close(), 0)
     os.rename(place.path("work"), place.path("seen"))
     os.rename(place.path("twin"), place.path("work"))
@@ -33,7 +40,7 @@ def test_stopping_a_run(place):
         desktop.key("F5")
         wait_for_state(desktop, "Running")
         desktop.key("shift+F5")
-        wait_for_state(desktop, "Failed")
+        wait_for_state(desktop, "Stopped")
         wait_for("the message", lambda: "Stopped" in desktop.say("status"))
         desktop.key("F5")
         wait_for_state(desktop, "Running")
@@ -41,11 +48,80 @@ def test_stopping_a_run(place):
         wait_for("the question", lambda: in_front("A build is running"))
         desktop.key("alt+g")  # go on
         wait_for("the end of the question", lambda: not in_front("A build is running"))
-        expect("the state", desktop.texts("actions")[0].split("|")[-1], "Running")
+        expect("the state", states(desktop), ["Running"])
         desktop.key("ctrl+q")
         wait_for("the question", lambda: in_front("A build is running"))
         desktop.key("alt+s")  # stop and close
         expect("the exit code", desktop.process.wait(timeout=30), 0)
+
+
+def run_lines(desktop):
+    """What the summary says in the window."""
+    lines = []
+    while (line := desktop.say(f"runLine{len(lines)}")) is not None:
+        lines.append(line)
+    return lines
+
+
+def test_the_truth_about_runs(place):
+    """When and how the last run went, which neither validating nor rehearsing changes; both leave the log as it is."""
+    with tiny_project(place, "truth.xml", [], ["Deed=tdSleep", "Seconds=3"]) as desktop:
+        expect("the states at first", states(desktop), ["Never", "Never"])
+        expect("no verdict", desktop.where("runVerdict"), None)
+        desktop.key("F5")
+        wait_for("the bar", lambda: desktop.where("runProgress"))
+        wait_for_state(desktop, "Succeeded", row=1)
+        wait_for("the verdict", lambda: (desktop.say("runVerdict") or "").startswith("Succeeded at "))
+        expect("no bar", desktop.where("runProgress"), None)
+        seen = desktop.texts("actions")
+        expect(f"time and duration in {seen[1]}",
+               bool(re.search(r"\|Succeeded \d\d:\d\d \([3-9]\.\d s\)$", seen[1])), True)
+        expect("the lines of the log", desktop.say("logCounts"), "4 lines")
+        desktop.key("F7")
+        wait_for("the validation", lambda: desktop.say("runVerdict") == "Every action can run as it is set")
+        desktop.key("ctrl+F5")
+        desktop.window("dryRun")
+        desktop.key("Escape")
+        desktop.gone("dryRun")
+        expect("the last run", desktop.texts("actions"), seen)
+        wait_for("the lines that came to the log", lambda: desktop.say("logCounts") == "10 lines")
+        expect_log(desktop, "Tiny Task: succeeded (3.", "Validation at ", "Dry run at ")
+        expect("the exit code", desktop.close(), 0)
+    place.host(*place.tiny(), "set", "truth.xml", "Deed=tdWrite", "Text=new")
+    place.host(*place.tiny(), "run", "truth.xml")
+    with place.desktop(*place.tiny(), place.seen(place.path("work", "truth.xml"))) as desktop:
+        wait_for("the last run", lambda: (desktop.say("runVerdict") or "").startswith("The last run: Succeeded at "))
+        expect("the states", states(desktop), ["", ""])
+        place.host(*place.tiny(), "restore", "truth.xml", "--numbers")
+        expect("the exit code", desktop.close(), 0)
+
+
+def test_a_run_that_cannot_begin(place):
+    """An empty project and one that is not set up say what to do, and a click leads there."""
+    with place.desktop() as desktop:
+        desktop.key("F5")
+        wait_for("the word", lambda: (desktop.say("runVerdict") or "").startswith("There is nothing to run yet"))
+        desktop.click("runWay")
+        wait_for("the file dialog", lambda: in_front("Open a"))
+        desktop.key("Escape")
+        wait_for("its end", lambda: not in_front("Open a"))
+        expect("the exit code", desktop.close(), 0)
+    place.host("new", "bare.xml")
+    place.host("add", "bare.xml", ACTION, "Solution=Missing.sln", "SolutionConFiguration=Release")
+    with place.desktop("bare.xml") as desktop:
+        wait_for("the action", lambda: desktop.texts("actions"))
+        desktop.key("F5")
+        wait_for("the reason", lambda: (desktop.say("runVerdict") or "").startswith("Failed at "))
+        expect("the reason in " + desktop.say("runVerdict"), ": Solution: " in desktop.say("runVerdict"), True)
+        wait_for_state(desktop, "Failed")
+        desktop.click("runWay")
+        wait_for("the page's own word", lambda: in_front("qxhost"))
+        desktop.key("Return")
+        desktop.window("pages")
+        expect("the page", desktop.where("txtSolution") is not None, True)
+        desktop.key("Escape")
+        desktop.gone("pages")
+        expect("the exit code", desktop.close(), 0)
 
 
 def test_rehearsing(place):
@@ -76,7 +152,7 @@ def test_states_go_with_their_actions(place):
         wait_for("the actions", lambda: len(desktop.texts("actions")) == 2)
         desktop.key("ctrl+F5")
         desktop.window("dryRun")
-        expect("the states after a dry run", states(desktop), ["", ""])
+        expect("the states after a dry run", states(desktop), ["Never", "Never"])
         desktop.key("Escape")
         desktop.gone("dryRun")
         desktop.key("F5")
@@ -86,10 +162,10 @@ def test_states_go_with_their_actions(place):
         desktop.key("ctrl+shift+Up")
         wait_for("the move", lambda: states(desktop) == ["Failed", "Succeeded"])
         desktop.key("ctrl+d")
-        wait_for("the copy", lambda: states(desktop) == ["Failed", "", "Succeeded"])
+        wait_for("the copy", lambda: states(desktop) == ["Failed", "Never", "Succeeded"])
         desktop.focus_row("actions", 0)
         desktop.key("Delete")
-        wait_for("the deletion", lambda: states(desktop) == ["", "Succeeded"])
+        wait_for("the deletion", lambda: states(desktop) == ["Never", "Succeeded"])
         desktop.key("ctrl+z")
         wait_for("three actions", lambda: states(desktop) == ["", "", ""])
         desktop.key("F5")
@@ -98,7 +174,7 @@ def test_states_go_with_their_actions(place):
         desktop.key("ctrl+o")
         answer_file_dialog(desktop, place, "Open a build project", place.path("work", "other.xml"))
         wait_for("the other project", lambda: desktop.title() == "other.xml - qxhost")
-        expect("its states", states(desktop), ["", ""])
+        expect("its states", states(desktop), ["Never", "Never"])
         expect("the exit code", desktop.close(), 0)
 
 

@@ -23,33 +23,26 @@ using Clock = std::chrono::steady_clock;
 // How often somebody who waits for the end asks again for it: the action may have begun another program meanwhile.
 constexpr std::chrono::milliseconds kAskAgain{200};
 
-ActionState StateAfter(ActionEvent event, BuildKind kind) {
-  switch (event) {
-    case ActionEvent::Validates:
-      return kind == BuildKind::Validate ? ActionState::Running : ActionState::NotRun;
-    case ActionEvent::Valid:
-      return kind == BuildKind::Validate ? ActionState::Succeeded : ActionState::NotRun;
-    case ActionEvent::Begins:
-      return ActionState::Running;
-    case ActionEvent::Invalid:
-      return ActionState::Invalid;
-    case ActionEvent::Succeeded:
-      return kind == BuildKind::DryRun ? ActionState::NotRun : ActionState::Succeeded;
-    case ActionEvent::Failed:
-      break;
-  }
-  return kind == BuildKind::DryRun ? ActionState::NotRun : ActionState::Failed;
+std::int64_t SecondsSince1970() {
+  const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+  return now.time_since_epoch().count();
+}
+
+double SecondsFrom(Clock::time_point begin) {
+  return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
 }  // namespace
 
 struct BuildThread::State {
-  State(Host& itsHost, ActionLog& itsLog, std::function<void()> callback)
-      : host(itsHost), log(itsLog), ended(std::move(callback)) {}
+  State(Host& itsHost, ActionLog& itsLog, std::function<void()> callback,
+        std::function<DiagnosticCounts()> itsProblems)
+      : host(itsHost), log(itsLog), ended(std::move(callback)), problems(std::move(itsProblems)) {}
 
   Host& host;
   ActionLog& log;
   std::function<void()> ended;
+  std::function<DiagnosticCounts()> problems;
   std::atomic<bool> tellsEnd{true};
 
   // Of one build, from Start to Finish.
@@ -74,13 +67,16 @@ struct BuildThread::State {
   std::condition_variable hasEnded;
   bool running = false;
   BuildProgress progress;
-  std::vector<ActionState> states;
+  std::vector<ActionRun> runs;
+  ActionRun other;  // of the actions behind those
   Clock::time_point begin;
+  Clock::time_point actionBegin;
 
   void Prepare();
   void PrepareRun();
   void Work();
   void Execute();
+  void Foretell();
   void Summarise();
   void KeepRun();
   void Rehearsed();
@@ -89,6 +85,8 @@ struct BuildThread::State {
   void TakeWarnings(const std::vector<std::string>& warnings);
   void Clear();
   void Observe(int number, ActionEvent event);
+  void NoteRun(ActionRun& run, ActionEvent event);
+  std::optional<double> Done() const;
 };
 
 // What a run begins with. The document is saved under the lock that the run then keeps.
@@ -140,11 +138,23 @@ void BuildThread::State::Work() {
 }
 
 void BuildThread::State::Execute() {
-  if (kind == BuildKind::Run) KeepRun();
+  if (kind == BuildKind::Run) {
+    Foretell();
+    KeepRun();
+  }
   const Clock::time_point from = Clock::now();
   result.outcome = runner->Execute(*requests, std::nullopt);
-  result.summary.seconds = std::chrono::duration<double>(Clock::now() - from).count();
+  result.summary.seconds = SecondsFrom(from);
   if (kind == BuildKind::Run) Summarise();
+}
+
+// What the actions' own checks find stands before the run, which goes on all the same.
+void BuildThread::State::Foretell() {
+  for (auto& [action, finding] : AskChecks(document->Project()).findings) {
+    if (finding.severity == CheckSeverity::Info) continue;
+    log.AddMessage(action, LineOf(finding));
+    if (finding.severity == CheckSeverity::Error) result.foreseen.emplace_back(action, std::move(finding));
+  }
 }
 
 // The document was edited since it was opened: what the run raises is counted from here.
@@ -159,6 +169,11 @@ void BuildThread::State::KeepRun() {
 }
 
 void BuildThread::State::Summarise() {
+  if (problems) {
+    const DiagnosticCounts counts = problems();
+    result.summary.errors = counts.errors;
+    result.summary.warnings = counts.warnings;
+  }
   result.outcome = AddReports(result.summary, document->Project(), begun, CurrentHostSettings().checkBuilt,
                               result.outcome);
   log.AddSummary(SummaryAsText(result.summary), SummaryAsJson(result.summary));
@@ -178,7 +193,29 @@ void BuildThread::State::Observe(int number, ActionEvent event) {
   const std::lock_guard guard(mutex);
   if (event == ActionEvent::Begins) begun.push_back(number);
   if (kind == BuildKind::Validate || event == ActionEvent::Begins) progress.action = number;
-  states[static_cast<std::size_t>(number - 1)] = StateAfter(event, kind);
+  if (kind == BuildKind::Run) NoteRun(runs[static_cast<std::size_t>(number - 1)], event);
+}
+
+void BuildThread::State::NoteRun(ActionRun& run, ActionEvent event) {
+  switch (event) {
+    case ActionEvent::Validates:
+    case ActionEvent::Valid:
+      return;
+    case ActionEvent::Invalid:
+      run = {ActionState::Invalid, result.started, 0};
+      return;
+    case ActionEvent::Begins:
+      actionBegin = Clock::now();
+      run = {ActionState::Running, SecondsSince1970(), run.seconds};
+      return;
+    case ActionEvent::Succeeded:
+      run.state = ActionState::Succeeded;
+      break;
+    case ActionEvent::Failed:
+      run.state = host.Stopping() ? ActionState::Stopped : ActionState::Failed;
+      break;
+  }
+  run.seconds = SecondsFrom(actionBegin);
 }
 
 void BuildThread::State::End() {
@@ -186,7 +223,8 @@ void BuildThread::State::End() {
   log.Flush();
   {
     const std::lock_guard guard(mutex);
-    progress.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    progress.seconds = SecondsFrom(begin);
+    result.seconds = progress.seconds;
     running = false;
   }
   hasEnded.notify_all();
@@ -232,8 +270,9 @@ void BuildThread::State::Clear() {
   host.Stopping() = false;
 }
 
-BuildThread::BuildThread(Host& host, ActionLog& log, std::function<void()> ended)
-    : state_(std::make_unique<State>(host, log, std::move(ended))) {}
+BuildThread::BuildThread(Host& host, ActionLog& log, std::function<void()> ended,
+                         std::function<DiagnosticCounts()> problems)
+    : state_(std::make_unique<State>(host, log, std::move(ended), std::move(problems))) {}
 
 BuildThread::~BuildThread() {
   if (!state_->thread.joinable()) return;
@@ -259,6 +298,7 @@ void BuildThread::Start(BuildKind kind, Document& document) {
   state.kind = kind;
   state.document = &document;
   state.result = {};
+  state.result.started = SecondsSince1970();
   state.executed = false;
   state.host.Stopping() = false;
   try {
@@ -269,8 +309,8 @@ void BuildThread::Start(BuildKind kind, Document& document) {
   }
   {
     const std::lock_guard guard(state.mutex);
-    state.progress = {0, document.ActionCount(), 0};
-    state.states.assign(static_cast<std::size_t>(document.ActionCount()), ActionState::NotRun);
+    state.progress = {0, document.ActionCount(), 0, {}};
+    state.runs.resize(static_cast<std::size_t>(document.ActionCount()), state.other);
     state.begin = Clock::now();
     state.running = true;
   }
@@ -308,43 +348,57 @@ BuildResult BuildThread::Finish() {
   return std::exchange(state.result, {});
 }
 
+// Each action is an equal part of the whole; a little of it is left until it has ended.
+std::optional<double> BuildThread::State::Done() const {
+  constexpr double kAlmost = 0.95;
+  if (kind != BuildKind::Run || progress.action == 0) return std::nullopt;
+  const double usual = runs[static_cast<std::size_t>(progress.action - 1)].seconds;
+  if (usual <= 0 && progress.actionCount == 1) return std::nullopt;
+  const double part = usual > 0 ? std::min(kAlmost, SecondsFrom(actionBegin) / usual) : 0;
+  return (progress.action - 1 + part) / progress.actionCount;
+}
+
 BuildProgress BuildThread::Progress() const {
   const std::lock_guard guard(state_->mutex);
   BuildProgress progress = state_->progress;
-  if (state_->running) progress.seconds = std::chrono::duration<double>(Clock::now() - state_->begin).count();
+  if (!state_->running) return progress;
+  progress.seconds = SecondsFrom(state_->begin);
+  progress.done = state_->Done();
   return progress;
 }
 
-ActionState BuildThread::StateOf(int index) const {
+ActionRun BuildThread::RunOf(int index) const {
   const std::lock_guard guard(state_->mutex);
-  const bool known = index >= 0 && index < static_cast<int>(state_->states.size());
-  return known ? state_->states[static_cast<std::size_t>(index)] : ActionState::NotRun;
+  const bool known = index >= 0 && index < static_cast<int>(state_->runs.size());
+  return known ? state_->runs[static_cast<std::size_t>(index)] : state_->other;
 }
 
 void BuildThread::Moved(int from, int to) {
   const std::lock_guard guard(state_->mutex);
-  std::vector<ActionState>& states = state_->states;
+  std::vector<ActionRun>& runs = state_->runs;
   const auto count = static_cast<std::size_t>(std::max(from, to)) + 1;
-  if (states.size() < count) states.resize(count, ActionState::NotRun);  // actions it did not have
-  const ActionState moved = states[static_cast<std::size_t>(from)];
-  states.erase(states.begin() + from);
-  states.insert(states.begin() + to, moved);
+  if (runs.size() < count) runs.resize(count, state_->other);  // actions it did not have
+  const ActionRun moved = runs[static_cast<std::size_t>(from)];
+  runs.erase(runs.begin() + from);
+  runs.insert(runs.begin() + to, moved);
 }
 
 void BuildThread::Removed(int index) {
   const std::lock_guard guard(state_->mutex);
-  if (index < static_cast<int>(state_->states.size())) state_->states.erase(state_->states.begin() + index);
+  if (index < static_cast<int>(state_->runs.size())) state_->runs.erase(state_->runs.begin() + index);
 }
 
 void BuildThread::Inserted(int index) {
   const std::lock_guard guard(state_->mutex);
-  if (index < static_cast<int>(state_->states.size()))
-    state_->states.insert(state_->states.begin() + index, ActionState::NotRun);
+  const auto at = static_cast<std::size_t>(index);
+  if (state_->runs.size() < at) state_->runs.resize(at, state_->other);
+  state_->runs.insert(state_->runs.begin() + index, ActionRun());
 }
 
-void BuildThread::ForgetStates() {
+void BuildThread::ForgetStates(ActionState all) {
   const std::lock_guard guard(state_->mutex);
-  state_->states.clear();
+  state_->runs.clear();
+  state_->other = {all, 0, 0};
 }
 
 }  // namespace qx::desktop

@@ -2,13 +2,18 @@
 // how far it is. No pixel.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/desktop/core/Document.h"
+#include "host/diagnostics/DiagnosticLog.h"
 #include "host/project/DryRun.h"
+#include "host/project/ProjectCheck.h"
 #include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
 
@@ -16,20 +21,34 @@ namespace qx::desktop {
 
 enum class BuildKind { Validate, Run, DryRun };
 
-enum class ActionState { NotRun, Running, Succeeded, Failed, Invalid };
+// Unknown: it may have run before it was opened here. Invalid: the last run refused it, and executed nothing.
+enum class ActionState { Unknown, NotRun, Running, Succeeded, Failed, Stopped, Invalid };
+
+// The last run of an action.
+struct ActionRun {
+  ActionState state = ActionState::NotRun;
+  std::int64_t started = 0;  // seconds since 1970
+  double seconds = 0;        // that it took; of an action that runs: that it took the last time
+};
 
 struct BuildResult {
   RunOutcome outcome = RunOutcome::Succeeded;  // of what began; look at `error` first
-  RunSummary summary;                          // of a run that executed: what it did
-  DryRunResult dryRun;                         // what a run would do; of a dry run
-  std::vector<std::string> warnings;           // of saving, once a run has ended
-  std::string error;                           // why it could not begin, or could not save; empty
+  // Of a run: what made it fail, as far as that could be known before it; by the actions' 1-based numbers.
+  std::vector<std::pair<int, CheckFinding>> foreseen;
+  RunSummary summary;                 // of a run that executed: what it did
+  DryRunResult dryRun;                // what a run would do; of a dry run
+  std::vector<std::string> warnings;  // of saving, once a run has ended
+  std::int64_t started = 0;           // seconds since 1970
+  double seconds = 0;                 // from Start to its end
+  std::string error;                  // why it could not begin, or could not save; empty
 };
 
 struct BuildProgress {
   int action = 0;  // 1-based; 0: none has begun
   int actionCount = 0;
   double seconds = 0;
+  // How much of it is done, 0 to 1, by the time that the actions took the last time; none: nobody knows.
+  std::optional<double> done;
 };
 
 // User-interface thread, but for what the callback is. Between Start and Finish nobody else may touch the
@@ -41,8 +60,10 @@ struct BuildProgress {
 class BuildThread {
  public:
   // `ended` is called on the build's thread when Finish would not wait; the window comes back to its own
-  // thread from it. Host and log outlive it, and so does a document until Finish.
-  BuildThread(Host& host, ActionLog& log, std::function<void()> ended);
+  // thread from it. `problems` counts what programs told in the log since the run began, for its summary. Host and log
+  // outlive it, and so does a document until Finish.
+  BuildThread(Host& host, ActionLog& log, std::function<void()> ended,
+              std::function<DiagnosticCounts()> problems = {});
   // Stops a running build, waits for its end and finishes it; what cannot be saved then is lost. `ended` is
   // not called any more.
   ~BuildThread();
@@ -69,17 +90,18 @@ class BuildThread {
   BuildResult Finish();
 
   BuildProgress Progress() const;
-  // What the last run or validation made of the action that stands there now; NotRun when it had no part in
-  // it. A dry run runs nothing: what it leaves is which actions are not valid.
-  ActionState StateOf(int index) const;
+  // How the action that stands there now ran last, whichever run that was. Neither a validation nor a dry run changes
+  // anything about it.
+  ActionRun RunOf(int index) const;
+  ActionState StateOf(int index) const { return RunOf(index).state; }
   // The states go with their actions: to be called, while nothing runs, when the document's actions were
   // moved, taken out or put in; with Document's indexes.
   void Moved(int from, int to);
   void Removed(int index);
   void Inserted(int index);
   // To be called when the actions are others (another project) or their order is not known to be the same
-  // (undone, redone): no state belongs to any of them.
-  void ForgetStates();
+  // (undone, redone): no state belongs to any of them, and this is what all of them have from now on.
+  void ForgetStates(ActionState all);
 
  private:
   struct State;

@@ -78,20 +78,42 @@ TEST_F(BuildThreadTest, StatesGoWithTheirActions) {
   Doc().Move(3, 0);
   build_->Moved(3, 0);
   EXPECT_EQ(States(), "--SF");
-  build_->ForgetStates();
-  EXPECT_EQ(States(), "----");
+  build_->ForgetStates(ActionState::Unknown);
+  EXPECT_EQ(States(), "????");
   build_->Removed(3);
   build_->Moved(0, 3);
-  EXPECT_EQ(States(), "----");
+  EXPECT_EQ(States(), "????");
+  Doc().Add("Tiny Task", 1);
+  build_->Inserted(1);
+  EXPECT_EQ(States(), "?-???");
 }
 
-TEST_F(BuildThreadTest, ADryRunLeavesOnlyWhatIsNotValid) {
+TEST_F(BuildThreadTest, ADryRunAndAValidationSayNothingOfTheLastRun) {
   Project({{}, {{"Deed", "tdFail"}}});
   EXPECT_EQ(Build(BuildKind::DryRun).outcome, RunOutcome::ActionFailed);
   EXPECT_EQ(States(), "--");
+  EXPECT_EQ(Build(BuildKind::Run).outcome, RunOutcome::ActionFailed);
+  EXPECT_EQ(States(), "SF");
   Set(0, "Verdict", "tvError");
   EXPECT_EQ(Build(BuildKind::DryRun).outcome, RunOutcome::Invalid);
-  EXPECT_EQ(States(), "I-");
+  EXPECT_EQ(Build(BuildKind::Validate).outcome, RunOutcome::Invalid);
+  EXPECT_EQ(States(), "SF");
+  EXPECT_EQ(Build(BuildKind::Run).outcome, RunOutcome::Invalid);
+  EXPECT_EQ(States(), "IF");
+}
+
+TEST_F(BuildThreadTest, TellsWhenAnActionRanLastAndForHowLong) {
+  Project({{}, {{"Deed", "tdFail"}}, {}});
+  const auto before = std::chrono::system_clock::now();
+  const BuildResult result = Build(BuildKind::Run);
+  const ActionRun run = build_->RunOf(0);
+  const auto started = std::chrono::system_clock::time_point(std::chrono::seconds(run.started));
+  EXPECT_LE(std::chrono::abs(started - before), 10s);
+  EXPECT_GT(run.seconds, 0);
+  EXPECT_GE(result.seconds, run.seconds);
+  Set(0, "Deed", "tdFail");
+  Build(BuildKind::Run);  // which does not come to the second one
+  EXPECT_EQ(States(), "FF-");
 }
 
 TEST_F(BuildThreadTest, IsOneBuildAtATime) {
@@ -113,11 +135,15 @@ TEST_F(BuildThreadTest, TellsHowFarItIs) {
   ASSERT_TRUE(Comes([&] { return build_->Progress().action == 2; }));
   EXPECT_EQ(States(), "Sr-");
   EXPECT_EQ(build_->Progress().actionCount, 3);
+  const std::optional<double> done = build_->Progress().done;
+  ASSERT_TRUE(done);
+  EXPECT_GE(*done, 1.0 / 3);
+  EXPECT_LT(*done, 2.0 / 3);
   const double before = build_->Progress().seconds;
   ASSERT_TRUE(Comes([&] { return build_->Progress().seconds > before; }));
   build_->Stop();
   build_->Finish();
-  EXPECT_EQ(States(), "SF-");
+  EXPECT_EQ(States(), "ST-");
   EXPECT_EQ(build_->Progress().seconds, build_->Progress().seconds);
 }
 
@@ -130,7 +156,7 @@ TEST_F(BuildThreadTest, StopsTheActionThatRunsAndBeginsNoOther) {
   EXPECT_EQ(result.outcome, RunOutcome::Stopped);
   EXPECT_EQ(result.error, "");
   EXPECT_LT(build_->Progress().seconds, 50);
-  EXPECT_EQ(States(), "F-");
+  EXPECT_EQ(States(), "T-");
   EXPECT_EQ(Log().find("never"), std::string::npos);
   EXPECT_TRUE(CountIsSaved(1));
   EXPECT_EQ(Build(BuildKind::Validate).outcome, RunOutcome::Succeeded);  // the flag is down again
@@ -228,7 +254,7 @@ TEST_F(BuildThreadTest, ValidatesEverythingAndRunsNothing) {
   Set(2, "Verdict", "tvSilent");
   const std::string before = folder_.Read("p.xml");
   EXPECT_EQ(Build(BuildKind::Validate).outcome, RunOutcome::Invalid);
-  EXPECT_EQ(States(), "SII");
+  EXPECT_EQ(States(), "---");
   EXPECT_EQ(Log(), "Verdict: The verdict is an error\nTiny Task: The action cannot run as it is set\n");
   EXPECT_EQ(folder_.Read("p.xml"), before);  // a validation saves nothing
   EXPECT_EQ(Build(BuildKind::Run).outcome, RunOutcome::Invalid);
@@ -237,7 +263,6 @@ TEST_F(BuildThreadTest, ValidatesEverythingAndRunsNothing) {
   EXPECT_EQ(Doc().UndoName(), "Change Verdict");
   Set(1, "Verdict", "tvThrow");
   EXPECT_EQ(Build(BuildKind::Validate).outcome, RunOutcome::ExceptionLeft);
-  EXPECT_EQ(States(), "SI-");
 }
 
 TEST_F(BuildThreadTest, ValidatesAndRehearsesAnUntitledProject) {

@@ -6,11 +6,13 @@
 #include <filesystem>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include "host/log/LogFormat.h"
 #include "host/log/LogStream.h"
 #include "host/system/TemporaryFolder.h"
+#include "platform/Lines.h"
 #include "platform/Texts.h"
 #include "platform/VisibleText.h"
 #include "platform/files/Files.h"
@@ -87,12 +89,6 @@ struct Entry {
   bool isOpen = true;
 };
 
-struct Counts {
-  std::size_t lines = 0;
-  std::size_t errors = 0;
-  std::size_t warnings = 0;
-};
-
 // Cut between two characters when it is too long.
 std::string RowText(std::string_view whole) {
   const std::string line = VisibleText(whole);
@@ -102,44 +98,73 @@ std::string RowText(std::string_view whole) {
   return AsValidUtf8(std::string_view(line).substr(0, size)) + "...";
 }
 
-// What a record is made into: calls take(LogRow) for each of its rows.
+Severity SeverityOf(const Diagnostic& diagnostic) {
+  return diagnostic.severity == qx::Severity::Error ? Severity::Error : Severity::Warning;
+}
+
+// The heading of a status on one row.
+LogRow HeadingOf(const LogRecord& record) {
+  std::string heading(record.text);
+  std::replace_if(
+      heading.begin(), heading.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  LogRow row;
+  row.text = RowText(heading);
+  row.severity = Severity::Heading;
+  row.action = record.action;
+  row.hasDetails = record.details.size() > 0;
+  return row;
+}
+
+using FoundDiagnostics = std::span<const DiagnosticLog::Found>;
+
+// What a record is made into: calls take(LogRow, const Diagnostic*) for each of its rows; the diagnostic, among those
+// that were found in the record, is the one that the row begins.
 template <class Receiver>
-void ForEachRow(const LogRecord& record, Receiver&& take) {
-  const auto give = [&](std::string_view line, Severity severity, bool isDetail) {
+void ForEachRow(const LogRecord& record, FoundDiagnostics found, Receiver&& take) {
+  const auto give = [&](std::string_view line, Severity severity, bool isDetail, const Diagnostic* begun) {
     LogRow row;
     row.text = RowText(line);
     row.severity = severity;
     row.action = record.action;
     row.isDetail = isDetail;
-    take(std::move(row));
+    take(std::move(row), begun);
   };
-  // An empty text is one empty line, as it is in the file.
-  const auto giveLines = [&](std::string_view text, bool isDetail) {
-    if (text.empty()) return give("", Severity::Plain, isDetail);
-    ForEachLine(text, [&](std::string_view line) { give(line, SeverityOf(line), isDetail); });
-  };
-  if (record.kind == LogKind::Message) return giveLines(record.text, false);
-  if (record.kind == LogKind::Status) {
-    const bool isHeaded = !record.text.empty();
-    if (isHeaded) {
-      std::string heading(record.text);
-      std::replace_if(
-          heading.begin(), heading.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
-      LogRow row;
-      row.text = RowText(heading);
-      row.severity = Severity::Heading;
-      row.action = record.action;
-      row.hasDetails = record.details.size() > 0;
-      take(std::move(row));
-    }
-    for (std::size_t i = 0; i < record.details.size(); ++i) giveLines(record.details[i], isHeaded);
+  if (record.kind == LogKind::Message || record.kind == LogKind::Status) {
+    const bool isHeaded = record.kind == LogKind::Status && !record.text.empty();
+    if (isHeaded) take(HeadingOf(record), nullptr);
+    std::size_t number = 0;
+    ForEachOutputLine(record, [&](std::string_view line) {
+      const bool isFound = !found.empty() && found.front().line == number++;
+      const Diagnostic* begun = isFound ? &found.front().diagnostic : nullptr;
+      const Severity severity = isFound ? SeverityOf(*begun) : Severity::Plain;
+      if (isFound) found = found.subspan(1);
+      // A line that a program wrote anew, over what stood there, is several rows; an empty one is one, as in the file.
+      if (line.empty() || line == "\r") return give("", severity, isHeaded, begun);
+      ForEachLine(
+          line, [&](std::string_view row) { give(row, severity, isHeaded, std::exchange(begun, nullptr)); });
+    });
     return;
   }
-  const Severity severity =
-      record.kind == LogKind::Result && record.success ? Severity::Good : Severity::Error;
+  const bool isGood = (record.kind == LogKind::Result || record.kind == LogKind::Summary) && record.success;
   std::string text;
   AppendAsText(text, record, LogColour::Off);
-  ForEachLine(text, [&](std::string_view line) { give(line, severity, false); });
+  const Severity severity = isGood                            ? Severity::Good
+                            : record.kind == LogKind::Summary ? Severity::Heading
+                                                              : Severity::Error;
+  ForEachLine(text, [&](std::string_view line) { give(line, severity, false, nullptr); });
+}
+
+Problem ProblemOf(const Diagnostic& diagnostic, std::size_t number) {
+  Problem problem;
+  problem.severity = SeverityOf(diagnostic);
+  problem.project = RowText(diagnostic.project);
+  problem.file = RowText(diagnostic.file);
+  problem.line = diagnostic.line;
+  problem.text = RowText(diagnostic.message);
+  if (!diagnostic.code.empty()) problem.text = RowText(diagnostic.code) + ": " + problem.text;
+  problem.action = diagnostic.action;
+  problem.number = number;
+  return problem;
 }
 
 }  // namespace
@@ -154,7 +179,11 @@ struct LogStore::State {
   // Of the thread that writes and of the one that shows, under the lock.
   mutable std::mutex mutex;
   std::deque<Entry> waiting;  // the newest `kept` of those that came since the last Update
-  Counts come;
+  std::size_t come = 0;       // lines in all
+  std::optional<DiagnosticLog> diagnostics{std::in_place};
+  std::vector<Problem> waitingProblems;
+  std::size_t problemsCome = 0;
+  std::vector<Refusal> refusals;
 
   // Of the user-interface thread alone.
   std::deque<Entry> rows;
@@ -162,7 +191,9 @@ struct LogStore::State {
   std::deque<std::size_t> visible;
   // The rows at the beginning that have lost their heading are not shown: it was closed.
   bool hidesOrphans = false;
-  Counts counts;
+  std::size_t lines = 0;
+  DiagnosticCounts counts;
+  std::vector<Problem> problems;
   std::string filter;  // with folded case
   Severity least = Severity::Plain;
 
@@ -219,16 +250,19 @@ LogStore::~LogStore() = default;
 
 void LogStore::Take(const LogRecord& record) {
   state_->spool.Append(record);
-  std::vector<LogRow> made;
-  ForEachRow(record, [&](LogRow row) { made.push_back(std::move(row)); });
   const std::lock_guard guard(state_->mutex);
-  for (LogRow& row : made) {
-    ++state_->come.lines;
-    state_->come.errors += row.severity == Severity::Error;
-    state_->come.warnings += row.severity == Severity::Warning;
+  state_->diagnostics->Take(record);
+  if (record.kind == LogKind::Validation)
+    state_->refusals.push_back({record.action, std::string(record.subject), std::string(record.text)});
+  ForEachRow(record, state_->diagnostics->InLastRecord(), [this](LogRow row, const Diagnostic* begun) {
+    const std::size_t number = state_->come++;
+    if (begun != nullptr && state_->problemsCome < kMostProblems) {
+      ++state_->problemsCome;
+      state_->waitingProblems.push_back(ProblemOf(*begun, number));
+    }
     state_->waiting.push_back({std::move(row)});
     if (state_->waiting.size() > state_->kept) state_->waiting.pop_front();
-  }
+  });
 }
 
 void LogStore::Flush() { state_->spool.Flush(); }
@@ -237,12 +271,17 @@ void LogStore::Clear() {
   state_->spool.Remove();
   const std::lock_guard guard(state_->mutex);
   state_->waiting.clear();
-  state_->come = {};
+  state_->come = 0;
+  state_->diagnostics.emplace();
+  state_->waitingProblems.clear();
+  state_->problemsCome = 0;
   state_->rows.clear();
   state_->visible.clear();
   state_->first = 0;
   state_->hidesOrphans = false;
+  state_->lines = 0;
   state_->counts = {};
+  state_->problems.clear();
 }
 
 bool LogStore::Update() {
@@ -251,11 +290,14 @@ bool LogStore::Update() {
   {
     const std::lock_guard guard(state.mutex);
     come.swap(state.waiting);
-    state.counts = state.come;
+    state.lines = state.come;
+    state.counts = state.diagnostics->Counts();
+    std::move(state.waitingProblems.begin(), state.waitingProblems.end(), std::back_inserter(state.problems));
+    state.waitingProblems.clear();
   }
   if (come.empty()) return false;
   bool changed = false;
-  const std::size_t firstOfCome = state.counts.lines - come.size();
+  const std::size_t firstOfCome = state.lines - come.size();
   if (firstOfCome > state.first + state.rows.size()) {
     // Some came and went unseen, and all that is here is older than they.
     changed = state.DropOldest(state.rows.size());
@@ -306,10 +348,34 @@ long LogStore::Find(const std::string& text, long from, bool forwards) const {
   return -1;
 }
 
-std::size_t LogStore::LineCount() const { return state_->counts.lines; }
-std::size_t LogStore::ErrorCount() const { return state_->counts.errors; }
-std::size_t LogStore::WarningCount() const { return state_->counts.warnings; }
-std::size_t LogStore::DroppedCount() const { return state_->counts.lines - state_->rows.size(); }
+LogStore::Hits LogStore::CountHits(const std::string& text, std::size_t row) const {
+  Hits hits;
+  const std::string wanted = FoldCase(text);
+  if (wanted.empty()) return hits;
+  for (std::size_t at = 0; at < RowCount(); ++at) {
+    if (FoldCase(Row(at).text).find(wanted) == std::string::npos) continue;
+    ++hits.count;
+    if (at == row) hits.place = hits.count;
+  }
+  return hits;
+}
+
+const std::vector<Problem>& LogStore::Problems() const { return state_->problems; }
+
+DiagnosticCounts LogStore::ProblemCounts() const {
+  const std::lock_guard guard(state_->mutex);
+  return state_->diagnostics->Counts();
+}
+
+std::vector<Refusal> LogStore::TakeRefusals() {
+  const std::lock_guard guard(state_->mutex);
+  return std::exchange(state_->refusals, {});
+}
+
+std::size_t LogStore::LineCount() const { return state_->lines; }
+std::size_t LogStore::ErrorCount() const { return static_cast<std::size_t>(state_->counts.errors); }
+std::size_t LogStore::WarningCount() const { return static_cast<std::size_t>(state_->counts.warnings); }
+std::size_t LogStore::DroppedCount() const { return state_->lines - state_->rows.size(); }
 
 std::size_t LogStore::HeldCount() const {
   const std::lock_guard guard(state_->mutex);

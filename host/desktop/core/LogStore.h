@@ -1,6 +1,6 @@
 // The log of a build as the window shows it: the newest rows in memory, everything in a file, so that a
 // build may write as much as it likes. Headings open and close over their details; rows can be filtered and
-// searched. No pixel.
+// searched; errors and warnings are read out of it. No pixel.
 #pragma once
 
 #include <cstddef>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/desktop/core/Severity.h"
+#include "host/diagnostics/DiagnosticLog.h"
 #include "host/log/ActionLog.h"
 
 namespace qx::desktop {
@@ -24,12 +25,30 @@ struct LogRow {
   bool hasDetails = false;  // a heading that can be closed
 };
 
+// An error or a warning that a program told. Texts are valid UTF-8.
+struct Problem {
+  Severity severity = Severity::Error;
+  std::string project;     // its name; empty: not known
+  std::string file;        // as the compiler wrote it; empty: none
+  int line = 0;            // 1-based; 0: none
+  std::string text;        // with its code in front: "CS0103: ..."
+  int action = 0;          // 1-based
+  std::size_t number = 0;  // of its row (LogStore::NumberOf)
+};
+
+// Why an action cannot run, as its validation said it. Bytes as they came.
+struct Refusal {
+  int action = 0;  // 1-based
+  std::string subject, message;
+};
+
 // Records come from any thread, through the log; all else is the user-interface thread's. The rows of the
 // last `kept` lines stay in memory; the file takes every line and goes with the store.
 class LogStore final : public LogSink {
  public:
   static constexpr std::size_t kDefaultKept = 20'000;
   static constexpr std::size_t kLongestRow = 4'096;
+  static constexpr std::size_t kMostProblems = 10'000;
   explicit LogStore(std::size_t kept = kDefaultKept);
   ~LogStore() override;
 
@@ -59,8 +78,23 @@ class LogStore final : public LogSink {
   // holds the text, letter case aside; -1 when there is none. RowCount() is row 0 again, and -1 the last row.
   long Find(const std::string& text, long from, bool forwards) const;
 
+  // How often the text stands in visible rows as Find finds it, and the how manieth of them a row is; both 0
+  // when there is none, the place 0 for a row without it.
+  struct Hits {
+    std::size_t place = 0, count = 0;
+  };
+  Hits CountHits(const std::string& text, std::size_t row) const;
+
+  // The first errors and warnings that came until the last Update, in their order.
+  const std::vector<Problem>& Problems() const;
+  // How many there are of both by now, as a run's summary counts them. From any thread.
+  DiagnosticCounts ProblemCounts() const;
+
+  // Those that came since the last call. From any thread.
+  std::vector<Refusal> TakeRefusals();
+
   // What came until the last Update: the lines in all, those that left the memory among them; errors and
-  // warnings among those.
+  // warnings among those, as a run's summary counts them.
   std::size_t LineCount() const;
   std::size_t ErrorCount() const;
   std::size_t WarningCount() const;

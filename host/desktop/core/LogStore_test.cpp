@@ -63,9 +63,47 @@ TEST(LogStore, MakesRowsOfEveryKindOfRecord) {
   EXPECT_EQ(shown.store.Row(3).action, 1);
   EXPECT_EQ(shown.store.Row(4).action, 2);
   EXPECT_EQ(shown.store.LineCount(), 18u);
-  EXPECT_EQ(shown.store.ErrorCount(), 4u);
+  EXPECT_EQ(shown.store.ErrorCount(), 1u);  // as a summary counts them
   EXPECT_EQ(shown.store.WarningCount(), 1u);
   EXPECT_EQ(shown.store.DroppedCount(), 0u);
+}
+
+TEST(LogStore, ReadsProblemsOutOfTheRowsThatTheyStandIn) {
+  Shown shown(4);
+  shown.log.AddMessage(1, "------ Build started: Project: App, Configuration: Release ------");
+  shown.Status("Heading", {"fine", "src\\x.cs(3,4): error CS0103: no \xFF"});
+  shown.log.AddMessage(2, "LINK : warning LNK4075: ignored\r\nx\ry\r\n");
+  shown.store.Update();
+  const std::vector<Problem>& problems = shown.store.Problems();
+  ASSERT_EQ(problems.size(), 2u);
+  EXPECT_EQ(problems[0].severity, Severity::Error);
+  EXPECT_EQ(problems[0].project, "App");
+  EXPECT_EQ(problems[0].file, "src\\x.cs");
+  EXPECT_EQ(problems[0].line, 3);
+  EXPECT_EQ(problems[0].text, "CS0103: no \xEF\xBF\xBD");
+  EXPECT_EQ(problems[0].action, 1);
+  EXPECT_EQ(shown.store.Row(shown.store.RowFrom(problems[0].number)).severity, Severity::Error);
+  EXPECT_EQ(problems[1].severity, Severity::Warning);
+  EXPECT_EQ(problems[1].file, "");
+  EXPECT_EQ(problems[1].action, 2);
+  EXPECT_EQ(shown.store.Row(shown.store.RowFrom(problems[1].number)).text, "LINK : warning LNK4075: ignored");
+  EXPECT_EQ(shown.store.ErrorCount(), 1u);
+  EXPECT_EQ(shown.store.WarningCount(), 1u);
+  EXPECT_EQ(shown.store.ProblemCounts().errors, 1);
+  shown.store.Clear();
+  EXPECT_TRUE(shown.store.Problems().empty());
+  EXPECT_EQ(shown.store.ProblemCounts().errors, 0);
+}
+
+TEST(LogStore, CountsTheRowsThatASearchFinds) {
+  Shown shown;
+  for (const char* text : {"apple", "pear", "APPLE apple", "plum", "apple"}) shown.log.AddMessage(1, text);
+  shown.store.Update();
+  EXPECT_EQ(shown.store.CountHits("Apple", 2).place, 2u);
+  EXPECT_EQ(shown.store.CountHits("Apple", 2).count, 3u);
+  EXPECT_EQ(shown.store.CountHits("apple", 1).place, 0u);
+  EXPECT_EQ(shown.store.CountHits("grape", 0).count, 0u);
+  EXPECT_EQ(shown.store.CountHits("", 0).count, 0u);
 }
 
 TEST(LogStore, SavesWhatTheTextLogWrites) {

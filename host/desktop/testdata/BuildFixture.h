@@ -43,7 +43,7 @@ class BuildThreadTest : public DesktopTest {
     return build_->Finish();
   }
   std::string States() const {
-    const char letters[] = {'-', 'r', 'S', 'F', 'I'};
+    const char letters[] = {'?', '-', 'r', 'S', 'F', 'T', 'I'};
     std::string states;
     for (int i = 0; i < document_->ActionCount(); ++i)
       states += letters[static_cast<std::size_t>(build_->StateOf(i))];

@@ -50,8 +50,10 @@ constexpr std::array kDrawings{
 <path d="M7 11l2.7 2.8 5-6" fill="none" stroke="GREEN" stroke-width="2"/>)"},
     Drawing{Picture::Run, R"(<path d="M4 2.5l9.5 5.5-9.5 5.5z" fill="GREEN" stroke="GREEN"/>)"},
     Drawing{Picture::Stop, R"(<rect x="3" y="3" width="10" height="10" fill="RED" stroke="RED"/>)"},
-    Drawing{Picture::Rehearse,
-            R"(<path d="M4 2.5l9.5 5.5-9.5 5.5z" fill="none" stroke="GREEN" stroke-width="1.5"/>)"},
+    Drawing{
+        Picture::Rehearse,
+        R"(<path d="M0.8 8c2-3.6 4.5-5.3 7.2-5.3s5.2 1.7 7.2 5.3c-2 3.6-4.5 5.3-7.2 5.3s-5.2-1.7-7.2-5.3z" fill="none" stroke="INK"/>
+<path d="M6.2 5.2l4.8 2.8-4.8 2.8z" fill="GREEN" stroke="GREEN"/>)"},
     Drawing{Picture::Options,
             R"(<path d="M2 4.5h12M2 8h12M2 11.5h12" fill="none" stroke="INK"/>
 <circle cx="5" cy="4.5" r="1.8" fill="PAPER" stroke="INK"/><circle cx="11" cy="8" r="1.8" fill="PAPER" stroke="INK"/>

@@ -7,6 +7,7 @@
 #include <array>
 
 #include "host/actions/Catalogue.h"
+#include "host/desktop/core/RunStory.h"
 #include "host/desktop/views/Accessible.h"
 #include "host/desktop/views/Caption.h"
 #include "host/desktop/views/Pictures.h"
@@ -18,15 +19,9 @@ namespace {
 
 enum Column { NameColumn, DescriptionColumn, StateColumn };
 
-struct StateLook {
-  const char* text;
-  std::optional<Picture> picture;
-};
-const std::array<StateLook, 5> kStateLooks{{{"", std::nullopt},
-                                            {"Running", Picture::Running},
-                                            {"Succeeded", Picture::Succeeded},
-                                            {"Failed", Picture::Failed},
-                                            {"Not valid", Picture::Failed}}};  // by ActionState
+const std::array<std::optional<Picture>, 7> kStatePictures{
+    std::nullopt,    std::nullopt,  Picture::Running, Picture::Succeeded,
+    Picture::Failed, Picture::Stop, Picture::Failed};  // by ActionState
 
 wxIcon IconOf(const wxBitmapBundle& picture, const wxWindow& window) {
   wxIcon icon;
@@ -34,11 +29,11 @@ wxIcon IconOf(const wxBitmapBundle& picture, const wxWindow& window) {
   return icon;
 }
 
-wxVariant StateCell(ActionState state, const wxWindow& window) {
-  const StateLook& look = kStateLooks.at(static_cast<std::size_t>(state));
-  const wxIcon icon = look.picture ? IconOf(PictureOf(*look.picture), window) : wxIcon();
+wxVariant StateCell(const ActionRun& run, const wxWindow& window) {
+  const std::optional<Picture> picture = kStatePictures.at(static_cast<std::size_t>(run.state));
+  const wxIcon icon = picture ? IconOf(PictureOf(*picture), window) : wxIcon();
   wxVariant cell;
-  cell << wxDataViewIconText(look.text, icon);
+  cell << wxDataViewIconText(ToWx(TextOf(run)), icon);
   return cell;
 }
 
@@ -55,11 +50,11 @@ ActionsPanel::ActionsPanel(wxWindow* parent, const Document& document, const Bui
   list_->SetName("actions");
   SetAccessibleName(*list_, "Actions of the build project");
   const int em = list_->GetCharWidth();
-  list_->AppendIconTextColumn("Action", wxDATAVIEW_CELL_INERT, 20 * em, wxALIGN_LEFT,
+  list_->AppendIconTextColumn("Action", wxDATAVIEW_CELL_INERT, 22 * em, wxALIGN_LEFT,
                               wxDATAVIEW_COL_RESIZABLE);
-  list_->AppendTextColumn("Description", wxDATAVIEW_CELL_INERT, 18 * em, wxALIGN_LEFT,
+  list_->AppendTextColumn("Description", wxDATAVIEW_CELL_INERT, 12 * em, wxALIGN_LEFT,
                           wxDATAVIEW_COL_RESIZABLE);
-  list_->AppendIconTextColumn("Last run", wxDATAVIEW_CELL_INERT, 13 * em, wxALIGN_LEFT,
+  list_->AppendIconTextColumn("Last run", wxDATAVIEW_CELL_INERT, 22 * em, wxALIGN_LEFT,
                               wxDATAVIEW_COL_RESIZABLE);
 
   auto* column = new wxBoxSizer(wxVERTICAL);
@@ -155,7 +150,7 @@ void ActionsPanel::Refill(int selected) {
     row[NameColumn] << wxDataViewIconText(ToWx(type), IconOf(picture, *this));
     row[DescriptionColumn] =
         action == nullptr ? wxString("No loaded package has this action") : ToWx(action->GetDescription());
-    row[StateColumn] = StateCell(build_.StateOf(i), *this);
+    row[StateColumn] = StateCell(build_.RunOf(i), *this);
     shown_.push_back(build_.StateOf(i));
     if (i >= list_->GetItemCount()) {
       list_->AppendItem(row);
@@ -172,9 +167,9 @@ void ActionsPanel::Refill(int selected) {
 
 void ActionsPanel::RefreshStates() {
   for (std::size_t i = 0; i < shown_.size(); ++i) {
-    const ActionState now = build_.StateOf(static_cast<int>(i));
-    if (now == shown_[i]) continue;
-    shown_[i] = now;
+    const ActionRun now = build_.RunOf(static_cast<int>(i));
+    if (now.state == shown_[i]) continue;
+    shown_[i] = now.state;
     list_->SetValue(StateCell(now, *this), static_cast<unsigned>(i), StateColumn);
   }
 }

@@ -4,6 +4,7 @@
 #include <wx/settings.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "host/desktop/views/Accessible.h"
 #include "host/desktop/views/Pictures.h"
@@ -29,8 +30,8 @@ std::array<wxItemAttr, 8> MakeLooks(const wxFont& font) {
   };
   return {look(text, paper, font),
           look(text, paper, font.Bold()),
-          look(ByTheme("#1a7a2e", "#6fd083"), paper, font.Bold()),
-          look(ByTheme("#8a5a00", "#e6b450"), paper, font),
+          look(GoodColour(), paper, font.Bold()),
+          look(WarningColour(), paper, font),
           look(ErrorColour(), paper, font.Bold()),
           look(ByTheme("#0b4f1c", "#c3f0cb"), ByTheme("#e2f5e6", "#1d3a24"), font),
           look(ByTheme("#7a1010", "#ffd0cc"), ByTheme("#fbe4e3", "#472020"), font),
@@ -40,6 +41,8 @@ std::array<wxItemAttr, 8> MakeLooks(const wxFont& font) {
 }  // namespace
 
 wxColour ErrorColour() { return ByTheme("#b71c1c", "#ff8a80"); }
+wxColour GoodColour() { return ByTheme("#1a7a2e", "#6fd083"); }
+wxColour WarningColour() { return ByTheme("#8a5a00", "#e6b450"); }
 
 LineList::LineList(wxWindow* parent, const wxString& name, const wxString& accessibleName)
     : wxListView(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
@@ -56,12 +59,23 @@ LineList::LineList(wxWindow* parent, const wxString& name, const wxString& acces
   Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
     event.Skip();
     FitColumn();
+    StayAtEnd();
   });
   Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
     if (event.ControlDown() && event.GetKeyCode() == 'C')
       CopySelected();
     else
       event.Skip();
+  });
+}
+
+// Whoever read the last line goes on reading it in a smaller list.
+void LineList::StayAtEnd() {
+  const int count = GetItemCount();
+  const bool wasAtEnd = count > 0 && GetTopItem() + std::exchange(page_, GetCountPerPage()) >= count - 1;
+  if (!wasAtEnd) return;
+  CallAfter([this] {
+    if (GetItemCount() > 0) EnsureVisible(GetItemCount() - 1);
   });
 }
 

@@ -15,6 +15,9 @@ enum class LineLook { Plain, Heading, Good, Warning, Error, Added, Removed, Plac
 
 // Of the text that tells of a failure, on the ground that windows and lists have.
 wxColour ErrorColour();
+// The same of what went well, and of a warning.
+wxColour GoodColour();
+wxColour WarningColour();
 
 class LineList : public wxListView {
  public:
@@ -45,9 +48,11 @@ class LineList : public wxListView {
   wxItemAttr* OnGetItemAttr(long item) const override;
   void Widen(std::size_t from, std::size_t to);
   void FitColumn();
+  void StayAtEnd();
 
   mutable std::array<wxItemAttr, 8> looks_;  // by LineLook
   int widest_ = 0;
+  int page_ = 0;  // lines in sight before the size changes
 };
 
 }  // namespace qx::desktop

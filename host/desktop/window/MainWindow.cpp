@@ -19,6 +19,7 @@
 #include "host/desktop/window/HelpPanel.h"
 #include "host/desktop/window/LogPanel.h"
 #include "host/desktop/window/PropertiesPanel.h"
+#include "host/desktop/window/RunPanel.h"
 #include "host/pages/Pages.h"
 #include "platform/files/Paths.h"
 
@@ -72,11 +73,10 @@ const std::vector<MainWindow::Command>& MainWindow::Commands() {
       {"&Edit", "", "", none, nullptr, nullptr},
       {"&Edit", "&Variables...", "The build project's own variables", none, &W::EditVariables, &W::IsIdle},
       {"&Build", "&Validate\tF7", "Check every action without running one", Picture::Validate,
-       &W::ValidateActions, &W::HasActions},
-      {"&Build", "&Run\tF5", "Save the build project and run its actions", Picture::Run, &W::Run,
-       &W::HasActions},
+       &W::ValidateActions, &W::IsIdle},
+      {"&Build", "&Run\tF5", "Save the build project and run its actions", Picture::Run, &W::Run, &W::IsIdle},
       {"&Build", "&Dry run\tCtrl+F5", "Show what a run would change and start; nothing is touched",
-       Picture::Rehearse, &W::Rehearse, &W::HasActions},
+       Picture::Rehearse, &W::Rehearse, &W::IsIdle},
       {"&Build", "&Stop\tShift+F5", "Stop the action that runs", Picture::Stop, &W::Stop, &W::IsRunning},
       {"&Build", "", "", none, nullptr, nullptr},
       {"&Build", "&Find in the log\tCtrl+F", "", none, &W::FindInLog, &W::Always},
@@ -101,7 +101,9 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
       settings_(settings),
       store_(AddStore(log_)),
       document_(host, log_),
-      build_(host, log_, [this] { CallAfter([this] { OnBuildEnded(); }); }),
+      build_(
+          host, log_, [this] { CallAfter([this] { OnBuildEnded(); }); },
+          [this] { return store_.ProblemCounts(); }),
       folders_(FoldersOf(host)),
       timer_(this) {
   SetName("mainWindow");
@@ -192,19 +194,25 @@ void MainWindow::MakeParts() {
   catalogue_ = new CataloguePanel(lists, host_.Catalogue(), folders_);
   properties_ = new PropertiesPanel(details);
   help_ = new HelpPanel(details, folders_);
-  logPanel_ = new LogPanel(all, store_);
+  auto* results = new wxPanel(all);
+  runPanel_ = new RunPanel(results);
+  logPanel_ = new LogPanel(results, store_);
+  auto* column = new wxBoxSizer(wxVERTICAL);
+  column->Add(runPanel_, wxSizerFlags().Expand());
+  column->Add(logPanel_, wxSizerFlags(1).Expand());
+  results->SetSizer(column);
 
   lists->SplitHorizontally(actions_, catalogue_);
   details->SplitVertically(properties_, help_);
   work->SplitVertically(lists, details);
-  all->SplitHorizontally(work, logPanel_);
+  all->SplitHorizontally(work, results);
   SetMinSize(FromDIP(wxSize(640, 480)));
 }
 
 // Where the parts meet, from outside to inside. The system gives a new window its size in several steps, each
 // of which would move what was placed: so they are placed after each, until it has settled.
 void MainWindow::PlaceParts() {
-  const std::array<int, 4> defaults{Scaled(410), Scaled(440), Scaled(200), Scaled(460)};
+  const std::array<int, 4> defaults{Scaled(410), Scaled(470), Scaled(200), Scaled(460)};
   for (std::size_t i = 0; i < splitters_.size(); ++i) {
     const long place = settings_.Number(SashName(i), defaults.at(i));
     const wxSplitterWindow& splitter = *splitters_[i];

@@ -26,6 +26,7 @@ class CataloguePanel;
 class HelpPanel;
 class LogPanel;
 class PropertiesPanel;
+class RunPanel;
 
 class MainWindow final : public wxFrame {
  public:
@@ -119,6 +120,10 @@ class MainWindow final : public wxFrame {
   void OnTimer();
   void OnBuildEnded();
   void ShowProgress();
+  void ShowStory(BuildKind kind, const BuildResult& result);
+  void ShowLastRun();
+  void SayThereIsNothingToRun();
+  void GoToRefused(const Refusal& refusal);
   void FindInLog();
   void FindNext();
   void FindPrevious();
@@ -127,7 +132,6 @@ class MainWindow final : public wxFrame {
   void ShowHelp();
   void ShowAbout();
   bool IsRunning() const { return build_.IsRunning(); }
-  bool HasActions() const { return IsIdle() && document_.ActionCount() > 0; }
 
   Host& host_;
   WindowSettings& settings_;
@@ -148,6 +152,7 @@ class MainWindow final : public wxFrame {
   CataloguePanel* catalogue_ = nullptr;
   PropertiesPanel* properties_ = nullptr;
   HelpPanel* help_ = nullptr;
+  RunPanel* runPanel_ = nullptr;
   LogPanel* logPanel_ = nullptr;
 };
 

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <ctime>
 
+#include "host/actions/PropertyText.h"
 #include "host/desktop/views/WxText.h"
 #include "host/desktop/window/AboutBox.h"
 #include "host/desktop/window/ActionsPanel.h"
@@ -15,12 +17,20 @@
 #include "host/desktop/window/LogPanel.h"
 #include "host/desktop/window/MainWindow.h"
 #include "host/desktop/window/PropertiesPanel.h"
+#include "host/desktop/window/RunPanel.h"
+#include "host/keeping/Keeping.h"
 
 namespace qx::desktop {
 namespace {
 
 // How often what a build has written is shown; far below what feels late.
 constexpr int kTickMilliseconds = 50;
+
+// By BuildKind.
+const std::array<std::string, 3> kNames{"Validation", "Run", "Dry run"};
+const std::array<wxString, 3> kDoing{"Validating", "Running", "Dry run: nothing is touched"};
+
+std::string At(std::int64_t time) { return " at " + TimeForPeople(time); }
 
 wxString Clock(double seconds) {
   const long whole = std::lround(std::floor(seconds));
@@ -51,8 +61,8 @@ wxString Ended(BuildKind kind, const BuildResult& result) {
 // A run takes relative paths from the project's folder, so the project has one first; it is saved as the
 // command line saves what it runs.
 void MainWindow::Start(BuildKind kind) {
-  if (!HasActions()) return;
-  if (!properties_->Commit()) return;
+  if (!IsIdle() || !properties_->Commit()) return;
+  if (document_.ActionCount() == 0) return SayThereIsNothingToRun();
   warnings_.clear();
   if (document_.File().empty() && !SaveAs()) return;
   bool needsSaving = false;
@@ -61,12 +71,16 @@ void MainWindow::Start(BuildKind kind) {
       }))
     return;
   if (needsSaving && !Save()) return;
-  logPanel_->Clear();
+  // What a run wrote stays until the next one: the others only ask.
+  if (kind == BuildKind::Run) logPanel_->Clear();
+  if (kind != BuildKind::Run)
+    log_.AddMessage(0, kNames.at(static_cast<std::size_t>(kind)) + At(std::time(nullptr)));
+  store_.TakeRefusals();
   TellWarnings();
   if (!Guarded("The build did not begin", [&] { build_.Start(kind, document_); })) return;
   actions_->SetFocus();  // what is disabled now may have had it
   properties_->Enable(false);
-  SetStatusText(kind == BuildKind::Validate ? "Validating" : kind == BuildKind::Run ? "Running" : "Dry run");
+  SetStatusText(kDoing.at(static_cast<std::size_t>(kind)));
   timer_.Start(kTickMilliseconds);
 }
 
@@ -91,6 +105,51 @@ void MainWindow::ShowProgress() {
   const wxString text = wxString::Format("%s   %s   %s", action, Clock(progress.seconds),
                                          Counted(store_.LineCount(), "line", "lines"));
   if (GetStatusBar()->GetStatusText(1) != text) SetStatusText(text, 1);
+  if (!build_.IsRunning()) return;
+  const wxString doing = kDoing.at(static_cast<std::size_t>(build_.Kind()));
+  runPanel_->ShowProgress(doing + "   " + action + "   " + Clock(progress.seconds), progress.done);
+}
+
+// Why it cannot run, by the first reason, and the way to where that is set.
+void MainWindow::ShowStory(BuildKind kind, const BuildResult& result) {
+  std::vector<Refusal> reasons = store_.TakeRefusals();
+  if (reasons.empty() && result.outcome == RunOutcome::ActionFailed) {
+    for (const auto& [action, finding] : result.foreseen)
+      reasons.push_back({action, finding.subject, finding.message});
+  }
+  if (reasons.empty()) return runPanel_->ShowStory(StoryOf(kind, result, ""));
+  const Refusal& first = reasons.front();
+  std::string reason = first.subject + ": " + first.message;
+  if (reasons.size() > 1) reason += " (and " + std::to_string(reasons.size() - 1) + " more in the log)";
+  const bool isKnown = first.action > 0 && first.action <= document_.ActionCount();
+  RunPanel::Way way;
+  if (isKnown && document_.Action(first.action - 1) != nullptr)
+    way = {"Set it up...", [this, first] { GoToRefused(first); }};
+  runPanel_->ShowStory(StoryOf(kind, result, reason), std::move(way));
+}
+
+void MainWindow::GoToRefused(const Refusal& refusal) {
+  if (!IsIdle() || refusal.action > document_.ActionCount()) return;
+  ShowDocument(refusal.action - 1);
+  const TQXAction* action = SelectedAction();
+  if (action == nullptr) return;
+  if (!CanOpenPages()) return properties_->SetFocus();
+  OpenPagesFor(FindProperty(action->GetActionClass()->properties, refusal.subject));
+}
+
+void MainWindow::SayThereIsNothingToRun() {
+  RunStory story{StoryTone::Bad,
+                 "There is nothing to run yet: open a solution, or add an action from the catalogue",
+                 {}};
+  runPanel_->ShowStory(story, {"Open a solution...", [this] { Open(); }});
+}
+
+// Of the project that was opened, as far as its runs are kept.
+void MainWindow::ShowLastRun() {
+  const std::optional<KeptRun> last = document_.File().empty() ? std::nullopt : LastKeptRun(document_.File());
+  build_.ForgetStates(last ? ActionState::Unknown : ActionState::NotRun);
+  if (!last) return runPanel_->Clear();
+  runPanel_->ShowStory(StoryOf(*last));
 }
 
 void MainWindow::OnBuildEnded() {
@@ -104,6 +163,7 @@ void MainWindow::OnBuildEnded() {
   OnTimer();
   ShowDocument(actions_->Selected());
   SetStatusText(Ended(kind, result));
+  ShowStory(kind, result);
   if (closing_) {
     closing_ = false;
     Close();

@@ -83,7 +83,7 @@ void MainWindow::Undo() {
   if (!IsIdle() || !properties_->Commit() || !document_.CanUndo()) return;
   int selected = actions_->Selected();
   Guarded("It was not undone", [&] { selected = Chosen(document_.Undo(), selected); });
-  build_.ForgetStates();
+  build_.ForgetStates(ActionState::Unknown);
   ShowDocument(selected);
 }
 
@@ -92,7 +92,7 @@ void MainWindow::Redo() {
   if (!IsIdle() || !properties_->Commit() || !document_.CanRedo()) return;
   int selected = actions_->Selected();
   Guarded("It was not done again", [&] { selected = Chosen(document_.Redo(), selected); });
-  build_.ForgetStates();
+  build_.ForgetStates(ActionState::Unknown);
   ShowDocument(selected);
 }
 

@@ -27,8 +27,8 @@ void MainWindow::New() {
 
 // The log, the states of actions and the progress told of the project that was open before.
 void MainWindow::ForgetBuild() {
-  build_.ForgetStates();
   logPanel_->Clear();
+  ShowLastRun();
   SetStatusText(wxString(), 1);
 }
 
