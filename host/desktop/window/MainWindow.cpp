@@ -201,6 +201,12 @@ void MainWindow::MakeParts() {
   column->Add(runPanel_, wxSizerFlags().Expand());
   column->Add(logPanel_, wxSizerFlags(1).Expand());
   results->SetSizer(column);
+  runPanel_->OnHeight = [results, all] {
+    results->SetMinSize(wxSize(-1, results->GetSizer()->CalcMin().y));
+    all->UpdateSize();
+    results->Layout();
+  };
+  runPanel_->OnHeight();
 
   lists->SplitHorizontally(actions_, catalogue_);
   details->SplitVertically(properties_, help_);

@@ -70,7 +70,7 @@ RunPanel::RunPanel(wxWindow* parent) : wxPanel(parent) {
   // How many rows the lines take depends on the width.
   Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
     event.Skip();
-    CallAfter([this] { Settle(); });
+    if (std::exchange(width_, event.GetSize().x) != event.GetSize().x) CallAfter([this] { Settle(); });
   });
 }
 
@@ -108,7 +108,7 @@ void RunPanel::ShowStory(const RunStory& story, Way way) {
 void RunPanel::Clear() {
   lines_->DestroyChildren();
   Hide();
-  GetParent()->Layout();
+  if (OnHeight) OnHeight();
 }
 
 void RunPanel::ShowLines(const std::vector<SummaryLine>& lines) {
@@ -135,13 +135,11 @@ void RunPanel::ShowLines(const std::vector<SummaryLine>& lines) {
 
 void RunPanel::Settle() {
   if (!IsShown()) return;
-  const int before = GetMinSize().y;
   Layout();
   // The rows that the lines take in the width that there is.
   lines_->GetSizer()->Layout();
-  InvalidateBestSize();
   SetMinSize(wxSize(-1, GetSizer()->CalcMin().y));
-  if (GetMinSize().y != before || GetSize().y != GetMinSize().y) GetParent()->Layout();
+  if (OnHeight) OnHeight();
 }
 
 }  // namespace qx::desktop

@@ -32,6 +32,9 @@ class RunPanel final : public wxPanel {
   // There is nothing to tell.
   void Clear();
 
+  // It wants another height, or none.
+  std::function<void()> OnHeight;
+
  private:
   void ShowLines(const std::vector<SummaryLine>& lines);
   void Settle();
@@ -42,6 +45,7 @@ class RunPanel final : public wxPanel {
   wxButton* button_;
   wxPanel* lines_;
   Way way_;
+  int width_ = 0;
 };
 
 }  // namespace qx::desktop
