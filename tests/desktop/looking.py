@@ -138,6 +138,29 @@ def test_filtering_the_log(place):
         expect("the exit code", desktop.close(), 0)
 
 
+def test_counting_what_is_found(place):
+    """A search tells the how manieth of how many it has found; a filter that nothing passes says so."""
+    with tiny_project(place, "found.xml", ["Deed=tdFlood", "Seconds=1"]) as desktop:
+        desktop.key("F5")
+        wait_for_state(desktop, "Succeeded")
+        wait_for_count(desktop, 1002)
+        desktop.focus("logFind")
+        desktop.type("File.cs(10")
+        desktop.key("Return")
+        wait_for("the hits", lambda: re.match(r"\d+ of 12\. ", desktop.say("logCounts")))
+        desktop.focus("logFind")
+        desktop.key("ctrl+a", "Delete")
+        wait_for("no hits", lambda: desktop.say("logCounts").startswith("1"))
+        desktop.type("nowhere")
+        desktop.key("Return")
+        wait_for("the word", lambda: desktop.say("logCounts").startswith("Not found. "))
+        desktop.key("ctrl+a", "Delete")
+        desktop.focus("logFilter")
+        desktop.type("nowhere")
+        wait_for("the word", lambda: desktop.say("logCounts").startswith("No line passes the filter. "))
+        expect("the exit code", desktop.close(), 0)
+
+
 def test_standing_where_it_stood(place):
     """The window's place and size are the same at the next start, and at the one after it."""
     def standing(desktop):

@@ -210,6 +210,10 @@ void LogPanel::FoldBar(int width) {
 }
 
 void LogPanel::BindFields() {
+  find_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) {
+    found_.clear();
+    ShowCounts();
+  });
   find_->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { FindNext(true); });
   least_->Bind(wxEVT_CHOICE, [this](wxCommandEvent&) { Filter(); });
   filter_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Filter(); });
@@ -221,6 +225,9 @@ void LogPanel::ShowCounts() {
   if (log_.WarningCount() > 0) text += ", " + Counted(log_.WarningCount(), "warning", "warnings");
   if (log_.DroppedCount() > 0)
     text += " (the last " + Number(LogStore::kDefaultKept) + " are shown, Save log keeps all)";
+  const bool isFiltered = !filter_->IsEmpty() || least_->GetSelection() > 0;
+  if (isFiltered && log_.RowCount() == 0) text = "No line passes the filter. " + text;
+  if (!found_.empty()) text = found_ + ". " + text;
   if (log_.LineCount() == 0) text.clear();
   // First, because the end is cut in a narrow window.
   const wxString lost = ToWx(log_.FileError());
@@ -242,6 +249,7 @@ void LogPanel::Update() {
 
 void LogPanel::Clear() {
   log_.Clear();
+  found_.clear();
   list_->DeselectAll();
   list_->SetLineCount(0);
   ShowCounts();
@@ -268,8 +276,15 @@ void LogPanel::FindNext(bool forwards) {
   const long focused = list_->Focused();
   const long from = forwards ? focused + 1 : focused < 0 ? -1 : focused - 1;
   const long row = log_.Find(text, from, forwards);
-  if (row < 0) return wxBell();
+  if (row < 0) {
+    wxBell();
+    found_ = "Not found";
+    return ShowCounts();
+  }
   list_->GoTo(row);
+  const LogStore::Hits hits = log_.CountHits(text, static_cast<std::size_t>(row));
+  found_ = Number(hits.place) + " of " + Number(hits.count);
+  ShowCounts();
 }
 
 void LogPanel::Copy() const { list_->CopySelected(); }

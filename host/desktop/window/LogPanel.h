@@ -45,6 +45,7 @@ class LogPanel final : public wxPanel {
   wxSearchCtrl* filter_;
   wxChoice* least_;
   wxStaticText* counts_;
+  wxString found_;  // what the last search came to
 };
 
 }  // namespace qx::desktop
