@@ -2,6 +2,8 @@
 #include <vector>
 
 #include "host/cli/Documents.h"
+#include "host/cli/Session.h"
+#include "host/settings/HostSettings.h"
 #include "platform/Texts.h"
 
 namespace qx::cli {
@@ -45,6 +47,11 @@ std::string BashOptionBranches(std::span<const OptionRow> rows, std::string_view
   return text;
 }
 
+// Whether an operand sets what the program can name: properties of an action, options.
+bool AssignsProperties(const CommandRow& command, const OperandRow& row) {
+  return row.kind == ValueKind::Assignment && command.name != "var";
+}
+
 std::string BashCommand(const CommandRow& command) {
   std::string text = "    " + std::string(command.name) + ")\n";
   if (!command.options.empty()) {
@@ -56,10 +63,11 @@ std::string BashCommand(const CommandRow& command) {
     int first = 1;
     for (const OperandRow& row : command.operands) {
       text += "        " + (row.most == kAny ? "*" : std::to_string(first)) + ") offer='" + std::string() +
-              (row.kind == ValueKind::File      ? "file"
-               : row.kind == ValueKind::Action  ? "action"
-               : row.kind == ValueKind::Command ? "command"
-                                                : "") +
+              (row.kind == ValueKind::File       ? "file"
+               : row.kind == ValueKind::Action   ? "action"
+               : row.kind == ValueKind::Command  ? "command"
+               : AssignsProperties(command, row) ? "assignment"
+                                                 : "") +
               "' ;;\n";
       first += row.most;
     }
@@ -132,6 +140,27 @@ std::string OptionsWithValues() {
   return valued;
 }
 
+// "Name=" of each property that is set by hand, and "Name=Value" of each value that has a name.
+std::string Assignments(PropertyTable table) {
+  std::string lines;
+  for (const PublishedProperty& property : table) {
+    if (property.name.starts_with('_')) continue;  // kept for others, which are set
+    const std::string name = std::string(property.name) + "=";
+    lines += name + "\n";
+    for (const std::string_view value : property.valueNames) lines += name + std::string(value) + "\n";
+    if (property.kind == PropertyKind::Boolean) lines += name + "True\n" + name + "False\n";
+  }
+  return lines;
+}
+
+std::string OptionAssignments(Session& session) {
+  std::string lines;
+  for (const RegisteredOptions& entry : session.Packages().Options())
+    lines += Assignments(entry.optionsClass->properties);
+  for (const std::string& name : HostSettingNames()) lines += name + "=\n";
+  return lines;
+}
+
 }  // namespace
 
 std::string BashCompletion() {
@@ -145,8 +174,27 @@ std::string BashCompletion() {
       "  done < <(qxhost actions 2>/dev/null | sed -n 's/^    //p')\n"
       "}\n"
       "\n"
+      "# NAME=VALUE, which readline parts at its \"=\".\n"
+      "_qxhost_assignments() {\n"
+      "  local line asked=(options) typed=$assigned$word\n"
+      "  case $command in\n"
+      "    add) asked=(action \"$second\") ;;\n"
+      "    set) asked=(file \"$first\" \"$number\") ;;\n"
+      "  esac\n"
+      "  while IFS= read -r line; do\n"
+      "    [[ $line == \"$typed\"* ]] || continue\n"
+      "    if [[ $typed == *=* ]]; then [[ $line != *= ]] || continue; else [[ $line == *= ]] || continue; "
+      "fi\n"
+      "    COMPREPLY+=(\"$(printf %q \"${line#\"$assigned\"}\")\")\n"
+      "  done < <(qxhost --print-words \"${asked[@]}\" 2>/dev/null)\n"
+      "  [[ $typed == *=* ]] || compopt -o nospace 2>/dev/null\n"
+      "}\n"
+      "\n"
       "_qxhost() {\n"
       "  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
+      "  local first= second= number=1 assigned=\n"
+      "  if [[ $word == '=' ]]; then assigned=$before= word=; "
+      "elif [[ $before == '=' ]]; then assigned=${COMP_WORDS[COMP_CWORD-2]}=; fi\n"
       "  local command= operand=0 offer= i globals='" +
       NamesIn(TheProgram().options) +
       "'\n"
@@ -155,9 +203,11 @@ std::string BashCompletion() {
       "  for ((i = 1; i < COMP_CWORD; i++)); do\n"
       "    case ${COMP_WORDS[i]} in\n";
   text += "      " + OptionsWithValues() +
-          ") ((i++)) ;;\n"
-          "      -*) ;;\n"
-          "      *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; else ((operand++)); fi ;;\n"
+          ") [[ ${COMP_WORDS[i]} != --action ]] || number=${COMP_WORDS[i+1]}; ((i++)) ;;\n"
+          "      -*|=) ;;\n"
+          "      *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; else ((operand++)); fi\n"
+          "        [[ $operand != 1 ]] || first=${COMP_WORDS[i]//[\\\\\\\"\\']/}\n"
+          "        [[ $operand != 2 ]] || second=${COMP_WORDS[i]//[\\\\\\\"\\']/} ;;\n"
           "    esac\n"
           "  done\n"
           "  ((operand++))\n"
@@ -176,6 +226,7 @@ std::string BashCompletion() {
          BashOffer(ValueKind::File, {}) +
          " ;;\n"
          "    action) _qxhost_actions ;;\n"
+         "    assignment) _qxhost_assignments ;;\n"
          "    command) " +
          BashOffer(ValueKind::Command, {}) +
          " ;;\n"
@@ -215,6 +266,20 @@ std::string ZshCompletion() {
       "  case $words[1] in\n";
   for (const CommandRow& row : TheProgram().commands) text += ZshCommand(row);
   return text + "  esac\n}\n\n_qxhost \"$@\"\n";
+}
+
+std::string CompletionWords(Session& session, std::span<const std::string> words) {
+  try {
+    if (words.size() == 1 && words[0] == "options") return OptionAssignments(session);
+    if (words.size() == 2 && words[0] == "action")
+      return Assignments(session.Packages().NeedAction(words[1]).actionClass->properties);
+    if (words.size() != 3 || words[0] != "file") return "";
+    OpenProject project = session.Open(words[1], {});
+    const std::optional<std::int32_t> number = ToInteger(words[2]);
+    return number ? Assignments(Session::ActionOf(project, *number).GetActionClass()->properties) : "";
+  } catch (const Exception&) {
+    return "";  // whoever types hears of it when the line is done
+  }
 }
 
 }  // namespace qx::cli

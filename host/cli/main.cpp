@@ -1,5 +1,7 @@
 // The host's command line.
+#include <algorithm>
 #include <exception>
+#include <span>
 
 #include "host/cli/Documents.h"
 #include "host/cli/Session.h"
@@ -34,7 +36,21 @@ int Dispatch(Session& session, const Invocation& invocation) {
   return invocation.command->run(session, invocation);
 }
 
+int PrintWords(const std::vector<std::string>& arguments, std::size_t asked, StopGuard& guard) {
+  const std::span words(arguments);
+  const std::vector<std::string> globals(arguments.begin(),
+                                         arguments.begin() + static_cast<std::ptrdiff_t>(asked));
+  const Invocation invocation = ParseArguments(TheProgram(), globals);
+  Session session(invocation, guard);
+  session.PrintExact(CompletionWords(session, words.subspan(asked + 1)));
+  return 0;
+}
+
 int Main(const std::vector<std::string>& arguments, StopGuard& guard) {
+  // Asked by the completions, for nobody else.
+  const auto asked = std::find(arguments.begin(), arguments.end(), "--print-words");
+  if (asked != arguments.end())
+    return PrintWords(arguments, static_cast<std::size_t>(asked - arguments.begin()), guard);
   const Invocation invocation =
       PrintedDocument(arguments).empty() ? ParseArguments(TheProgram(), arguments) : Invocation();
   Session session(invocation, guard);
