@@ -1,11 +1,9 @@
 """Sessions on small and large screens with fonts of several sizes: nothing is cut, nothing off the screen."""
 
 import os
-import subprocess
 
-from person import hands, wait_for
-from place import ACTION, expect, go_to_page, open_pages
-from editing import add_action, quit_without_saving
+from person import wait_for
+from place import expect, go_to_page, open_pages
 
 SCALES = ("1", "1.5", "2")
 
