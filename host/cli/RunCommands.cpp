@@ -8,12 +8,12 @@
 #include "host/cli/RunLog.h"
 #include "host/cli/RunReports.h"
 #include "host/cli/Session.h"
+#include "host/diagnostics/SkippedProjects.h"
 #include "host/keeping/Keeping.h"
 #include "host/project/DryRun.h"
 #include "host/project/RunKeeper.h"
 #include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
-#include "host/settings/Engine.h"
 #include "host/settings/HostSettings.h"
 #include "host/system/HostProgram.h"
 #include "platform/Texts.h"
@@ -85,28 +85,6 @@ class LastWords {
  private:
   StopGuard& guard_;
 };
-
-// Whether that file is the one that a solution names by a path from its own folder.
-bool IsNamedBy(std::string_view file, std::string path) {
-  std::replace(path.begin(), path.end(), '\\', '/');
-  while (path.starts_with("../")) path.erase(0, 3);
-  path.insert(0, "/");
-  return file.size() >= path.size() && SameText(file.substr(file.size() - path.size()), path);
-}
-
-// What the user had the engine skip, no program is looked for of it.
-void TakeSkipped(RunReport& report, int action, std::span<const Diagnostic> told) {
-  for (const Diagnostic& diagnostic : told) {
-    if (diagnostic.action != action || diagnostic.code != kEngineSkipCode) continue;
-    for (auto& project : report.projects) {
-      if (project.status == "ok" || project.name != diagnostic.project) continue;
-      if (!IsNamedBy(diagnostic.file, project.path)) continue;
-      project.status = "skipped";
-      project.reason = diagnostic.message;
-      project.isFault = false;
-    }
-  }
-}
 
 // Tells at the log's end what the actions that began report of the run. The outcome, which faults of programs
 // turn red where `check` is "fail".

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace qx {
 
@@ -14,9 +13,6 @@ struct EngineSettings {
   std::string jobs;      // compilers at a time; empty: as many as there are processors
   std::string skip;      // "vb,setup": projects that cannot be built are skipped instead of failed
 };
-
-// The code of the engine's warning that it skips a project as that setting asks; the warning's file is the project's.
-inline constexpr std::string_view kEngineSkipCode = "QXE0002";
 
 // With a delimiter behind it; empty when the engine is not installed, or nothing on the PATH could build.
 std::string InstalledEngineFolder();

@@ -35,14 +35,13 @@ double SecondsFrom(Clock::time_point begin) {
 }  // namespace
 
 struct BuildThread::State {
-  State(Host& itsHost, ActionLog& itsLog, std::function<void()> callback,
-        std::function<DiagnosticCounts()> itsProblems)
-      : host(itsHost), log(itsLog), ended(std::move(callback)), problems(std::move(itsProblems)) {}
+  State(Host& itsHost, ActionLog& itsLog, std::function<void()> callback, ProgramsTold itsTold)
+      : host(itsHost), log(itsLog), ended(std::move(callback)), told(std::move(itsTold)) {}
 
   Host& host;
   ActionLog& log;
   std::function<void()> ended;
-  std::function<DiagnosticCounts()> problems;
+  ProgramsTold told;
   std::atomic<bool> tellsEnd{true};
 
   // Of one build, from Start to Finish.
@@ -169,13 +168,13 @@ void BuildThread::State::KeepRun() {
 }
 
 void BuildThread::State::Summarise() {
-  if (problems) {
-    const DiagnosticCounts counts = problems();
+  if (told.counts) {
+    const DiagnosticCounts counts = told.counts();
     result.summary.errors = counts.errors;
     result.summary.warnings = counts.warnings;
   }
   result.outcome = AddReports(result.summary, document->Project(), begun, CurrentHostSettings().checkBuilt,
-                              result.outcome);
+                              result.outcome, told.amend);
   log.AddSummary(SummaryAsText(result.summary), SummaryAsJson(result.summary));
 }
 
@@ -270,9 +269,8 @@ void BuildThread::State::Clear() {
   host.Stopping() = false;
 }
 
-BuildThread::BuildThread(Host& host, ActionLog& log, std::function<void()> ended,
-                         std::function<DiagnosticCounts()> problems)
-    : state_(std::make_unique<State>(host, log, std::move(ended), std::move(problems))) {}
+BuildThread::BuildThread(Host& host, ActionLog& log, std::function<void()> ended, ProgramsTold told)
+    : state_(std::make_unique<State>(host, log, std::move(ended), std::move(told))) {}
 
 BuildThread::~BuildThread() {
   if (!state_->thread.joinable()) return;

@@ -16,6 +16,7 @@
 #include "host/project/ProjectCheck.h"
 #include "host/project/RunSummary.h"
 #include "host/project/Runner.h"
+#include "plugin/Qxrunreport.h"
 
 namespace qx::desktop {
 
@@ -59,11 +60,14 @@ struct BuildProgress {
 // programs; what the window saves meanwhile (options, a second document) is saved.
 class BuildThread {
  public:
+  // What programs told in the log since the run began; either may be empty. Both are called on the build's thread.
+  struct ProgramsTold {
+    std::function<DiagnosticCounts()> counts;
+    std::function<void(RunReport& report, int action)> amend;  // an action's report, before it is judged
+  };
   // `ended` is called on the build's thread when Finish would not wait; the window comes back to its own
-  // thread from it. `problems` counts what programs told in the log since the run began, for its summary. Host and log
-  // outlive it, and so does a document until Finish.
-  BuildThread(Host& host, ActionLog& log, std::function<void()> ended,
-              std::function<DiagnosticCounts()> problems = {});
+  // thread from it. `told` is asked for the run's summary. Host and log outlive it, and so does a document until Finish.
+  BuildThread(Host& host, ActionLog& log, std::function<void()> ended, ProgramsTold told = {});
   // Stops a running build, waits for its end and finishes it; what cannot be saved then is lost. `ended` is
   // not called any more.
   ~BuildThread();

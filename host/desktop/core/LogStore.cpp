@@ -9,6 +9,7 @@
 #include <span>
 #include <utility>
 
+#include "host/diagnostics/SkippedProjects.h"
 #include "host/log/LogFormat.h"
 #include "host/log/LogStream.h"
 #include "host/system/TemporaryFolder.h"
@@ -365,6 +366,11 @@ const std::vector<Problem>& LogStore::Problems() const { return state_->problems
 DiagnosticCounts LogStore::ProblemCounts() const {
   const std::lock_guard guard(state_->mutex);
   return state_->diagnostics->Counts();
+}
+
+void LogStore::TakeSkipped(RunReport& report, int action) const {
+  const std::lock_guard guard(state_->mutex);
+  qx::TakeSkipped(report, action, state_->diagnostics->Kept());
 }
 
 std::vector<Refusal> LogStore::TakeRefusals() {

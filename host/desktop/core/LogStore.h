@@ -12,6 +12,7 @@
 #include "host/desktop/core/Severity.h"
 #include "host/diagnostics/DiagnosticLog.h"
 #include "host/log/ActionLog.h"
+#include "plugin/Qxrunreport.h"
 
 namespace qx::desktop {
 
@@ -89,6 +90,8 @@ class LogStore final : public LogSink {
   const std::vector<Problem>& Problems() const;
   // How many there are of both by now, as a run's summary counts them. From any thread.
   DiagnosticCounts ProblemCounts() const;
+  // Takes over into an action's report which projects were skipped on purpose. From any thread.
+  void TakeSkipped(RunReport& report, int action) const;
 
   // Those that came since the last call. From any thread.
   std::vector<Refusal> TakeRefusals();

@@ -95,6 +95,17 @@ TEST(LogStore, ReadsProblemsOutOfTheRowsThatTheyStandIn) {
   EXPECT_EQ(shown.store.ProblemCounts().errors, 0);
 }
 
+TEST(LogStore, KnowsWhichProjectsWereSkippedOnPurpose) {
+  Shown shown;
+  shown.log.AddMessage(1, "------ Build started: Project: App, Configuration: Release ------");
+  shown.log.AddMessage(1, "/s/App/App.vcproj : warning QXE0002: App: it needs MFC");
+  RunReport report;
+  report.projects = {{"App", "App\\App.vcproj", "", "missing", "there is no such file", {}, {}, true}};
+  shown.store.TakeSkipped(report, 1);
+  EXPECT_EQ(report.projects[0].status, "skipped");
+  EXPECT_FALSE(report.projects[0].isFault);
+}
+
 TEST(LogStore, CountsTheRowsThatASearchFinds) {
   Shown shown;
   for (const char* text : {"apple", "pear", "APPLE apple", "plum", "apple"}) shown.log.AddMessage(1, text);

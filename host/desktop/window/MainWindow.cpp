@@ -101,9 +101,9 @@ MainWindow::MainWindow(Host& host, WindowSettings& settings)
       settings_(settings),
       store_(AddStore(log_)),
       document_(host, log_),
-      build_(
-          host, log_, [this] { CallAfter([this] { OnBuildEnded(); }); },
-          [this] { return store_.ProblemCounts(); }),
+      build_(host, log_, [this] { CallAfter([this] { OnBuildEnded(); }); },
+             {[this] { return store_.ProblemCounts(); },
+              [this](RunReport& report, int action) { store_.TakeSkipped(report, action); }}),
       folders_(FoldersOf(host)),
       timer_(this) {
   SetName("mainWindow");
