@@ -32,6 +32,8 @@ struct Signal {
   }
   bool Take(std::chrono::milliseconds patience) {
     std::unique_lock lock(mutex);
+    // Who only asks makes no call of the system: actions ask at every line they write.
+    if (!signalled && patience.count() == 0) return false;
     if (!changed.wait_for(lock, patience, [this] { return signalled; })) return false;
     signalled = false;
     std::uint64_t count = 0;
