@@ -1,7 +1,6 @@
 #include "versioning/WebProjects.h"
 
 #include <algorithm>
-#include <ranges>
 #include <vector>
 
 #include "platform/Texts.h"
@@ -21,9 +20,11 @@ constexpr std::int32_t kWebDav = 2;
 std::string WithoutDots(std::string folder) {
   std::replace(folder.begin(), folder.end(), '\\', '/');
   std::vector<std::string_view> names;
-  for (const auto part : std::views::split(std::string_view(folder), '/')) {
-    const std::string_view name(part.begin(), part.end());
+  for (std::string_view rest = folder;;) {
+    const std::string_view name = rest.substr(0, rest.find('/'));
     if (name != ".") names.push_back(name);
+    if (name.size() == rest.size()) break;
+    rest.remove_prefix(name.size() + 1);
   }
   if (!names.empty() && names.back().empty()) names.pop_back();
   return Join(names, "/");
