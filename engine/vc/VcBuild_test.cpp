@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <regex>
 #include <thread>
 
 #include "engine/ChildCommand.h"
@@ -10,7 +11,6 @@
 #include "engine/Project.h"
 #include "engine/vc/Toolchain.h"
 #include "host/testing/TestFolder.h"
-#include "platform/MarkupEntity.h"
 #include "plugin/Qxtypes.h"
 
 namespace qx {
@@ -19,16 +19,6 @@ namespace {
 using Status = BuiltProject::Status;
 
 // Text of a project of one configuration.
-// An attribute's value as it stands in a file.
-std::string Written(std::string_view text) {
-  std::string out;
-  for (const char c : text) {
-    const std::string_view entity = MarkupEntity(c);
-    out += entity.empty() ? std::string_view(&c, 1) : entity;
-  }
-  return out;
-}
-
 struct ProjectText {
   std::string name = "App";
   std::string type = "1";
@@ -41,7 +31,8 @@ struct ProjectText {
   std::string Text() const {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<VisualStudioProject ProjectType=\"Visual C++\" "
            "Version=\"8,00\" Name=\"" +
-           Written(name) + "\"><Configurations><Configuration Name=\"Release|" + platform +
+           std::regex_replace(name, std::regex("&"), "&amp;") +
+           "\"><Configurations><Configuration Name=\"Release|" + platform +
            "\" OutputDirectory=\"$(ConfigurationName)\" IntermediateDirectory=\"" + intermediate +
            "\" ConfigurationType=\"" + type + "\" " + attributes + ">" + tools +
            "</Configuration></Configurations><Files>" + files + "</Files></VisualStudioProject>";

@@ -1,7 +1,7 @@
 // What the system says of the memory of secrets.
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -26,20 +26,27 @@ std::string FlagsOf(const void* address) {
   return "";
 }
 
-TEST(LockedTextPosix, IsLockedAndInNoDumpAndGone) {
+// Whether a page that is locked is told as such: sanitizers put a call that does nothing in the place of the
+// system's, and a user may be allowed to lock nothing.
+bool PagesAreLocked() {
+  alignas(4096) static char page[4096] = "in use";
+  return mlock(page, sizeof page) == 0 && FlagsOf(page).find(" lo ") != std::string::npos;
+}
+
+TEST(LockedTextPosix, IsInNoDumpAndGone) {
   const void* place = nullptr;
   {
     const LockedText text("a secret of some length");
     place = text.Text();
-    const std::string flags = FlagsOf(place);
-    EXPECT_NE(flags.find(" dd "), std::string::npos) << flags;
-    rlimit limit{};
-    getrlimit(RLIMIT_MEMLOCK, &limit);
-    if (limit.rlim_cur >= 65536) {
-      EXPECT_NE(flags.find(" lo "), std::string::npos) << flags;
-    }
+    EXPECT_NE(FlagsOf(place).find(" dd "), std::string::npos) << FlagsOf(place);
   }
   EXPECT_EQ(FlagsOf(place), "");
+}
+
+TEST(LockedTextPosix, IsLocked) {
+  if (!PagesAreLocked()) GTEST_SKIP() << "no page can be locked here, or a sanitizer makes nothing of it";
+  const LockedText text("a secret of some length");
+  EXPECT_NE(FlagsOf(text.Text()).find(" lo "), std::string::npos) << FlagsOf(text.Text());
 }
 
 TEST(LockedTextPosix, AProcessCanBeKeptOutOfDumps) {
