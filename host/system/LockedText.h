@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace qx {
 
@@ -14,8 +15,13 @@ class LockedText {
   LockedText(const std::string& text) : LockedText(std::string_view(text)) {}
   LockedText(const char* text) : LockedText(std::string_view(text)) {}
   LockedText(const LockedText& other) : LockedText(other.View()) {}
-  LockedText(LockedText&& other) noexcept;
-  LockedText& operator=(LockedText other) noexcept;
+  LockedText(LockedText&& other) noexcept
+      : bytes_(std::exchange(other.bytes_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+  LockedText& operator=(LockedText other) noexcept {
+    std::swap(bytes_, other.bytes_);
+    std::swap(size_, other.size_);
+    return *this;
+  }
   ~LockedText();
 
   std::string_view View() const { return {Text(), size_}; }

@@ -3,7 +3,6 @@
 
 #include <cstring>
 #include <new>
-#include <utility>
 
 #include "host/system/LockedText.h"
 
@@ -16,15 +15,6 @@ LockedText::LockedText(std::string_view text) : size_(text.size()) {
   if (bytes_ == nullptr) throw std::bad_alloc();
   std::memcpy(bytes_, text.data(), text.size());
   bytes_[text.size()] = '\0';
-}
-
-LockedText::LockedText(LockedText&& other) noexcept
-    : bytes_(std::exchange(other.bytes_, nullptr)), size_(std::exchange(other.size_, 0)) {}
-
-LockedText& LockedText::operator=(LockedText other) noexcept {
-  std::swap(bytes_, other.bytes_);
-  std::swap(size_, other.size_);
-  return *this;
 }
 
 LockedText::~LockedText() { sodium_free(bytes_); }

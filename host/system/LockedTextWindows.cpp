@@ -2,7 +2,6 @@
 
 #include <cstring>
 #include <new>
-#include <utility>
 
 #include "host/system/LockedText.h"
 
@@ -40,15 +39,6 @@ LockedText::LockedText(std::string_view text) : size_(text.size()) {
   VirtualLock(bytes_, size);
   LeaveOutOfReports(bytes_, size);
   std::memcpy(bytes_, text.data(), text.size());
-}
-
-LockedText::LockedText(LockedText&& other) noexcept
-    : bytes_(std::exchange(other.bytes_, nullptr)), size_(std::exchange(other.size_, 0)) {}
-
-LockedText& LockedText::operator=(LockedText other) noexcept {
-  std::swap(bytes_, other.bytes_);
-  std::swap(size_, other.size_);
-  return *this;
 }
 
 LockedText::~LockedText() {
