@@ -44,15 +44,21 @@ std::string Tool(const std::string& name, const std::string& attributes) {
 }
 std::string File(const std::string& path) { return "<File RelativePath=\"" + path + "\"/>"; }
 
+// What cannot be found that a build for the platform needs; empty: nothing.
+std::string MissingFor(const std::string& platform) {
+  try {
+    ToolchainFor(platform);
+    NinjaProgram();
+  } catch (const Exception& missing) {
+    return missing.Message();
+  }
+  return "";
+}
+
 class VcBuild : public testing::Test {
  protected:
   void SetUp() override {
-    try {
-      ToolchainFor("x64");
-      NinjaProgram();
-    } catch (const Exception& missing) {
-      GTEST_SKIP() << missing.Message();
-    }
+    if (const std::string missing = MissingFor("x64"); !missing.empty()) GTEST_SKIP() << missing;
   }
 
   // The project's file is NAME.vcproj in `place`, a folder below the test's with its delimiter.
@@ -180,11 +186,7 @@ TEST_F(VcBuild, LibrariesReachThoseThatNeedThem) {
 }
 
 TEST_F(VcBuild, StdcallExportsOfWin32KeepTheirPlainName) {
-  try {
-    ToolchainFor("Win32");
-  } catch (const Exception& missing) {
-    GTEST_SKIP() << missing.Message();
-  }
+  if (const std::string missing = MissingFor("Win32"); !missing.empty()) GTEST_SKIP() << missing;
   folder_.Write("d.c", "int __stdcall plain(int a) { return a; }\n");
   folder_.Write("d.def", "EXPORTS plain\n");
   folder_.Write("m.c", "int __stdcall plain(int a);\nint main(void) { return plain(0); }\n");
@@ -197,11 +199,7 @@ TEST_F(VcBuild, StdcallExportsOfWin32KeepTheirPlainName) {
 
 // The standard library's own headers do not compile where everything is __stdcall.
 TEST_F(VcBuild, StdcallByDefaultIsToldAndLeftOut) {
-  try {
-    ToolchainFor("Win32");
-  } catch (const Exception& missing) {
-    GTEST_SKIP() << missing.Message();
-  }
+  if (const std::string missing = MissingFor("Win32"); !missing.empty()) GTEST_SKIP() << missing;
   folder_.Write("a.cpp", "#include <stdio.h>\n#include <string>\nint main() { return std::stoi(\"0\"); }\n");
   ProjectText project;
   project.platform = "Win32";

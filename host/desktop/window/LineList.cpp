@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/desktop/views/Accessible.h"
+#include "host/desktop/views/FaultColour.h"
 #include "host/desktop/views/Pictures.h"
 
 namespace qx::desktop {
@@ -40,7 +41,7 @@ std::array<wxItemAttr, 8> MakeLooks(const wxFont& font) {
 
 }  // namespace
 
-wxColour ErrorColour() { return ByTheme("#b71c1c", "#ff8a80"); }
+wxColour ErrorColour() { return FaultColour(); }
 wxColour GoodColour() { return ByTheme("#1a7a2e", "#6fd083"); }
 wxColour WarningColour() { return ByTheme("#8a5a00", "#e6b450"); }
 
